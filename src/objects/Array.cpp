@@ -1,0 +1,104 @@
+// Array elements over shared bodies.
+#include "objects/Array.h"
+
+#include "objects/SimpleElements.h"
+
+namespace {
+
+constexpr int MAX_COPY_DEPTH = 100;
+int g_nCopyDepth = 0;
+
+/// Body index of index i of a view that starts at start, or -1 when it lies outside the body.
+std::int64_t BodyIndex(std::int64_t i, std::int64_t start, size_t size) {
+    if (i < 0) return -1;
+    const std::int64_t at = i + start;
+    return at < static_cast<std::int64_t>(size) ? at : -1;
+}
+
+std::vector<ElementPtr> Nulls(std::int32_t count) {
+    std::vector<ElementPtr> elements;
+    if (count > 0) elements.reserve(static_cast<size_t>(count));
+    for (std::int32_t i = 0; i < count; ++i) elements.push_back(MakeElement<CNullElement>());
+    return elements;
+}
+
+}  // namespace
+
+CArrayElement::CArrayElement(std::vector<ElementPtr> elements)
+    : CElement(ET_ARRAY), m_Body(AdoptBody(std::make_unique<CArrayBody>(std::move(elements)))) {}
+
+CArrayElement::CArrayElement(std::int32_t count) : CArrayElement(Nulls(count)) {}
+
+std::int32_t CArrayElement::GetLength() const noexcept {
+    const CArrayBody* body = GetBody();
+    if (!body) return 0;
+    return m_bView ? m_nLength : static_cast<std::int32_t>(body->m_Elements.size());
+}
+
+CElement* CArrayElement::Slot(const CArrayBody& body, std::int32_t i) const noexcept {
+    const std::int64_t at = BodyIndex(i, m_bView ? m_nStart : 0, body.m_Elements.size());
+    return at < 0 ? nullptr : body.m_Elements[static_cast<size_t>(at)].get();
+}
+
+CElement* CArrayElement::GetAt(std::int32_t i) const noexcept {
+    const CArrayBody* body = GetBody();
+    return body ? Slot(*body, i) : nullptr;
+}
+
+void CArrayElement::SetAt(std::int32_t i, ElementPtr p) noexcept {
+    CArrayBody* body = GetBody();
+    if (!body || !p) return;
+    const std::int64_t at = BodyIndex(i, m_bView ? m_nStart : 0, body->m_Elements.size());
+    if (at < 0) return;
+    body->Touch();
+    body->m_Elements[static_cast<size_t>(at)] = std::move(p);
+}
+
+TypedPtr<CArrayElement> CArrayElement::GetInterval(std::int32_t nStart, std::int32_t nCount) const {
+    if (nStart < 0 || nCount < 0 || nStart > GetLength() || nCount > GetLength() - nStart) return nullptr;
+    TypedPtr<CArrayElement> view = CloneArray();
+    view->m_bView = true;
+    view->m_nStart = nStart + (m_bView ? m_nStart : 0);
+    view->m_nLength = nCount;
+    return view;
+}
+
+bool CArrayElement::IsGlobal() const {
+    const CArrayBody* body = GetBody();
+    return body && body->m_bGlobal;
+}
+
+bool CArrayElement::IsEqual(const CElement* pOther) const {
+    const auto* other = As<CArrayElement>(pOther);
+    return other && other->m_nType == m_nType && m_Body.SameBody(other->m_Body);
+}
+
+TypedPtr<CArrayElement> CArrayElement::CloneArray() const {
+    auto copy = MakeElement<CArrayElement>();
+    copy->m_Body = m_Body;
+    copy->m_bView = m_bView;
+    copy->m_nStart = m_nStart;
+    copy->m_nLength = m_nLength;
+    return WithAttributes(std::move(copy));
+}
+
+ElementPtr CArrayElement::Clone() const { return CloneArray(); }
+
+ElementPtr CArrayElement::DeepCopy() const {
+    if (!GetBody()) return nullptr;
+    if (g_nCopyDepth >= MAX_COPY_DEPTH) return Clone();
+    struct DepthScope {
+        DepthScope() { ++g_nCopyDepth; }
+        ~DepthScope() { --g_nCopyDepth; }
+    } scope;
+    const std::int32_t length = GetLength();
+    std::vector<ElementPtr> elements;
+    elements.reserve(static_cast<size_t>(length));
+    for (std::int32_t i = 0; i < length; ++i) {
+        const CElement* source = GetAt(i);
+        ElementPtr copy = source ? source->DeepCopy() : nullptr;
+        if (!copy) copy = source ? source->Clone() : MakeElement<CNullElement>();
+        elements.push_back(std::move(copy));
+    }
+    return WithAttributes(MakeElement<CArrayElement>(std::move(elements)));
+}

@@ -1,0 +1,62 @@
+// Arrays, packed arrays and procedures: views of a shared body of elements.
+#pragma once
+
+#include <vector>
+
+#include "objects/Body.h"
+#include "objects/Element.h"
+#include "objects/Pooled.h"
+
+/// Most elements that `array` and its relatives make at once. Bodies are real memory, so that a count from a
+/// broken or hostile file must end in an error and not in an exhausted machine.
+inline constexpr std::int32_t MAX_ARRAY_LENGTH = 1 << 22;
+
+/// The elements of an array; owns them. No slot is ever null.
+class CArrayBody final : public CBody {
+public:
+    explicit CArrayBody(std::vector<ElementPtr> elements) noexcept
+        : CBody(BK_ARRAY), m_Elements(std::move(elements)) {}
+
+    std::vector<ElementPtr> m_Elements;
+};
+
+class CArrayElement final : public CElement, public CPooled<CArrayElement> {
+public:
+    static bool IsType(int type) noexcept { return type == ET_ARRAY || type == ET_PACKEDARRAY; }
+
+    /// No body: what a copy starts as.
+    CArrayElement() noexcept : CElement(ET_ARRAY) {}
+    /// A new body that takes the elements over.
+    explicit CArrayElement(std::vector<ElementPtr> elements);
+    /// A new body of that many nulls; a negative count makes none.
+    explicit CArrayElement(std::int32_t count);
+
+    [[nodiscard]] CArrayBody* GetBody() const noexcept { return m_Body.Get(); }
+    /// Elements that this object covers; 0 without a body.
+    [[nodiscard]] std::int32_t GetLength() const noexcept;
+    /// The element at index i of the object; it stays the body's. Departure: the bound is the end of the body,
+    /// not that of the view. Null for a negative index, at or beyond the body's end, and without a body.
+    [[nodiscard]] CElement* GetAt(std::int32_t i) const noexcept;
+    /// Replaces the element at i. Beyond the bounds of GetAt nothing is stored and p is dropped.
+    void SetAt(std::int32_t i, ElementPtr p) noexcept;
+    /// A view of nCount elements from nStart; null when it would pass the end or an argument is negative.
+    [[nodiscard]] TypedPtr<CArrayElement> GetInterval(std::int32_t nStart, std::int32_t nCount) const;
+
+    [[nodiscard]] bool IsGlobal() const override;
+    /// Same type and same body, whatever the two views cover.
+    [[nodiscard]] bool IsEqual(const CElement* pOther) const override;
+    /// Departure: the copy of a packed array is an array.
+    [[nodiscard]] ElementPtr Clone() const override;
+    /// A body of its own with deep copies of the elements seen. Below 100 levels of nesting, and so also in an
+    /// array that contains itself, copies go on sharing their bodies.
+    [[nodiscard]] ElementPtr DeepCopy() const override;
+
+    CBodyRef<CArrayBody> m_Body;
+    bool m_bView = false;       ///< when set, m_nStart and m_nLength tell the part of the body that is covered
+    std::int32_t m_nStart = 0;
+    std::int32_t m_nLength = 0;
+
+private:
+    [[nodiscard]] TypedPtr<CArrayElement> CloneArray() const;
+    [[nodiscard]] CElement* Slot(const CArrayBody& body, std::int32_t i) const noexcept;
+};

@@ -1,0 +1,352 @@
+// Dictionaries: the value slots of the save levels, the two key spaces, and the dictionary object over them.
+#include "objects/Dictionary.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+
+#include "objects/Number.h"
+#include "objects/SimpleElements.h"
+
+namespace {
+
+constexpr size_t FIRST_SLOTS = 8;
+
+/// Smallest prime at or above the count; 0 counts as 1, and 1 stands for itself.
+std::uint32_t PrimeAtLeast(std::int32_t count) {
+    auto candidate = static_cast<std::uint32_t>(std::max(count, 1));
+    for (;; ++candidate) {
+        bool divides = false;
+        for (std::uint64_t d = 2; d * d <= candidate && !divides; ++d) divides = candidate % d == 0;
+        if (!divides) return candidate;
+    }
+}
+
+/// Hash cell of a number: keys closer than 1e-6 lie in the same or in neighbouring cells.
+double NumberCell(double value) { return std::floor(value * 1e6); }
+
+std::uint64_t HashCell(double cell) { return std::bit_cast<std::uint64_t>(cell + 0.0); }
+
+/// Hash of a key that is no number; equal keys have equal hashes.
+std::uint64_t HashOther(const CElement* key) {
+    const auto mix = [key](const void* p) {
+        return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(p)) * 31 + static_cast<std::uint64_t>(key->m_nType);
+    };
+    if (const auto* simple = As<CSimpElement>(key)) return mix(simple->m_pName);
+    if (const auto* op = As<COperatorElement>(key)) return mix(op->m_pName);
+    if (const auto* dict = As<CDictionary>(key)) return mix(dict->GetBody());
+    return static_cast<std::uint64_t>(key->m_nType);
+}
+
+}  // namespace
+
+// Values
+
+CDictNodeValues::CDictNodeValues(CBody* owner, ElementPtr value) noexcept : m_pOwner(owner) {
+    m_Values[Level()] = std::move(value);
+}
+
+CElement* CDictNodeValues::GetValue() {
+    const std::int32_t level = Level();
+    if (m_Values[level]) return m_Values[level].get();
+    for (std::int32_t older = level - 1; older >= 0; --older) {
+        CElement* value = m_Values[older].get();
+        if (!value) continue;
+        if (value->m_nType == ET_ARRAY && !value->m_bExec) {
+            if (ElementPtr copy = value->DeepCopy()) {
+                m_Values[level] = std::move(copy);
+                return m_Values[level].get();
+            }
+        }
+        return value;
+    }
+    return nullptr;
+}
+
+void CDictNodeValues::SetValue(ElementPtr value) noexcept {
+    m_pOwner->Touch();
+    m_Values[Level()] = std::move(value);
+}
+
+bool CDictNodeValues::DropLevel() noexcept {
+    const std::int32_t level = Level();
+    if (m_Values[level]) {
+        m_pOwner->Touch();
+        m_Values[level].reset();
+    }
+    return std::none_of(m_Values, m_Values + level, [](const ElementPtr& value) { return value != nullptr; });
+}
+
+// Text keys
+
+CDictHash::CDictHash(std::int32_t count) noexcept : m_nBuckets(PrimeAtLeast(count)) {}
+
+CDictHash::~CDictHash() {
+    for (CDictNode* node : m_Slots) delete node;
+}
+
+void CDictHash::Rehash(size_t slots) {
+    std::vector<CDictNode*> old(slots);
+    old.swap(m_Slots);
+    for (CDictNode* node : old) {
+        if (!node) continue;
+        size_t slot = node->m_pKey->m_nHash & (slots - 1);
+        while (m_Slots[slot]) slot = (slot + 1) & (slots - 1);
+        m_Slots[slot] = node;
+    }
+}
+
+void CDictHash::Insert(CBody* owner, const CName* key, ElementPtr value) {
+    if ((static_cast<size_t>(m_nCount) + 1) * 4 > m_Slots.size() * 3) {
+        Rehash(m_Slots.empty() ? FIRST_SLOTS : m_Slots.size() * 2);
+    }
+    auto* node = new CDictNode(owner, key, key->m_nBucketHash % m_nBuckets, std::move(value));
+    node->m_nSequence = m_nNextSequence++;
+    const size_t mask = m_Slots.size() - 1;
+    size_t slot = key->m_nHash & mask;
+    while (m_Slots[slot]) slot = (slot + 1) & mask;
+    m_Slots[slot] = node;
+    ++m_nCount;
+    m_bOrderValid = false;
+}
+
+void CDictHash::EraseSlot(size_t slot) noexcept {
+    delete m_Slots[slot];
+    m_Slots[slot] = nullptr;
+    --m_nCount;
+    m_bOrderValid = false;
+    // Entries behind the gap that had probed past it move up, so that no search ends too early.
+    const size_t mask = m_Slots.size() - 1;
+    size_t gap = slot;
+    for (size_t next = (slot + 1) & mask; m_Slots[next]; next = (next + 1) & mask) {
+        const size_t home = m_Slots[next]->m_pKey->m_nHash & mask;
+        if (((next - home) & mask) >= ((next - gap) & mask)) {
+            m_Slots[gap] = m_Slots[next];
+            m_Slots[next] = nullptr;
+            gap = next;
+        }
+    }
+}
+
+void CDictHash::Erase(const CName* key) noexcept {
+    const CDictNode* node = Find(key);
+    if (!node) return;
+    const size_t mask = m_Slots.size() - 1;
+    size_t slot = key->m_nHash & mask;
+    while (m_Slots[slot] != node) slot = (slot + 1) & mask;
+    EraseSlot(slot);
+}
+
+CDictNode* CDictHash::GetAt(std::int32_t i) const {
+    if (i < 0 || i >= m_nCount) return nullptr;
+    if (!m_bOrderValid) {
+        m_Order.clear();
+        std::copy_if(m_Slots.begin(), m_Slots.end(), std::back_inserter(m_Order),
+                     [](const CDictNode* node) { return node != nullptr; });
+        std::sort(m_Order.begin(), m_Order.end(), [](const CDictNode* a, const CDictNode* b) {
+            return a->m_nBucket != b->m_nBucket ? a->m_nBucket < b->m_nBucket : a->m_nSequence < b->m_nSequence;
+        });
+        m_bOrderValid = true;
+    }
+    return m_Order[static_cast<size_t>(i)];
+}
+
+void CDictHash::DropLevel() noexcept {
+    for (size_t slot = 0; slot < m_Slots.size();) {
+        // Erasing may move a later entry into this slot, which then has its turn.
+        if (m_Slots[slot] && m_Slots[slot]->DropLevel()) {
+            EraseSlot(slot);
+        } else {
+            ++slot;
+        }
+    }
+}
+
+// Other keys
+
+CDictNode2* CDictOtherKeys::Find(const CElement* key) const noexcept {
+    CDictNode2* found = nullptr;
+    const auto probe = [&](std::uint64_t hash) {
+        const auto [first, last] = m_Index.equal_range(hash);
+        for (auto it = first; it != last; ++it) {
+            CDictNode2* node = it->second;
+            if (found && found->m_nSequence < node->m_nSequence) continue;
+            if (node->m_pKey->IsEqual(key)) found = node;
+        }
+    };
+    if (const auto* number = As<CNumberElement>(key)) {
+        if (!std::isfinite(number->GetReal())) return nullptr;  // equal to nothing, itself included
+        const double cell = NumberCell(number->GetReal());
+        probe(HashCell(cell));
+        if (cell - 1.0 != cell) probe(HashCell(cell - 1.0));
+        if (cell + 1.0 != cell) probe(HashCell(cell + 1.0));
+    } else {
+        probe(HashOther(key));
+    }
+    return found;
+}
+
+void CDictOtherKeys::Insert(CBody* owner, ElementPtr key, ElementPtr value) {
+    const auto* number = As<CNumberElement>(key.get());
+    auto node = std::make_unique<CDictNode2>(owner, std::move(key), std::move(value));
+    node->m_nSequence = m_nNextSequence++;
+    m_Index.emplace(number ? HashCell(NumberCell(number->GetReal())) : HashOther(node->GetKey()), node.get());
+    m_Nodes.push_back(std::move(node));
+}
+
+void CDictOtherKeys::Erase(CDictNode2* node) noexcept {
+    const auto* number = As<CNumberElement>(node->GetKey());
+    const auto [first, last] =
+        m_Index.equal_range(number ? HashCell(NumberCell(number->GetReal())) : HashOther(node->GetKey()));
+    for (auto it = first; it != last; ++it) {
+        if (it->second == node) {
+            m_Index.erase(it);
+            break;
+        }
+    }
+    const auto at = std::lower_bound(
+        m_Nodes.begin(), m_Nodes.end(), node->m_nSequence,
+        [](const std::unique_ptr<CDictNode2>& a, std::uint64_t sequence) { return a->m_nSequence < sequence; });
+    m_Nodes.erase(at);
+}
+
+CDictNode2* CDictOtherKeys::GetAt(std::int32_t i) const noexcept {
+    return i >= 0 && static_cast<size_t>(i) < m_Nodes.size() ? m_Nodes[static_cast<size_t>(i)].get() : nullptr;
+}
+
+void CDictOtherKeys::DropLevel() noexcept {
+    bool dropped = false;
+    for (const auto& node : m_Nodes) {
+        if (node->DropLevel()) {
+            node->m_nSequence = UINT64_MAX;
+            dropped = true;
+        }
+    }
+    if (!dropped) return;
+    std::erase_if(m_Index, [](const auto& entry) { return entry.second->m_nSequence == UINT64_MAX; });
+    std::erase_if(m_Nodes, [](const auto& node) { return node->m_nSequence == UINT64_MAX; });
+}
+
+// The object
+
+CDictionary::CDictionary(std::int32_t count, DictKind kind)
+    : CElement(ET_DICT), m_nDictKind(kind), m_Body(AdoptBody(std::make_unique<CDictionaryBody>(std::max(count, 0)))) {}
+
+void CDictionary::Put(const CName* key, ElementPtr value) {
+    CDictionaryBody* body = GetBody();
+    if (!body || !value) return;
+    if (CDictNode* node = body->m_Hash.Find(key)) {
+        node->SetValue(std::move(value));
+        return;
+    }
+    body->Touch();
+    body->m_Hash.Insert(body, key, std::move(value));
+}
+
+CElement* CDictionary::GetValue(const CName* key) const {
+    CDictNode* node = Find(key);
+    return node ? node->GetValue() : nullptr;
+}
+
+void CDictionary::Remove(const CName* key) noexcept {
+    CDictionaryBody* body = GetBody();
+    if (!body) return;
+    CDictNode* node = body->m_Hash.Find(key);
+    if (!node || !node->DropLevel()) return;
+    body->Touch();
+    body->m_Hash.Erase(key);
+}
+
+std::int32_t CDictionary::GetNameCount() const noexcept {
+    const CDictionaryBody* body = GetBody();
+    return body ? body->m_Hash.GetCount() : 0;
+}
+
+CDictNode* CDictionary::GetNameNodeAt(std::int32_t i) const {
+    const CDictionaryBody* body = GetBody();
+    return body ? body->m_Hash.GetAt(i) : nullptr;
+}
+
+void CDictionary::PutOther(ElementPtr key, ElementPtr value) {
+    CDictionaryBody* body = GetBody();
+    if (!body || !key || !value) return;
+    if (CDictNode2* node = body->m_OtherKeys.Find(key.get())) {
+        node->SetValue(std::move(value));
+        return;
+    }
+    body->Touch();
+    body->m_OtherKeys.Insert(body, std::move(key), std::move(value));
+}
+
+CDictNode2* CDictionary::FindOther(const CElement* key) const noexcept {
+    const CDictionaryBody* body = GetBody();
+    return body && key ? body->m_OtherKeys.Find(key) : nullptr;
+}
+
+void CDictionary::RemoveOther(const CElement* key) noexcept {
+    CDictionaryBody* body = GetBody();
+    CDictNode2* node = FindOther(key);
+    if (!node || !node->DropLevel()) return;
+    body->Touch();
+    body->m_OtherKeys.Erase(node);
+}
+
+std::int32_t CDictionary::GetOtherCount() const noexcept {
+    const CDictionaryBody* body = GetBody();
+    return body ? body->m_OtherKeys.GetCount() : 0;
+}
+
+CDictNode2* CDictionary::GetOtherNodeAt(std::int32_t i) const noexcept {
+    const CDictionaryBody* body = GetBody();
+    return body ? body->m_OtherKeys.GetAt(i) : nullptr;
+}
+
+std::int32_t CDictionary::GetMaxLength() const noexcept {
+    const CDictionaryBody* body = GetBody();
+    return body ? body->m_nMaxLength : 0;
+}
+
+std::int32_t CDictionary::CopyTo(CDictionary* pDest) const {
+    if (!GetBody() || !pDest->GetBody()) return 0;
+    if (m_Body.SameBody(pDest->m_Body)) return 1;
+    for (std::int32_t i = 0; CDictNode* node = GetNameNodeAt(i); ++i) {
+        if (const CElement* value = node->GetValue()) pDest->Put(node->m_pKey, value->Clone());
+    }
+    for (std::int32_t i = 0; CDictNode2* node = GetOtherNodeAt(i); ++i) {
+        if (const CElement* value = node->GetValue()) pDest->PutOther(node->GetKey()->Clone(), value->Clone());
+    }
+    return 1;
+}
+
+bool CDictionary::IsGlobal() const {
+    const CDictionaryBody* body = GetBody();
+    return body && body->m_bGlobal;
+}
+
+bool CDictionary::IsEqual(const CElement* pOther) const {
+    const auto* other = As<CDictionary>(pOther);
+    return other && m_Body.SameBody(other->m_Body);
+}
+
+ElementPtr CDictionary::Clone() const {
+    auto copy = MakeElement<CDictionary>();
+    copy->m_Body = m_Body;
+    copy->m_nDictKind = m_nDictKind;
+    return WithAttributes(std::move(copy));
+}
+
+ElementPtr CDictionary::DeepCopy() const {
+    if (!GetBody()) return nullptr;
+    const auto copyOf = [](const CElement& value) {
+        ElementPtr copy = value.m_nType == ET_DICT ? value.Clone() : value.DeepCopy();
+        return copy ? std::move(copy) : value.Clone();
+    };
+    auto copy = MakeElement<CDictionary>(GetMaxLength());
+    for (std::int32_t i = 0; CDictNode* node = GetNameNodeAt(i); ++i) {
+        if (const CElement* value = node->GetValue()) copy->Put(node->m_pKey, copyOf(*value));
+    }
+    for (std::int32_t i = 0; CDictNode2* node = GetOtherNodeAt(i); ++i) {
+        if (const CElement* value = node->GetValue()) copy->PutOther(node->GetKey()->Clone(), copyOf(*value));
+    }
+    return copy;
+}

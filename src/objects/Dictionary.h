@@ -1,0 +1,189 @@
+// Dictionaries. A body has two key spaces, texts and all other objects, and each entry of a local dictionary
+// keeps one value for each save level, so that `restore` undoes definitions by dropping a level of values.
+#pragma once
+
+#include <memory>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "objects/Body.h"
+#include "objects/Element.h"
+#include "objects/Name.h"
+#include "objects/Pooled.h"
+
+/// Which standard dictionary an element stands for; bind reads it.
+enum DictKind : std::int32_t {
+    DICT_SYSTEM = 0,
+    DICT_GLOBAL = 1,
+    DICT_STATUS = 2,
+    DICT_USER = 3,
+    DICT_ERROR = 4,
+    DICT_ERRORINFO = 5,
+    DICT_OTHER = 6
+};
+
+/// The values of one key, by save level. Owns them.
+class CDictNodeValues {
+public:
+    /// Puts the first value in the slot of the current level, or in the one slot of a global node.
+    CDictNodeValues(CBody* owner, ElementPtr value) noexcept;
+
+    /// The current value; it stays the node's. At a level without a value of its own, a literal array of an older
+    /// level is copied to the current one first, so that later changes to it go with the level.
+    [[nodiscard]] CElement* GetValue();
+    /// Stores at the current level and drops what stood there.
+    void SetValue(ElementPtr value) noexcept;
+    /// Drops the value of the current level. Answers true when no older one is left: the key is gone.
+    [[nodiscard]] bool DropLevel() noexcept;
+
+private:
+    [[nodiscard]] std::int32_t Level() const noexcept { return m_pOwner->m_bGlobal ? 0 : g_nSaveLevel; }
+
+    CBody* m_pOwner;
+    ElementPtr m_Values[MAX_SAVE_LEVEL + 1];
+};
+
+/// An entry with a text key.
+class CDictNode final : public CDictNodeValues, public CPooled<CDictNode> {
+public:
+    CDictNode(CBody* owner, const CName* key, std::uint32_t bucket, ElementPtr value) noexcept
+        : CDictNodeValues(owner, std::move(value)), m_pKey(key), m_nBucket(bucket) {}
+    [[nodiscard]] const char* GetKey() const noexcept { return m_pKey->c_str(); }
+
+    const CName* m_pKey;
+    std::uint32_t m_nBucket;        ///< first half of its place in the order of iteration
+    std::uint64_t m_nSequence = 0;  ///< second half: order of definition
+};
+
+/// An entry whose key is neither a name nor a string. Owns the key.
+class CDictNode2 final : public CDictNodeValues, public CPooled<CDictNode2> {
+public:
+    CDictNode2(CBody* owner, ElementPtr key, ElementPtr value) noexcept
+        : CDictNodeValues(owner, std::move(value)), m_pKey(std::move(key)) {}
+    [[nodiscard]] CElement* GetKey() const noexcept { return m_pKey.get(); }
+
+    ElementPtr m_pKey;
+    std::uint64_t m_nSequence = 0;  ///< order of definition
+};
+
+/// The text-key table. Lookup goes by the address of the interned key; iteration goes by ascending bucket of
+/// a chained table of fixed size, which exists only as that order.
+class CDictHash {
+public:
+    explicit CDictHash(std::int32_t count) noexcept;
+    CDictHash(const CDictHash&) = delete;
+    CDictHash& operator=(const CDictHash&) = delete;
+    ~CDictHash();
+
+    [[nodiscard]] CDictNode* Find(const CName* key) const noexcept {
+        if (m_nCount == 0) return nullptr;
+        const size_t mask = m_Slots.size() - 1;
+        for (size_t slot = key->m_nHash & mask;; slot = (slot + 1) & mask) {
+            CDictNode* node = m_Slots[slot];
+            if (!node || node->m_pKey == key) return node;
+        }
+    }
+    void Insert(CBody* owner, const CName* key, ElementPtr value);
+    void Erase(const CName* key) noexcept;
+    [[nodiscard]] std::int32_t GetCount() const noexcept { return m_nCount; }
+    /// The i-th node in the order of iteration, or null beyond the end.
+    [[nodiscard]] CDictNode* GetAt(std::int32_t i) const;
+    void DropLevel() noexcept;
+
+private:
+    void Rehash(size_t slots);
+    void EraseSlot(size_t slot) noexcept;
+
+    std::vector<CDictNode*> m_Slots;                ///< size a power of two; owns the nodes
+    mutable std::vector<CDictNode*> m_Order;        ///< nodes in the order of iteration, when valid
+    mutable bool m_bOrderValid = false;
+    std::uint32_t m_nBuckets;                       ///< smallest prime at or above the requested count
+    std::int32_t m_nCount = 0;
+    std::uint64_t m_nNextSequence = 0;
+};
+
+/// The entries whose keys are no texts, in order of first definition, with an index by value.
+class CDictOtherKeys {
+public:
+    [[nodiscard]] CDictNode2* Find(const CElement* key) const noexcept;
+    void Insert(CBody* owner, ElementPtr key, ElementPtr value);
+    void Erase(CDictNode2* node) noexcept;
+    [[nodiscard]] std::int32_t GetCount() const noexcept { return static_cast<std::int32_t>(m_Nodes.size()); }
+    [[nodiscard]] CDictNode2* GetAt(std::int32_t i) const noexcept;
+    void DropLevel() noexcept;
+
+private:
+    std::vector<std::unique_ptr<CDictNode2>> m_Nodes;             ///< ascending m_nSequence
+    std::unordered_multimap<std::uint64_t, CDictNode2*> m_Index;  ///< by key hash
+    std::uint64_t m_nNextSequence = 0;
+};
+
+class CDictionaryBody final : public CBody {
+public:
+    explicit CDictionaryBody(std::int32_t count) noexcept : CBody(BK_DICT), m_nMaxLength(count), m_Hash(count) {}
+
+    /// Drops the values of the current save level, and the keys that have no other.
+    void DropLevel() noexcept {
+        m_Hash.DropLevel();
+        m_OtherKeys.DropLevel();
+    }
+
+    std::int32_t m_nMaxLength;  ///< the count given at creation. Departure: limits nothing
+    CDictHash m_Hash;
+    CDictOtherKeys m_OtherKeys;
+};
+
+/// A dictionary object. Without a body it is empty, and what is put in it is dropped.
+class CDictionary final : public CElement, public CPooled<CDictionary> {
+public:
+    static bool IsType(int type) noexcept { return type == ET_DICT; }
+
+    /// No body: what a copy starts as.
+    CDictionary() noexcept : CElement(ET_DICT) {}
+    /// A new body with that capacity; a negative one counts as 0.
+    explicit CDictionary(std::int32_t count, DictKind kind = DICT_OTHER);
+
+    [[nodiscard]] CDictionaryBody* GetBody() const noexcept { return m_Body.Get(); }
+
+    // Text keys. The dictionary owns a value from the call on.
+    void Put(const CName* key, ElementPtr value);
+    void Put(std::string_view key, ElementPtr value) { Put(InternName(key), std::move(value)); }
+    [[nodiscard]] CDictNode* Find(const CName* key) const noexcept {
+        const CDictionaryBody* body = GetBody();
+        return body ? body->m_Hash.Find(key) : nullptr;
+    }
+    [[nodiscard]] CDictNode* Find(std::string_view key) const { return Find(InternName(key)); }
+    /// The current value of a key, or null; it stays the dictionary's.
+    [[nodiscard]] CElement* GetValue(const CName* key) const;
+    [[nodiscard]] CElement* GetValue(std::string_view key) const { return GetValue(InternName(key)); }
+    /// Drops the value of the current save level; the key stays while an older level has one.
+    void Remove(const CName* key) noexcept;
+    [[nodiscard]] std::int32_t GetNameCount() const noexcept;
+    /// The i-th entry in the order of iteration, or null beyond the end.
+    [[nodiscard]] CDictNode* GetNameNodeAt(std::int32_t i) const;
+
+    // All other keys, compared by IsEqual.
+    /// Owns key and value; when the key exists the offered one is dropped.
+    void PutOther(ElementPtr key, ElementPtr value);
+    [[nodiscard]] CDictNode2* FindOther(const CElement* key) const noexcept;
+    void RemoveOther(const CElement* key) noexcept;
+    [[nodiscard]] std::int32_t GetOtherCount() const noexcept;
+    /// The i-th entry in order of definition, or null beyond the end.
+    [[nodiscard]] CDictNode2* GetOtherNodeAt(std::int32_t i) const noexcept;
+
+    [[nodiscard]] std::int32_t GetCount() const noexcept { return GetNameCount() + GetOtherCount(); }
+    [[nodiscard]] std::int32_t GetMaxLength() const noexcept;
+    /// Enters a copy of each current value in pDest. Answers 0 when either dictionary has no body, else 1.
+    [[nodiscard]] std::int32_t CopyTo(CDictionary* pDest) const;
+
+    [[nodiscard]] bool IsGlobal() const override;
+    [[nodiscard]] bool IsEqual(const CElement* pOther) const override;
+    [[nodiscard]] ElementPtr Clone() const override;
+    /// A new body in the current VM; dictionaries inside stay shared, other values are deep copies. The copy is
+    /// literal, of unlimited access and of no standard kind.
+    [[nodiscard]] ElementPtr DeepCopy() const override;
+
+    std::int32_t m_nDictKind = DICT_OTHER;
+    CBodyRef<CDictionaryBody> m_Body;
+};

@@ -1,0 +1,40 @@
+// Interned names. Each text stands once in a process-wide table, so that comparing two names is comparing
+// two pointers, and everything that would otherwise be worked out from a text again and again (its hashes,
+// whether it is a number, which operator it names) stands beside it.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "objects/NumberText.h"
+
+class CFilterEPS;
+
+/// What runs an operator: 1 done, -1 failed with the reason in the machine's m_nError.
+using OperatorFn = int (*)(CFilterEPS&);
+
+/// Longest text that may serve as a dictionary key or stand as a token, in bytes.
+inline constexpr int MAX_KEY_LENGTH = 127;
+
+/// One interned text. Entries live until ClearNames and never move.
+struct CName {
+    std::uint32_t m_nLength;        ///< bytes without the terminator
+    std::uint32_t m_nHash;          ///< well mixed; for pointer-keyed tables
+    std::uint32_t m_nBucketHash;    ///< h = h * 8 + signed byte; fixes the order in which dictionaries are walked
+    NumberClass m_nNumberClass;     ///< what ClassifyNumber says of the text
+    bool m_bValidNumber;            ///< false for a radix number that has no value
+    double m_fNumber;               ///< the value when it is a valid number
+    mutable OperatorFn m_pfnOperator;  ///< the operator of this name, or null; filled by the operator chain
+
+    [[nodiscard]] const char* c_str() const noexcept { return reinterpret_cast<const char*>(this + 1); }
+    [[nodiscard]] std::string_view Text() const noexcept { return {c_str(), m_nLength}; }
+    [[nodiscard]] bool IsNumber() const noexcept { return m_nNumberClass != NumberClass::none; }
+    /// A text longer than MAX_KEY_LENGTH is no key.
+    [[nodiscard]] bool IsKey() const noexcept { return m_nLength <= MAX_KEY_LENGTH; }
+};
+
+/// The entry of a text, made if need be. The text counts up to its first zero byte, as names are C texts.
+[[nodiscard]] const CName* InternName(std::string_view text);
+
+/// Frees all names; only when no element is left. Belongs to the end of an import.
+void ClearNames() noexcept;

@@ -1,0 +1,104 @@
+// Number texts. Conversion goes through std::from_chars, so no locale of the host can change a coordinate.
+#include "objects/NumberText.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <limits>
+
+namespace {
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// Consumes a leading plus or minus sign and answers whether it was a minus.
+bool TakeSign(std::string_view& text) {
+    if (text.empty() || (text.front() != '+' && text.front() != '-')) return false;
+    const bool negative = text.front() == '-';
+    text.remove_prefix(1);
+    return negative;
+}
+
+/// Leading decimal digits with an optional sign, clamped to 32 bits; 0 without digits.
+double DecimalPrefix(std::string_view text) {
+    const bool negative = TakeSign(text);
+    std::int64_t value = 0;
+    for (const char c : text) {
+        if (!IsDigit(c)) break;
+        value = std::min<std::int64_t>(value * 10 + (c - '0'), std::int64_t{1} << 40);
+    }
+    if (negative) value = -value;
+    return static_cast<double>(std::clamp<std::int64_t>(value, std::numeric_limits<std::int32_t>::min(),
+                                                        std::numeric_limits<std::int32_t>::max()));
+}
+
+double RealPrefix(std::string_view text) {
+    const bool negative = TakeSign(text);
+    if (text.empty() || (!IsDigit(text.front()) && text.front() != '.')) return 0.0;
+    double value = 0.0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::result_out_of_range) {
+        // from_chars leaves the value alone here; a negative exponent means that it vanished.
+        const std::string_view used(text.data(), static_cast<size_t>(end - text.data()));
+        const size_t exponent = used.find_first_of("eE");
+        const bool tiny = exponent != std::string_view::npos && exponent + 1 < used.size() && used[exponent + 1] == '-';
+        value = tiny ? 0.0 : std::numeric_limits<double>::infinity();
+    }
+    return negative ? -value : value;
+}
+
+int DigitValue(char c) {
+    if (IsDigit(c)) return c - '0';
+    if (c >= 'a' && c <= 'z') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'Z') return c - 'A' + 10;
+    return 99;
+}
+
+bool RadixNumber(std::string_view base, std::string_view digits, double& value) {
+    int radix = 0;
+    for (const char c : base) {
+        if (!IsDigit(c)) return false;
+        radix = std::min(radix * 10 + (c - '0'), 1000);
+    }
+    if (radix < 2 || radix > 36 || digits.empty()) return false;
+    std::uint32_t low = 0;
+    for (const char c : digits) {
+        const int digit = DigitValue(c);
+        if (digit >= radix) return false;
+        low = low * static_cast<std::uint32_t>(radix) + static_cast<std::uint32_t>(digit);
+    }
+    value = static_cast<std::int32_t>(low);
+    return true;
+}
+
+}  // namespace
+
+NumberClass ClassifyNumber(std::string_view text) noexcept {
+    if (text.empty()) return NumberClass::none;
+    const char first = text.front();
+    const bool punctuation = first == '+' || first == '-' || first == '.';
+    if (!IsDigit(first) && !punctuation) return NumberClass::none;
+    if (text.size() == 1) return punctuation ? NumberClass::none : NumberClass::integer;
+
+    NumberClass answer = first == '.' ? NumberClass::real : NumberClass::integer;
+    for (const char c : text.substr(1)) {
+        if (c == '#') return NumberClass::integer;
+        if (c == '.' || c == 'e' || c == 'E') {
+            answer = NumberClass::real;
+        } else if (!IsDigit(c) && c != '+' && c != '-') {
+            return NumberClass::none;
+        }
+    }
+    return answer;
+}
+
+bool NumberFromText(std::string_view text, NumberClass numberClass, double& value) noexcept {
+    if (numberClass == NumberClass::real) {
+        value = RealPrefix(text);
+        return true;
+    }
+    if (const size_t hash = text.find('#'); hash != std::string_view::npos) {
+        return RadixNumber(text.substr(0, hash), text.substr(hash + 1), value);
+    }
+    value = DecimalPrefix(text);
+    return true;
+}
