@@ -1,0 +1,67 @@
+// The machine's life: what stands when it is made, how it goes, its input file, and how an error is shown.
+#include "interp/FilterEPS.h"
+
+#include "hostout/HostCore.h"
+#include "objects/File.h"
+#include "platform/LocalResources.h"
+#include "platform/Stack.h"
+#include "platform/Window.h"
+
+CFilterEPS::CProcessState::CProcessState() {
+    CreateNumberPool();
+    g_RegistryStack.Push(new CBodyRegistry(0));
+    g_pGlobalRegistry = new CBodyRegistry(CBodyRegistry::GLOBAL_PLACE);
+}
+
+CFilterEPS::CProcessState::~CProcessState() {
+    // Bodies hold numbers, so the pool goes behind them. No element that is left looks at its body.
+    g_RegistryStack.Clear();
+    delete g_pGlobalRegistry;
+    g_pGlobalRegistry = nullptr;
+    DestroyNumberPool();
+    ClearNames();
+    g_nSaveLevel = 0;
+    g_bGlobalMode = false;
+    g_bExitFlag = false;
+    g_bStopFlag = false;
+}
+
+CFilterEPS::CFilterEPS(std::int32_t nHostVersion)
+    : m_nHostVersion(nHostVersion), m_pFontDirectoryName(InternName("FontDirectory")), m_pStackFloor(StackFloor()) {
+    for (point_2d& point : m_ptScratch) point = point_2d{};
+    BuildDefaultFont();
+    BuildSystemDict();
+    BuildInternalDict();
+    CreateFirstGState();
+    m_pPageDevice = MakeElement<CDictionary>(40);
+}
+
+CFilterEPS::~CFilterEPS() = default;
+
+int CFilterEPS::OpenInputFile(const char* path) {
+    m_pCurrentFile = MakeElement<CFileElement>(path, "r+b");
+    m_pCurrentFile->SetFileKind(FK_INPUT);
+    return m_pCurrentFile->Open() == 1 ? 1 : 0;
+}
+
+void CFilterEPS::CloseInputFile() {
+    if (m_pCurrentFile) m_pCurrentFile->Close();
+    m_pCurrentFile.reset();
+}
+
+void CFilterEPS::ReportError() {
+    if (m_nError == PSERR_NONE) return;
+    constexpr unsigned FIRST_ERROR_TEXT = 4017;
+    constexpr unsigned HEAD_TEXT = 4029;
+    constexpr unsigned CAPTION_TEXT = 4030;
+    constexpr int ROOM = 200;  // of the host's prompt buffer
+    const auto text = [](unsigned id) {
+        char* buffer = glbf_GetPromptString();
+        LoadResString(id, buffer, ROOM);
+        return std::string(buffer);
+    };
+    const bool known = m_nError >= PSERR_FORMAT && m_nError <= PSERR_UNSUPPORTED;
+    const std::string detail = known ? text(FIRST_ERROR_TEXT + static_cast<unsigned>(m_nError)) : std::string();
+    const std::string message = text(HEAD_TEXT) + detail;
+    glbf_GetMainFrame()->ShowMessageBox(message.c_str(), text(CAPTION_TEXT).c_str(), MB_OK | MB_ICONERROR);
+}

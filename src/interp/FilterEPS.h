@@ -1,0 +1,221 @@
+// CFilterEPS, the PostScript machine: the stacks, the well-known dictionaries, the input file and the settings of
+// one import. It derives from the entity writer, so that a painting operator reaches the writer on the same object.
+#pragma once
+
+#include <cstdint>
+#include <random>
+#include <string_view>
+
+#include "hostout/DataFilter.h"
+#include "interp/ElementStack.h"
+#include "interp/ErrorCodes.h"
+#include "objects/Array.h"
+#include "objects/Body.h"
+#include "objects/Dictionary.h"
+#include "objects/File.h"
+#include "objects/Filter.h"
+#include "objects/Number.h"
+#include "objects/SimpleElements.h"
+#include "objects/String.h"
+
+class CGraphState;
+class CGStateElement;
+enum class Lexeme;
+
+// Set by `exit` and `stop`, read behind each name or operator of a procedure. Process-wide, like the save level
+// and the global mode: one machine at a time. Reset by its destructor.
+extern bool g_bExitFlag;
+extern bool g_bStopFlag;
+
+/// How deep procedures may call each other. Behind this the run ends with PSERR_RANGE.
+inline constexpr int MAX_CALL_DEPTH = 3000;
+
+/// How deep braces may nest. Behind this the run ends with PSERR_RANGE.
+inline constexpr int MAX_BRACE_DEPTH = 10000;
+
+/// The machine. One object serves one import: OpenInputFile, RunFile once, CloseInputFile.
+/// Operations answer 1 done or -1 failed, with the reason in m_nError; -1 without a reason ends the run in silence.
+class CFilterEPS final : public CDataFilter {
+    /// What lives outside the machine and serves one at a time: number pool, registries, names, flags. The first
+    /// member, so that it comes before and goes after everything that stands on it.
+    class CProcessState {
+    public:
+        CProcessState();
+        CProcessState(const CProcessState&) = delete;
+        CProcessState& operator=(const CProcessState&) = delete;
+        ~CProcessState();
+    };
+    CProcessState m_ProcessState;
+
+public:
+    explicit CFilterEPS(std::int32_t nHostVersion);
+    ~CFilterEPS() override;
+
+    // What the import driver calls.
+    void SetMergeTolerance(float millimetres) { m_fMergeTolerance = millimetres; }
+    void SetFillOutline(std::int32_t on) { m_bFillOutline = on != 0; }
+    /// Opens the file for block-buffered input. 1, or 0 when it can't be opened for reading and writing.
+    int OpenInputFile(const char* path);
+    void CloseInputFile();
+    /// Runs the whole input; entities go to the group, which stays the caller's. Shows the message box of a failed
+    /// run. Answers -1 when the run failed, else 0 or 1. Exhausted memory ends the run in order, too.
+    int RunFile(CEntGroup* group);
+    int SetTarget(CEntGroup* group) override { return RunFile(group); }
+    /// Shows the message box of m_nError; nothing when it is PSERR_NONE.
+    void ReportError();
+
+    // Execution.
+    /// Looks the name up on the dictionary stack and acts by what it finds.
+    int ExecuteName(const CName* name);
+    int ExecuteName(std::string_view name) { return ExecuteName(InternName(name)); }
+    /// Runs the elements of a procedure. The array element stays the caller's and may be gone before the run ends.
+    int ExecuteProcedure(const CArrayElement* array);
+    /// Runs the operator of that name; 0 with PSERR_UNSUPPORTED when no group of the chain claims it.
+    int ExecuteOperator(const CName* name) {
+        if (name->m_pfnOperator) return name->m_pfnOperator(*this);
+        m_nError = PSERR_UNSUPPORTED;
+        return 0;
+    }
+    int ExecuteOperator(std::string_view name) { return ExecuteOperator(InternName(name)); }
+    /// Runs an executable name, raw token, procedure, string or operator, as `exec` does. Answers 0, having done
+    /// nothing, for an object of any other type and for a literal one. e may be dropped by what it runs: it is not
+    /// touched afterwards.
+    int ExecuteObject(const CElement& e);
+    /// Runs the bytes of an executable string.
+    int ExecuteString(const CStringElement& string);
+
+    // Scanning.
+    /// Executes a text.
+    int ScanBuffer(std::string_view text);
+    /// Takes the first object out of a string. 1 with or without an object (null), 0 for an empty source, -1 with
+    /// PSERR_SYNTAX; consumed tells how many bytes belong to it.
+    int ScanToken(const CStringElement& source, ElementPtr& object, std::int32_t& consumed);
+    /// Makes the procedure of the text between two braces.
+    int ParseProcedure(std::string_view text, ElementPtr& procedure);
+    /// Takes the elements above the topmost mark into a new literal array; the mark stays. Null without a mark.
+    [[nodiscard]] ElementPtr BuildArray();
+    /// Takes the pairs above the topmost mark into a new dictionary; the mark, and an odd element above it, stay.
+    /// Null without a mark, or with a key that is neither name nor string; elements taken by then are gone.
+    [[nodiscard]] ElementPtr BuildDictionary();
+    /// BuildArray or BuildDictionary as `]` and `>>` use them: one more element, the mark when the count was even,
+    /// is dropped and the object pushed. PSERR_UNMATCHEDMARK.
+    int CloseArray();
+    int CloseDictionary();
+
+    // Small change of the operators.
+    /// Stores the code and answers -1.
+    int Fail(ErrorCode code) {
+        m_nError = code;
+        return -1;
+    }
+    void Push(ElementPtr e) { m_OperandStack.Push(std::move(e)); }
+    void PushInt(std::int32_t n) { m_OperandStack.Push(NewInt(n)); }
+    void PushReal(double f) { m_OperandStack.Push(NewReal(f)); }
+    void PushBool(bool b) { m_OperandStack.Push(MakeElement<CBoolElement>(b)); }
+    [[nodiscard]] ElementPtr Pop() { return m_OperandStack.Pop(); }
+    /// Pops and drops that many elements.
+    void Drop(int count) {
+        while (count-- > 0) m_OperandStack.Pop();
+    }
+    /// Whether a flag of `exit` or `stop` is up; clears both. What a loop asks after each pass.
+    static bool TakeLoopFlags() {
+        const bool set = g_bExitFlag || g_bStopFlag;
+        g_bExitFlag = g_bStopFlag = false;
+        return set;
+    }
+    /// Asks the host now and then whether the user wants out, and counts. True when the run has to end.
+    bool IsInterrupted() { return --m_nUntilPoll <= 0 && PollHost(); }
+    /// The value of a name on the dictionary stack, from the top; null when no dictionary has it. found, if given,
+    /// takes the dictionary element.
+    [[nodiscard]] CElement* LookUp(const CName* name, CDictionary** found = nullptr) const;
+    [[nodiscard]] CDictionary* TopDict() const { return static_cast<CDictionary*>(m_DictStack.Top()); }
+
+    // Graphics; defined in graphics/.
+    [[nodiscard]] CGraphState* GetCurrentGState() const;
+    /// Pushes a copy of the current state on m_GStateStack, as gsave does.
+    void PushGState();
+    /// Pops the top state; the last one stays. A state that no program can reach is destroyed.
+    void PopGState();
+    /// What the constructor calls: pushes the first state, with every default.
+    void CreateFirstGState();
+    /// g1 g2  copy  g2: gives the upper of two state objects on the operand stack a new body with the contents of the
+    /// lower. The types have been tested.
+    int CopyGState();
+    /// Pops n pairs into out, in the order in which they were pushed. PSERR_STACKUNDERFLOW, PSERR_TYPECHECK with
+    /// nothing popped.
+    int PopCoords(int n, double* out);
+    void NewPath();
+    /// The last point of the path in host units; 0 on an empty path.
+    int GetLastPointHost(point_2d& point) const;
+    /// The current point in user space; 0 on an empty path, with point at (0, 0) in user space.
+    int GetCurrentPoint(point_2d& point) const;
+    /// Maps points from host units to user space, in place.
+    void HostToUser(int n, point_2d* points) const;
+    /// A length or coordinate of default user space (1/72 inch) in host units.
+    [[nodiscard]] float ToHostUnits(double value) const;
+    /// Adds a curve of n points in host units to the path, joined by a line where it starts farther from the last
+    /// point than the join tolerance.
+    void AppendCurve(const point_2d* points, int n);
+    /// Hands the path to the writer and empties it.
+    void PaintPath();
+    void UpdateColor();
+    void AddRectPath(float x, float y, float width, float height);
+    /// Reads over the encoded data of a filter, to behind its end mark. PSERR_IO, PSERR_UNSUPPORTED.
+    int SkipFilterData(const CFilterElement* filter);
+
+    std::int32_t m_nHostVersion;
+    point_2d m_ptScratch[3];         ///< points on their way to the path store
+    double m_dCoord[6] = {};         ///< popped coordinates
+    float m_fCharWX = 0;             ///< advance of the last glyph, glyph space
+    float m_fCharWY = 0;
+    float m_fCacheArgs[8] = {};      ///< operands of the glyph metric operators; nothing reads them
+    std::int32_t m_nCacheSize = 500000;
+    std::int32_t m_nCacheLower = 500;
+    std::int32_t m_nCacheUpper = 5000;
+    CElementStack m_OperandStack;
+    CElementStack m_DictStack;       ///< systemdict, globaldict, userdict at the start; never below these
+    CElementStack m_GStateStack;     ///< CGStateElements; never empty once constructed
+    TypedPtr<CDictionary> m_pFontDirectory;
+    TypedPtr<CDictionary> m_pSharedFontDirectory;
+    TypedPtr<CDictionary> m_pDefaultFont;
+    TypedPtr<CDictionary> m_pCMapDirectory;
+    TypedPtr<CFileElement> m_pCurrentFile;
+    TypedPtr<CDictionary> m_pInternalDict;
+    TypedPtr<CDictionary> m_pPageDevice;
+    std::minstd_rand m_Random{1};    ///< what `rand` draws from, so that a file draws the same on every run
+    bool m_bPacking = false;         ///< procedures are built as packed arrays
+    std::int32_t m_nRandSeed = 0;
+    std::int32_t m_nObjectFormat = 2;
+    float m_fMergeTolerance = 0.01f;   ///< shortest straight segment, millimetres
+    float m_fCloseTolerance = 0.001f;  ///< shortest closing segment, millimetres
+    bool m_bFillOutline = true;
+    std::int32_t m_nError = PSERR_NONE;
+
+private:
+    class CallScope;
+
+    void BuildDefaultFont();
+    void BuildSystemDict();
+    void BuildInternalDict();
+    static void BuildErrorDict(CDictionary& dict);
+    static void BuildErrorInfoDict(CDictionary& dict);
+
+    int CheckEpsHeader();
+    int ScanFile();
+    template <class Lexer>
+    int RunLexer(Lexer& lexer);
+    int ExecuteToken(std::string_view text);
+    int ExecuteToken(const CName* name);
+    int PushNumberToken(std::string_view text, NumberClass numberClass);
+    int PushImmediate(std::string_view text);
+    [[nodiscard]] ElementPtr MakeBodyElement(Lexeme lexeme, std::string_view text) const;
+    bool PollHost();
+    void HandleExhaustedMemory();
+
+    const CName* m_pFontDirectoryName;
+    static constexpr int POLL_INTERVAL = 4096;
+    int m_nUntilPoll = POLL_INTERVAL;
+    int m_nCallDepth = 0;
+    bool m_bUserBreak = false;
+    const char* m_pStackFloor = nullptr;  ///< lowest address that nested calls may reach
+};

@@ -1,0 +1,42 @@
+// Reading keys and reaching the two key spaces of a dictionary.
+#include "interp/Keys.h"
+
+const CName* KeyNameOf(const CElement& e) {
+    if (e.m_nType == ET_NAME) return static_cast<const CSimpElement&>(e).m_pName;
+    if (const auto* string = As<CStringElement>(&e)) return InternName(string->KeyText());
+    return nullptr;
+}
+
+CKey::CKey(const CElement& e) : m_pName(KeyNameOf(e)), m_pOther(m_pName ? nullptr : &e) {}
+
+CElement* CKey::FindIn(const CDictionary& dict) const {
+    if (m_pName) return dict.GetValue(m_pName);
+    CDictNode2* node = dict.FindOther(m_pOther);
+    return node ? node->GetValue() : nullptr;
+}
+
+bool CKey::IsIn(const CDictionary& dict) const {
+    return m_pName ? dict.Find(m_pName) != nullptr : dict.FindOther(m_pOther) != nullptr;
+}
+
+void CKey::PutIn(CDictionary& dict, ElementPtr value) const {
+    if (m_pName) {
+        dict.Put(m_pName, std::move(value));
+    } else {
+        dict.PutOther(m_pOther->Clone(), std::move(value));
+    }
+}
+
+bool CKey::ReplaceIn(CDictionary& dict, ElementPtr& value) const {
+    if (!IsIn(dict)) return false;
+    PutIn(dict, std::move(value));
+    return true;
+}
+
+void CKey::RemoveFrom(CDictionary& dict) const {
+    if (m_pName) {
+        dict.Remove(m_pName);
+    } else {
+        dict.RemoveOther(m_pOther);
+    }
+}

@@ -1,0 +1,33 @@
+// The key rule: names and strings address the text keys of a dictionary, all other objects its element keys.
+#pragma once
+
+#include "interp/FilterEPS.h"
+
+/// A dictionary key read from an operand; refers to the operand, which must outlive it.
+class CKey {
+public:
+    /// Reads an element as a key. A string counts up to its first zero byte.
+    explicit CKey(const CElement& e);
+
+    /// Whether the text, if it is one, is short enough for a key (MAX_KEY_LENGTH).
+    [[nodiscard]] bool IsValid() const noexcept { return !m_pName || m_pName->IsKey(); }
+    /// The text, or null for an element key.
+    [[nodiscard]] const CName* Text() const noexcept { return m_pName; }
+
+    /// The current value in a dictionary, or null; it stays the dictionary's.
+    [[nodiscard]] CElement* FindIn(const CDictionary& dict) const;
+    /// Whether a dictionary has the key.
+    [[nodiscard]] bool IsIn(const CDictionary& dict) const;
+    /// Defines the key; an element key goes in as a copy.
+    void PutIn(CDictionary& dict, ElementPtr value) const;
+    /// Replaces the value of a key that the dictionary has; false, and the value untouched, when it has not.
+    bool ReplaceIn(CDictionary& dict, ElementPtr& value) const;
+    void RemoveFrom(CDictionary& dict) const;
+
+private:
+    const CName* m_pName = nullptr;
+    const CElement* m_pOther = nullptr;
+};
+
+/// The text of a name or string operand as a key; null for another type. No test of the length.
+[[nodiscard]] const CName* KeyNameOf(const CElement& e);

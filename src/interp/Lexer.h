@@ -1,0 +1,478 @@
+// The lexer behind the three scanners: one state machine over a source of bytes, with the differences between the
+// scanners as rules. It cuts the text into lexemes; what a lexeme does is the scanners' business.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "interp/ErrorCodes.h"
+#include "interp/FilterEPS.h"
+
+/// The 16 bytes that end a token. Departure: a zero byte is none, and the backslash is one.
+[[nodiscard]] constexpr bool IsDelimiter(unsigned char c) noexcept {
+    switch (c) {
+        case ' ':
+        case '\r':
+        case '\n':
+        case '\f':
+        case '\t':
+        case '\\':
+        case '/':
+        case '{':
+        case '(':
+        case '[':
+        case '}':
+        case ')':
+        case ']':
+        case '%':
+        case '<':
+        case '>':
+            return true;
+        default:
+            return false;
+    }
+}
+
+/// Lookup table of IsDelimiter, for the loop over the bytes of a token.
+struct CDelimiterTable {
+    bool is[256] = {};
+    constexpr CDelimiterTable() {
+        for (int c = 0; c < 256; ++c) is[c] = IsDelimiter(static_cast<unsigned char>(c));
+    }
+};
+inline constexpr CDelimiterTable g_Delimiters;
+
+/// Value of a hexadecimal digit of either case, -1 for any other byte.
+[[nodiscard]] constexpr int HexDigitValue(unsigned char c) noexcept {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return -1;
+}
+
+enum class Lexeme {
+    end,         ///< the input is used up, or stops here in order
+    failure,     ///< m_Error says why
+    token,       ///< a name or number that stands for itself
+    literal,     ///< /name
+    immediate,   ///< //name
+    string,      ///< its bytes, escapes resolved
+    hexString,   ///< its bytes
+    procedure,   ///< the text between the braces
+    braceOpen,   ///< only where a rule asks for it: the opening brace alone
+    arrayBegin,
+    arrayEnd,
+    dictBegin,
+    dictEnd,
+    comment      ///< only where a rule asks for it
+};
+
+/// Bytes of a text in memory.
+class CTextSource {
+public:
+    explicit CTextSource(std::string_view text) noexcept : m_pBegin(text.data()), m_pAt(m_pBegin), m_pEnd(m_pBegin + text.size()) {}
+
+    /// 1 with a byte, 0 at the end.
+    int Get(unsigned char& c) noexcept {
+        if (m_pAt == m_pEnd) return 0;
+        c = static_cast<unsigned char>(*m_pAt++);
+        return 1;
+    }
+    void Unget() noexcept { --m_pAt; }
+    /// The bytes at hand; empty at the end, with result 0.
+    [[nodiscard]] std::string_view Peek(int& result) const noexcept {
+        result = m_pAt == m_pEnd ? 0 : 1;
+        return {m_pAt, static_cast<size_t>(m_pEnd - m_pAt)};
+    }
+    void Skip(size_t n) noexcept { m_pAt += n; }
+    void Enter() noexcept {}
+    void Leave() noexcept {}
+    [[nodiscard]] size_t Position() const noexcept { return static_cast<size_t>(m_pAt - m_pBegin); }
+
+private:
+    const char* m_pBegin;
+    const char* m_pAt;
+    const char* m_pEnd;
+};
+
+/// Bytes of the input file, walked in its block. Between Leave and Enter operators may read from the same file: the
+/// scan goes on behind what they took.
+class CFileSource {
+public:
+    explicit CFileSource(const CFileElement& file) noexcept : m_File(file) {}
+
+    int Get(unsigned char& c) {
+        if (m_nAt == m_Block.size()) {
+            if (const int result = Load(); result != 1) return result;
+        }
+        c = m_Block[m_nAt++];
+        return 1;
+    }
+    void Unget() noexcept { --m_nAt; }
+    [[nodiscard]] std::string_view Peek(int& result) {
+        result = m_nAt == m_Block.size() ? Load() : 1;
+        return {reinterpret_cast<const char*>(m_Block.data()) + m_nAt, m_Block.size() - m_nAt};
+    }
+    void Skip(size_t n) noexcept { m_nAt += n; }
+    void Enter() noexcept {
+        m_Block = {};
+        m_nAt = 0;
+    }
+    void Leave() noexcept {
+        if (CFileBody* body = m_File.GetBody()) body->Skip(m_nAt);
+        Enter();
+    }
+
+private:
+    int Load() {
+        Leave();
+        CFileBody* body = m_File.GetBody();
+        if (!body) return -1;
+        int result = 1;
+        m_Block = body->Peek(result);
+        return result;
+    }
+
+    const CFileElement& m_File;
+    std::span<const unsigned char> m_Block;
+    size_t m_nAt = 0;
+};
+
+/// The rules of the scanners.
+struct FileRules {
+    static constexpr bool pairsCr = true;            ///< CR LF outside of everything is one delimiter
+    static constexpr bool endDropsOpen = true;       ///< what is open at the end is dropped without a word
+    static constexpr bool eofComment = true;         ///< a comment of exactly %%EOF ends the run
+    static constexpr bool braceLeavesHex = true;     ///< a brace in a hex string starts a procedure
+    static constexpr bool slashLooksAhead = true;    ///< // is told from /
+    static constexpr bool commentIsLexeme = false;
+    static constexpr bool braceIsLexeme = false;
+};
+struct TextRules {
+    static constexpr bool pairsCr = false;
+    static constexpr bool endDropsOpen = false;
+    static constexpr bool eofComment = false;
+    static constexpr bool braceLeavesHex = false;
+    static constexpr bool slashLooksAhead = true;
+    static constexpr bool commentIsLexeme = false;
+    static constexpr bool braceIsLexeme = false;
+};
+struct TokenRules : TextRules {
+    static constexpr bool slashLooksAhead = false;
+    static constexpr bool commentIsLexeme = true;
+};
+struct BodyRules : TextRules {
+    static constexpr bool braceIsLexeme = true;
+};
+
+template <class Source, class Rules>
+class CLexer {
+public:
+    explicit CLexer(Source source) noexcept : m_Source(source) {}
+
+    /// The next lexeme. The source stands behind it and the delimiter that ended it, if one did.
+    Lexeme Next() {
+        m_Source.Enter();
+        const Lexeme lexeme = Scan();
+        m_Source.Leave();
+        return lexeme;
+    }
+
+    /// Text of the last token, string or procedure.
+    [[nodiscard]] std::string_view Text() const noexcept { return m_Text; }
+    [[nodiscard]] ErrorCode Error() const noexcept { return m_Error; }
+    /// Bytes consumed by what was delivered: a delimiter that waits for its turn does not count.
+    [[nodiscard]] size_t Consumed() const noexcept { return m_Source.Position() - (m_bWaiting ? 1 : 0); }
+
+    /// Steps over n bytes that somebody else has read.
+    void SkipBytes(size_t n) noexcept { m_Source.Skip(n); }
+
+private:
+    Lexeme Fail(ErrorCode code) noexcept {
+        m_Error = code;
+        return Lexeme::failure;
+    }
+
+    /// The end of the input, or a read failure, inside something that must go on. Departure: in a file an open
+    /// string, hex string or procedure ends the run in order.
+    Lexeme EndOpen(int result) noexcept {
+        if (result < 0) return Fail(PSERR_IO);
+        return Rules::endDropsOpen ? Lexeme::end : Fail(PSERR_SYNTAX);
+    }
+    /// The end behind a byte that needs another one.
+    Lexeme EndShort(int result) noexcept { return Fail(result < 0 ? PSERR_IO : PSERR_SYNTAX); }
+
+    Lexeme Scan() {
+        for (;;) {
+            unsigned char c = 0;
+            if (m_bWaiting) {
+                m_bWaiting = false;
+                c = m_Waiting;
+            } else if (m_bHex) {
+                Lexeme lexeme = Lexeme::end;
+                if (ScanHex(lexeme)) return lexeme;
+                continue;
+            } else {
+                if (const int result = TakeTokenBytes(c); result != 1) {
+                    if (m_nToken > MAX_KEY_LENGTH) return Fail(PSERR_SYNTAX);
+                    if (result < 0) return Fail(PSERR_IO);
+                    if (Rules::endDropsOpen || m_nToken == 0) return Lexeme::end;
+                    return CompleteToken();
+                }
+                if (Rules::pairsCr && c == '\r') {
+                    unsigned char next = 0;
+                    const int result = m_Source.Get(next);
+                    if (result == 0) return Lexeme::end;
+                    if (result < 0) return Fail(PSERR_IO);
+                    if (next == '\n') {
+                        c = '\n';
+                    } else {
+                        m_Source.Unget();
+                    }
+                }
+                if (m_nToken > 0) {
+                    m_Waiting = c;
+                    m_bWaiting = true;
+                    return CompleteToken();
+                }
+            }
+            Lexeme lexeme = Lexeme::end;
+            if (ActOn(c, lexeme)) return lexeme;
+        }
+    }
+
+    /// Appends token bytes up to a delimiter, which it takes: 1; or the result of the source.
+    int TakeTokenBytes(unsigned char& delimiter) {
+        for (;;) {
+            int result = 1;
+            const std::string_view bytes = m_Source.Peek(result);
+            if (bytes.empty()) return result;
+            size_t n = 0;
+            while (n < bytes.size() && !g_Delimiters.is[static_cast<unsigned char>(bytes[n])]) ++n;
+            if (n > 0) {
+                if (m_nToken == 0) m_Text.clear();
+                m_nToken += n;
+                if (m_nToken > MAX_KEY_LENGTH) return 0;
+                m_Text.append(bytes.data(), n);
+            }
+            if (n < bytes.size()) {
+                delimiter = static_cast<unsigned char>(bytes[n]);
+                m_Source.Skip(n + 1);
+                return 1;
+            }
+            m_Source.Skip(n);
+        }
+    }
+
+    Lexeme CompleteToken() noexcept {
+        m_nToken = 0;
+        if (m_bLiteral) {
+            m_bLiteral = false;
+            return Lexeme::literal;
+        }
+        if (m_bImmediate) {
+            m_bImmediate = false;
+            return Lexeme::immediate;
+        }
+        return Lexeme::token;
+    }
+
+    /// Acts on a delimiter outside of strings and procedures. True when a lexeme came out.
+    bool ActOn(unsigned char c, Lexeme& lexeme) {
+        unsigned char next = 0;
+        switch (c) {
+            case '/':
+                if (!Rules::slashLooksAhead) {
+                    m_bLiteral = true;
+                    return false;
+                }
+                if (const int result = m_Source.Get(next); result != 1) return Out(lexeme, EndShort(result));
+                if (next == '/') {
+                    m_bImmediate = true;
+                } else {
+                    m_Source.Unget();
+                    m_bLiteral = true;
+                }
+                return false;
+            case '<':
+                if (const int result = m_Source.Get(next); result != 1) return Out(lexeme, EndShort(result));
+                if (next == '<') return Out(lexeme, Lexeme::dictBegin);
+                m_Source.Unget();
+                m_bHex = true;
+                m_Hex.clear();
+                return false;
+            case '>':
+                if (const int result = m_Source.Get(next); result != 1) return Out(lexeme, EndShort(result));
+                return Out(lexeme, next == '>' ? Lexeme::dictEnd : Fail(PSERR_SYNTAX));
+            case '(':
+                return Out(lexeme, ScanString());
+            case '[':
+                return Out(lexeme, Lexeme::arrayBegin);
+            case ']':
+                return Out(lexeme, Lexeme::arrayEnd);
+            case '{':
+                return Out(lexeme, Rules::braceIsLexeme ? Lexeme::braceOpen : ScanProcedure());
+            case '%':
+                return ScanComment(lexeme);
+            default:
+                return false;  // white space, and a stray ), } or backslash
+        }
+    }
+
+    static bool Out(Lexeme& lexeme, Lexeme value) noexcept {
+        lexeme = value;
+        return true;
+    }
+
+    /// Goes on in a hex string. True when a lexeme came out; the state may outlast it, since a procedure can stand
+    /// in the middle.
+    bool ScanHex(Lexeme& lexeme) {
+        unsigned char c = 0;
+        for (;;) {
+            if (const int result = m_Source.Get(c); result != 1) return Out(lexeme, EndOpen(result));
+            switch (c) {
+                case '>':
+                    m_bHex = false;
+                    HexTextToBytes();
+                    return Out(lexeme, Lexeme::hexString);
+                case '{':
+                    if (Rules::braceLeavesHex) return Out(lexeme, ScanProcedure());
+                    break;
+                case '%':
+                    if (ScanComment(lexeme)) return true;
+                    break;
+                default:
+                    if (HexDigitValue(c) >= 0) m_Hex.push_back(static_cast<char>(c));
+                    break;
+            }
+        }
+    }
+
+    /// Two digits make a byte; a last lone digit is dropped. Departure: it is not padded with 0.
+    void HexTextToBytes() {
+        m_Text.clear();
+        for (size_t i = 0; i + 1 < m_Hex.size(); i += 2) {
+            const int high = HexDigitValue(static_cast<unsigned char>(m_Hex[i]));
+            const int low = HexDigitValue(static_cast<unsigned char>(m_Hex[i + 1]));
+            m_Text.push_back(static_cast<char>(high * 16 + low));
+        }
+    }
+
+    Lexeme ScanString() {
+        m_Text.clear();
+        for (size_t depth = 1;;) {
+            unsigned char c = 0;
+            if (const int result = m_Source.Get(c); result != 1) return EndOpen(result);
+            if (c == '\\') {
+                if (const int result = ScanEscape(); result != 1) return EndShort(result);
+                continue;
+            }
+            if (c == '(') ++depth;
+            if (c == ')' && --depth == 0) return Lexeme::string;
+            m_Text.push_back(static_cast<char>(c));
+        }
+    }
+
+    /// The bytes behind a backslash: 1, or the result of a source that ran out.
+    int ScanEscape() {
+        unsigned char c = 0;
+        if (const int result = m_Source.Get(c); result != 1) return result;
+        switch (c) {
+            case 'n':
+                m_Text.push_back('\n');
+                return 1;
+            case 'r':
+                m_Text.push_back('\r');
+                return 1;
+            case 't':
+                m_Text.push_back('\t');
+                return 1;
+            case 'b':
+                m_Text.push_back('\b');
+                return 1;
+            case 'f':
+                m_Text.push_back('\f');
+                return 1;
+            case '\n':
+                return 1;
+            case '\r':
+                if (const int result = m_Source.Get(c); result != 1) return result;
+                if (c != '\n') m_Source.Unget();
+                return 1;
+            default:
+                if (c >= '0' && c <= '9') return ScanNumericEscape(c);
+                m_Text.push_back(static_cast<char>(c));
+                return 1;
+        }
+    }
+
+    /// Departure: only three digits make a byte, and 8 and 9 count with their face value.
+    int ScanNumericEscape(unsigned char first) {
+        unsigned char digits[3] = {first, 0, 0};
+        for (int n = 1; n < 3; ++n) {
+            if (const int result = m_Source.Get(digits[n]); result != 1) return result;
+            if (digits[n] >= '0' && digits[n] <= '9') continue;
+            m_Source.Unget();
+            for (int i = 0; i < n; ++i) m_Text.push_back(static_cast<char>(digits[i]));
+            return 1;
+        }
+        m_Text.push_back(static_cast<char>((digits[0] - '0') * 64 + (digits[1] - '0') * 8 + (digits[2] - '0')));
+        return 1;
+    }
+
+    /// Captures the text up to the matching brace. Departure: braces count wherever they stand, also in strings and
+    /// comments of the procedure.
+    Lexeme ScanProcedure() {
+        m_Text.clear();
+        for (int depth = 1;;) {
+            int result = 1;
+            const std::string_view bytes = m_Source.Peek(result);
+            if (bytes.empty()) return EndOpen(result);
+            size_t n = 0;
+            for (; n < bytes.size(); ++n) {
+                if (bytes[n] == '{') {
+                    if (++depth > MAX_BRACE_DEPTH) return Fail(PSERR_RANGE);
+                } else if (bytes[n] == '}' && --depth == 0) {
+                    break;
+                }
+            }
+            m_Text.append(bytes.data(), n);
+            m_Source.Skip(n < bytes.size() ? n + 1 : n);
+            if (depth == 0) return Lexeme::procedure;
+        }
+    }
+
+    /// Reads over a comment. True when that is a lexeme, or ends the input.
+    bool ScanComment(Lexeme& lexeme) {
+        if (Rules::commentIsLexeme) return Out(lexeme, Lexeme::comment);
+        constexpr std::string_view eof = "%%EOF";
+        size_t length = 1;
+        bool matches = true;
+        for (;;) {
+            unsigned char c = 0;
+            const int result = m_Source.Get(c);
+            if (result < 0) return Out(lexeme, Fail(PSERR_IO));
+            if (result == 0 || c == '\n') break;
+            if (c == '\r') {
+                if (!Rules::pairsCr) break;
+                if (const int after = m_Source.Get(c); after == 1 && c != '\n') m_Source.Unget();
+                break;
+            }
+            matches = matches && length < eof.size() && static_cast<char>(c) == eof[length];
+            ++length;
+        }
+        return Rules::eofComment && matches && length == eof.size() && Out(lexeme, Lexeme::end);
+    }
+
+    Source m_Source;
+    std::string m_Text;
+    std::string m_Hex;        ///< digits of the hex string so far
+    size_t m_nToken = 0;      ///< bytes of the open token
+    bool m_bLiteral = false;
+    bool m_bImmediate = false;
+    bool m_bHex = false;
+    bool m_bWaiting = false;  ///< the delimiter that ended the last token has not acted yet
+    unsigned char m_Waiting = 0;
+    ErrorCode m_Error = PSERR_NONE;
+};

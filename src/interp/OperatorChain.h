@@ -1,0 +1,19 @@
+// The chain of operator groups: in which order a name is offered to the families, and the one list of all of them.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "interp/OperatorTable.h"
+
+/// A table at its place in the chain. A place that two families share has several tables.
+struct ChainLink {
+    int place;
+    const OpTable* table;
+};
+
+/// The links in the order in which a name is offered to them.
+[[nodiscard]] std::span<const ChainLink> OperatorChain() noexcept;
+
+/// Puts the function of each operator in the entry of its name: that of the first row of the chain that has it.
+void ResolveOperators();

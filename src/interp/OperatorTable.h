@@ -1,0 +1,20 @@
+// What an operator family consists of: rows of a name and a function, in the order in which names are compared.
+#pragma once
+
+#include <span>
+
+#include "objects/Name.h"
+
+struct OpRow {
+    const char* name;
+    OperatorFn run;
+};
+
+/// A family's table. Families end their source with it and declare it in their header.
+using OpTable = std::span<const OpRow>;
+
+/// The operator of a name that is in systemdict and that this system refuses: PSERR_UNSUPPORTED, operands left.
+int OpUnsupported(CFilterEPS& m);
+
+/// The operator of a name that is accepted and does nothing.
+int OpNothing(CFilterEPS& m);
