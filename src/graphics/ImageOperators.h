@@ -1,0 +1,6 @@
+// The image operators.
+#pragma once
+
+#include "interp/OperatorTable.h"
+
+extern constinit const OpTable kImageOperators;  ///< image, colorimage, imagemask

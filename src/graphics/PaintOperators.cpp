@@ -1,0 +1,241 @@
+// Painting: a path is handed to the entity writer and forgotten. Departure: line width, dash, joins, caps,
+// the fill rule and the clip have no effect; fill and stroke differ only in whether the user wants the
+// outlines of fills.
+#include "graphics/PaintOperators.h"
+
+#include "graphics/GraphState.h"
+#include "graphics/Matrix.h"
+#include "graphics/MatrixOperators.h"
+#include "interp/Operands.h"
+
+CGStateScope::CGStateScope(CFilterEPS& machine) : m_Machine(machine) {
+    m_Machine.PushGState();
+    m_nDepth = m_Machine.m_GStateStack.GetCount();
+}
+
+CGStateScope::~CGStateScope() {
+    // What ran in between may have popped the copy itself, or left states of its own.
+    while (m_Machine.m_GStateStack.GetCount() >= m_nDepth && m_nDepth > 1) m_Machine.PopGState();
+}
+
+void CFilterEPS::UpdateColor() {
+    float rgb[3];
+    GetCurrentGState()->GetRGBColor(rgb);
+    m_nColor = 0;
+    for (int i = 0; i < 3; ++i) {
+        const std::int32_t level = TruncateToInt(rgb[i] * 255.0f);
+        m_nColor |= (static_cast<std::uint32_t>(level) & 0xFFu) << (8 * i);
+    }
+}
+
+void CFilterEPS::PaintPath() {
+    CGraphState* state = GetCurrentGState();
+    const CPath& path = state->m_Path;
+    const std::int32_t count = path.GetCount();
+    if (count < 2) {
+        state->ClearPath();
+        return;
+    }
+    UpdateColor();
+    const double scale = m_nHostVersion < 5 ? 40.0 : 1.0;  // the tolerances are millimetres
+    const double mergeTolerance = m_fMergeTolerance * scale;
+    const double closeTolerance = m_fCloseTolerance * scale;
+    point_2d last;
+    const auto lineTo = [&](point_2d point) {
+        const point_2d points[2] = {last, point};
+        AddLines(points, 2);
+        last = point;
+    };
+    for (std::int32_t i = 0; i < count; ++i) {
+        const tagPLPoint& record = path.At(i);
+        switch (record.nOp) {
+            case PATH_MOVE:
+                if (i > 0) EndPLine();
+                BeginPLine();
+                last = record.pt;
+                break;
+            case PATH_LINE:
+                // A run of tiny segments is measured from the last point kept.
+                if (!(mergeTolerance > last.DistFrom(record.pt))) lineTo(record.pt);
+                break;
+            case PATH_CLOSE:
+                if (last.DistFrom(record.pt) > closeTolerance) lineTo(record.pt);
+                break;
+            case PATH_CURVE: {
+                const point_2d points[4] = {last, record.pt, path.At(i + 1).pt, path.At(i + 2).pt};
+                AddBezier(points, 4);
+                last = points[3];
+                i += 2;
+                break;
+            }
+            default:
+                break;
+        }
+    }
+    EndPLine();
+    state->ClearPath();
+}
+
+void CFilterEPS::AddRectPath(float x, float y, float width, float height) {
+    const float right = x + width;
+    const float top = y + height;
+    double corners[10] = {x, y, right, y, right, top, x, top, x, y};
+    CGraphState* state = GetCurrentGState();
+    state->TransformPoints(5, corners);
+    constexpr PathLetter letters[5] = {PATH_MOVE, PATH_LINE, PATH_LINE, PATH_LINE, PATH_CLOSE};
+    // Rounded once, behind the scale of the host version, unlike the points of the construction operators.
+    const double scale = m_nHostVersion < 5 ? 40.0 : 1.0;
+    for (int i = 0; i < 5; ++i) {
+        const point_2d point{static_cast<float>(corners[2 * i] / 72.0 * 25.4 * scale),
+                             static_cast<float>(corners[2 * i + 1] / 72.0 * 25.4 * scale)};
+        state->AddPathPoint(&point, letters[i]);
+    }
+}
+
+namespace {
+
+// -  fill  -
+int OpFill(CFilterEPS& m) {
+    if (m.m_bFillOutline) {
+        m.PaintPath();
+    } else {
+        m.NewPath();
+    }
+    return 1;
+}
+
+// -  stroke  -
+int OpStroke(CFilterEPS& m) {
+    m.PaintPath();
+    return 1;
+}
+
+// Rectangles
+
+/// Reads an array as rectangles of four numbers. SYNTAX for a length that is no multiple of four, TYPECHECK.
+int AddRectangles(CFilterEPS& m, const CArrayElement& array) {
+    const std::int32_t length = array.GetLength();
+    if (length % 4 != 0) return m.Fail(PSERR_SYNTAX);
+    for (std::int32_t i = 0; i < length; i += 4) {
+        float sides[4];
+        for (std::int32_t k = 0; k < 4; ++k) {
+            const auto* number = As<CNumberElement>(array.GetAt(i + k));
+            if (!number) return m.Fail(PSERR_TYPECHECK);
+            sides[k] = static_cast<float>(number->GetReal());
+        }
+        m.AddRectPath(sides[0], sides[1], sides[2], sides[3]);
+    }
+    return 1;
+}
+
+int AddPoppedRectangle(CFilterEPS& m) {
+    if (m.PopCoords(2, m.m_dCoord) != 1) return -1;
+    const double* d = m.m_dCoord;
+    m.AddRectPath(static_cast<float>(d[0]), static_cast<float>(d[1]), static_cast<float>(d[2]),
+                  static_cast<float>(d[3]));
+    return 1;
+}
+
+/// Pops what stands below a matrix and adds its rectangles; what is no form of rectangles stays.
+int AddRectanglesBelowMatrix(CFilterEPS& m) {
+    const CElement* top = m.m_OperandStack.Top();
+    if (!top) return m.Fail(PSERR_STACKUNDERFLOW);
+    if (top->m_nType == ET_NUMBER) return AddPoppedRectangle(m);
+    if (top->m_nType == ET_ARRAY) return AddRectangles(m, *Take<CArrayElement>(m));
+    if (top->m_nType == ET_STRING) m.Drop(1);
+    return 1;
+}
+
+// x y width height | numarray | numstring [matrix]  rectstroke  -     STACKUNDERFLOW TYPECHECK SYNTAX
+// Departure: an array of six is a matrix, and encoded number strings are not read.
+int OpRectStroke(CFilterEPS& m) {
+    Operands in(m);
+    const CElement* top = in.OneOf(0, {ET_NUMBER, ET_ARRAY, ET_STRING});
+    if (!in) return -1;
+    const CGStateScope scope(m);
+    m.NewPath();
+    if (top->m_nType == ET_NUMBER) {
+        if (AddPoppedRectangle(m) != 1) return -1;
+    } else if (top->m_nType == ET_STRING) {
+        m.Drop(1);
+    } else {
+        const auto array = Take<CArrayElement>(m);
+        double six[6];
+        if (array->GetLength() != 6) {
+            if (AddRectangles(m, *array) != 1) return -1;
+        } else {
+            if (const ErrorCode error = ReadMatrix(*array, six); error != PSERR_NONE) return m.Fail(error);
+            if (AddRectanglesBelowMatrix(m) != 1) return -1;
+            m.GetCurrentGState()->Concat(six);  // the points are stored: this changes nothing that is drawn
+        }
+    }
+    m.PaintPath();
+    return 1;
+}
+
+// as rectstroke  rectfill  -                 STACKUNDERFLOW TYPECHECK SYNTAX
+int OpRectFill(CFilterEPS& m) { return m.m_bFillOutline ? OpRectStroke(m) : DropRectangles(m); }
+
+// User paths
+
+// userpath [matrix]  ustroke  -              STACKUNDERFLOW TYPECHECK; UNSUPPORTED for an encoded path
+// Departure: an array of six elements on top is a matrix, whatever it holds.
+int OpUStroke(CFilterEPS& m) {
+    Operands in(m);
+    in.AnyArray(0);
+    if (!in) return -1;
+    auto path = Take<CArrayElement>(m);
+    double six[6] = {1, 0, 0, 1, 0, 0};
+    if (path->GetLength() == 6) {
+        if (const ErrorCode error = ReadMatrix(*path, six); error != PSERR_NONE) return m.Fail(error);
+        in.AnyArray(0);
+        if (!in) return -1;
+        path = Take<CArrayElement>(m);
+    }
+    if (path->GetLength() == 2) return m.Fail(PSERR_UNSUPPORTED);
+    const CGStateScope scope(m);
+    m.NewPath();
+    if (m.ExecuteProcedure(path.get()) != 1) return -1;
+    m.GetCurrentGState()->Concat(six);  // the points are stored: this changes nothing that is drawn
+    m.PaintPath();
+    return 1;
+}
+
+// userpath [matrix]  ufill  -                STACKUNDERFLOW TYPECHECK; UNSUPPORTED for an encoded path
+int OpUFill(CFilterEPS& m) {
+    if (m.m_bFillOutline) return OpUStroke(m);
+    Operands in(m);
+    in.AnyArray(0);
+    if (!in) return -1;
+    m.Drop(1);
+    return 1;
+}
+
+// dict  shfill  -                            STACKUNDERFLOW TYPECHECK
+// Departure: shadings draw nothing.
+int OpShFill(CFilterEPS& m) {
+    Operands in(m);
+    in.Dict(0);
+    if (!in) return -1;
+    m.Drop(1);
+    return 1;
+}
+
+constexpr OpRow kCoreRows[] = {{"fill", OpFill}, {"stroke", OpStroke}};
+constexpr OpRow kRows[] = {{"erasepage", OpNothing}, {"eofill", OpFill},          {"ufill", OpUFill},
+                           {"ueofill", OpUFill},     {"shfill", OpShFill},        {"ustroke", OpUStroke},
+                           {"rectfill", OpRectFill}, {"rectstroke", OpRectStroke}};
+
+}  // namespace
+
+int DropRectangles(CFilterEPS& m) {
+    Operands in(m);
+    const CElement* top = in.OneOf(0, {ET_NUMBER, ET_ARRAY, ET_STRING});
+    if (!in) return -1;
+    if (top->m_nType == ET_NUMBER) return m.PopCoords(2, m.m_dCoord);
+    m.Drop(1);
+    return 1;
+}
+
+constinit const OpTable kPaintCoreOperators{kCoreRows};
+constinit const OpTable kPaintOperators{kRows};

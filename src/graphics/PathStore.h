@@ -1,0 +1,66 @@
+// The path store: the current path as a flat list of lettered records in host units.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "graphics/StateCell.h"
+#include "hostout/HostVector.h"
+
+/// Letters of the records.
+enum PathLetter : std::uint16_t {
+    PATH_MOVE = 'm',   ///< start of a subpath
+    PATH_LINE = 'L',   ///< end of a straight segment
+    PATH_CURVE = 'C',  ///< three in a row: two control points and the end of a cubic Bézier curve
+    PATH_CLOSE = 'c'   ///< the start of the subpath, to which a closing segment runs
+};
+
+#pragma pack(push, 2)
+/// One record.
+struct tagPLPoint {
+    point_2d pt;        ///< host units
+    std::uint16_t nOp;  ///< PathLetter
+};
+#pragma pack(pop)
+static_assert(sizeof(tagPLPoint) == 10);
+
+/// Most records of a path. Departure: what does not fit is dropped without an error.
+inline constexpr std::int32_t PATH_MAX_RECORDS = 10000;
+
+/// A path. A copy shares the records until either side adds to its own, so that copying costs a reference; a
+/// copy of an empty path shares nothing. A path that is emptied keeps its records' room for the next one.
+class CPath {
+public:
+    CPath() noexcept = default;
+    CPath(const CPath& other) noexcept;
+    CPath(CPath&&) noexcept = default;
+    CPath& operator=(CPath other) noexcept;
+    ~CPath() = default;
+
+    /// Appends one point, or three for 'C'. A new 'm' directly behind an 'm' takes its place; an unknown
+    /// letter does nothing.
+    void Add(const point_2d* points, std::uint16_t letter);
+    void Clear() noexcept;
+    [[nodiscard]] std::int32_t GetCount() const noexcept { return m_nCount; }
+    /// The record at an index from 0 to below GetCount.
+    [[nodiscard]] const tagPLPoint& At(std::int32_t index) const noexcept {
+        return m_pBlock->records[static_cast<size_t>(index)];
+    }
+    /// Records behind the last 'c', or from the last 'm' on, that one included.
+    [[nodiscard]] std::int32_t CountSubpathRecords() const noexcept { return m_nSubpathRecords; }
+    /// The last 'm'. False, and point as it was, when there is none.
+    bool GetSubpathStart(point_2d& point) const noexcept;
+
+private:
+    struct Block final : CShared {
+        std::vector<tagPLPoint> records;  ///< from m_nCount on left over from earlier paths
+    };
+
+    void Append(const point_2d& point, std::uint16_t letter);
+
+    CSharedRef<Block> m_pBlock;  ///< null before the first record
+    std::int32_t m_nCount = 0;
+    // Kept along, so that no closepath walks back over the path.
+    std::int32_t m_nSubpathRecords = 0;
+    std::int32_t m_nLastMove = -1;  ///< index of the last 'm'
+};

@@ -1,0 +1,6 @@
+// Patterns and forms.
+#pragma once
+
+#include "interp/OperatorTable.h"
+
+extern constinit const OpTable kPatternOperators;  ///< makepattern, setpattern, execform

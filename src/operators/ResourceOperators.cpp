@@ -1,0 +1,216 @@
+// Resources. There is no resource directory: the few categories that work are a table here, of which fonts
+// stand in the font directories and CMaps in a dictionary of their own.
+//
+// Departure: of all other categories each operator is refused, `Encoding` among them, so that `findencoding`
+// always ends the run.
+#include "operators/ResourceOperators.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+#include "interp/Keys.h"
+#include "interp/Operands.h"
+#include "operators/CMapProcSet.h"
+
+namespace {
+
+/// What is known of a category. A null stands for an operator that the category refuses (PSERR_UNSUPPORTED).
+struct ResourceCategory {
+    std::string_view name;
+    /// Keeps an instance. Answers as an operator.
+    int (*define)(CFilterEPS&, const CName* key, const CElement& instance);
+    void (*undefine)(CFilterEPS&, const CName* key);
+    /// The instance, or null with the code set.
+    ElementPtr (*find)(CFilterEPS&, const CName* key);
+    bool (*isPresent)(const CFilterEPS&, const CName* key);
+};
+
+// Fonts
+
+int DefineFont(CFilterEPS& m, const CName* key, const CElement& instance) {
+    if (instance.m_nType != ET_DICT) return m.Fail(PSERR_TYPECHECK);
+    m.m_pFontDirectory->Put(key, instance.Clone());
+    if (instance.IsGlobal()) m.m_pSharedFontDirectory->Put(key, instance.Clone());
+    return 1;
+}
+
+void UndefineFont(CFilterEPS& m, const CName* key) {
+    m.m_pFontDirectory->Remove(key);
+    m.m_pSharedFontDirectory->Remove(key);
+}
+
+// Departure: a font that nobody defined is the default font; it is not entered under the name.
+ElementPtr FindFont(CFilterEPS& m, const CName* key) {
+    const CElement* font = m.m_pFontDirectory->GetValue(key);
+    return font ? font->Clone() : m.m_pDefaultFont->Clone();
+}
+
+bool IsFontPresent(const CFilterEPS& m, const CName* key) { return m.m_pFontDirectory->Find(key) != nullptr; }
+
+// CMaps
+
+int DefineCMap(CFilterEPS& m, const CName* key, const CElement& instance) {
+    if (instance.m_nType != ET_DICT) return m.Fail(PSERR_TYPECHECK);
+    m.m_pCMapDirectory->Put(key, instance.Clone());
+    return 1;
+}
+
+void UndefineCMap(CFilterEPS& m, const CName* key) { m.m_pCMapDirectory->Remove(key); }
+
+ElementPtr FindCMap(CFilterEPS& m, const CName* key) {
+    const CElement* cmap = m.m_pCMapDirectory->GetValue(key);
+    if (cmap) return cmap->Clone();
+    m.Fail(PSERR_UNDEFINED);
+    return nullptr;
+}
+
+bool IsCMapPresent(const CFilterEPS& m, const CName* key) { return m.m_pCMapDirectory->Find(key) != nullptr; }
+
+// Procedure sets, of which one is there, and the category of categories
+
+// Departure: only the first of these can be found.
+constexpr std::string_view kProcSets[] = {"CIDInit", "BitmapFontInit", "ColorRendering", "FontSetInit"};
+
+// Departure: the names that `resourcestatus` knows, whatever stands behind them.
+constexpr std::string_view kCategoryNames[] = {"Font",
+                                               "CIDFont",
+                                               "CMap",
+                                               "FontSet",
+                                               "Encoding",
+                                               "Form",
+                                               "Pattern",
+                                               "ProcSet",
+                                               "ColorSpace",
+                                               "Halftone",
+                                               "ColorRendering",
+                                               "IdiomSet",
+                                               "OutputDevice",
+                                               "ControlLanguage",
+                                               "Localization",
+                                               "PDL",
+                                               "HWOptions",
+                                               "Filter",
+                                               "ColorSpaceFamily",
+                                               "Emulator",
+                                               "IODevice",
+                                               "ColorRenderingType",
+                                               "FMapType",
+                                               "FontType",
+                                               "FormType",
+                                               "HalftoneType",
+                                               "ImageType",
+                                               "PatternType",
+                                               "FunctionType",
+                                               "ShadingType",
+                                               "Category",
+                                               "Generic"};
+static_assert(std::size(kCategoryNames) == 32);
+
+ElementPtr FindProcSet(CFilterEPS& m, const CName* key) {
+    if (key->Text() == kProcSets[0]) return BuildCMapProcSet(m);
+    m.Fail(PSERR_UNSUPPORTED);
+    return nullptr;
+}
+
+template <const auto& Names>
+bool IsListed(const CFilterEPS&, const CName* key) {
+    return std::find(std::begin(Names), std::end(Names), key->Text()) != std::end(Names);
+}
+
+constexpr ResourceCategory kCategories[] = {
+    {"Font", DefineFont, UndefineFont, FindFont, IsFontPresent},
+    {"CMap", DefineCMap, UndefineCMap, FindCMap, IsCMapPresent},
+    {"ProcSet", nullptr, nullptr, FindProcSet, IsListed<kProcSets>},
+    {"Category", nullptr, nullptr, nullptr, IsListed<kCategoryNames>}};
+
+constexpr ResourceCategory kRefused{};
+
+// The operators
+
+/// The two operands that all four operators have: the category on top, and the key. TYPECHECK RANGE
+class ResourceOperands {
+public:
+    ResourceOperands(CFilterEPS& m, int keyDepth) : m_In(m) {
+        const CSimpElement* category = m_In.Name(0);
+        const CElement* key = m_In.OneOf(keyDepth, {ET_NAME, ET_STRING});
+        if (!m_In) return;
+        m_pKey = KeyNameOf(*key);
+        m_In.Require(category->m_pName->IsKey() && m_pKey->IsKey(), PSERR_RANGE);
+        const auto* known =
+            std::find_if(std::begin(kCategories), std::end(kCategories),
+                         [&](const auto& row) { return row.name == category->m_pName->Text(); });
+        if (known != std::end(kCategories)) m_pCategory = known;
+    }
+    [[nodiscard]] explicit operator bool() const noexcept { return static_cast<bool>(m_In); }
+    [[nodiscard]] const CName* Key() const noexcept { return m_pKey; }
+    [[nodiscard]] const ResourceCategory& Category() const noexcept { return *m_pCategory; }
+
+private:
+    Operands m_In;
+    const CName* m_pKey = nullptr;
+    const ResourceCategory* m_pCategory = &kRefused;
+};
+
+// key instance category  defineresource  instance    STACKUNDERFLOW TYPECHECK RANGE
+//                                                    TYPECHECK for an instance that is no dictionary, and
+//                                                    UNSUPPORTED for a category, with all gone
+int OpDefineresource(CFilterEPS& m) {
+    const ResourceOperands in(m, 2);
+    if (!in) return -1;
+    m.Drop(1);
+    ElementPtr instance = m.Pop();
+    m.Drop(1);
+    if (!in.Category().define) return m.Fail(PSERR_UNSUPPORTED);
+    if (in.Category().define(m, in.Key(), *instance) != 1) return -1;
+    m.Push(std::move(instance));
+    return 1;
+}
+
+// key category  undefineresource  -          STACKUNDERFLOW TYPECHECK RANGE; UNSUPPORTED, with both gone
+int OpUndefineresource(CFilterEPS& m) {
+    const ResourceOperands in(m, 1);
+    if (!in) return -1;
+    m.Drop(2);
+    if (!in.Category().undefine) return m.Fail(PSERR_UNSUPPORTED);
+    in.Category().undefine(m, in.Key());
+    return 1;
+}
+
+// key category  findresource  instance       STACKUNDERFLOW TYPECHECK RANGE; UNDEFINED UNSUPPORTED, with both
+// gone
+int OpFindresource(CFilterEPS& m) {
+    const ResourceOperands in(m, 1);
+    if (!in) return -1;
+    m.Drop(2);
+    if (!in.Category().find) return m.Fail(PSERR_UNSUPPORTED);
+    ElementPtr instance = in.Category().find(m, in.Key());
+    if (!instance) return -1;
+    m.Push(std::move(instance));
+    return 1;
+}
+
+// key category  resourcestatus  0 -1 true    STACKUNDERFLOW TYPECHECK RANGE; UNSUPPORTED, with both gone
+// key category  resourcestatus  false
+// Departure: the status is always that of an instance defined explicitly, and the size is never known.
+int OpResourcestatus(CFilterEPS& m) {
+    const ResourceOperands in(m, 1);
+    if (!in) return -1;
+    m.Drop(2);
+    if (!in.Category().isPresent) return m.Fail(PSERR_UNSUPPORTED);
+    const bool present = in.Category().isPresent(m, in.Key());
+    if (present) {
+        m.PushInt(0);
+        m.PushInt(-1);
+    }
+    m.PushBool(present);
+    return 1;
+}
+
+constexpr OpRow kRows[] = {{"defineresource", OpDefineresource}, {"undefineresource", OpUndefineresource},
+                           {"findresource", OpFindresource},     {"findcolorrendering", OpUnsupported},
+                           {"resourcestatus", OpResourcestatus}, {"resourceforall", OpUnsupported}};
+
+}  // namespace
+
+constinit const OpTable kResourceOperators{kRows};

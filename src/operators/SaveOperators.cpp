@@ -1,0 +1,54 @@
+// save and restore. There is no snapshot of the memory: a restore destroys the bodies made since the save
+// with their registries, drops a level of values in every local dictionary, and goes back on the graphics
+// state stack. Objects that outlive their bodies, wherever they stand, read as empty from then on (CBodyRef),
+// so there is no invalidrestore.
+#include "operators/SaveOperators.h"
+
+#include "interp/Operands.h"
+
+// The one include of this room from its neighbour: save and restore are where objects and graphics states
+// meet.
+#include "graphics/GStateStack.h"
+
+namespace {
+
+// -  save  save                              VMOVERFLOW
+int OpSave(CFilterEPS& m) {
+    if (g_nSaveLevel >= MAX_SAVE_LEVEL) return m.Fail(PSERR_VMOVERFLOW);
+    m.Push(MakeElement<CSaveElement>(g_nSaveLevel, m.m_GStateStack.GetCount()));
+    g_RegistryStack.Push(new CBodyRegistry(g_nSaveLevel + 1));
+    ++g_nSaveLevel;
+    ++g_nSnapshotEpoch;  // arrays read from dictionaries are other arrays now
+    MarkGStatesSaved(m);
+    m.PushGState();
+    return 1;
+}
+
+/// Leaves the current save level: what was made and defined at it goes.
+void LeaveLevel() noexcept {
+    delete g_RegistryStack.Pop();
+    for (const CBodyRegistry* registry = g_RegistryStack.Top(); registry; registry = registry->m_pPrev) {
+        for (std::int32_t i = 0; CDictionaryBody* dict = registry->GetDictBody(i); ++i) dict->DropLevel();
+    }
+    --g_nSaveLevel;
+}
+
+// save  restore  -                           STACKUNDERFLOW TYPECHECK
+// Departure: a save object stays good when its level has been left already; what it says is then mostly done.
+int OpRestore(CFilterEPS& m) {
+    Operands in(m);
+    in.Get<CSaveElement>(0);
+    if (!in) return -1;
+    const auto save = Take<CSaveElement>(m);
+    while (m.m_GStateStack.GetCount() > save->GetGStateCount()) m.PopGState();
+    KeepGStates(m, save->GetLevel());
+    while (g_nSaveLevel > save->GetLevel()) LeaveLevel();
+    ++g_nSnapshotEpoch;
+    return 1;
+}
+
+constexpr OpRow kRows[] = {{"save", OpSave}, {"restore", OpRestore}};
+
+}  // namespace
+
+constinit const OpTable kSaveOperators{kRows};
