@@ -1,0 +1,21 @@
+// The most memory that one import may take.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+// While it lives, the process may take so many bytes of address space beyond what it has; allocations beyond
+// fail. Without a value it does nothing.
+class CMemoryLimit {
+public:
+    explicit CMemoryLimit(std::optional<std::uint64_t> bytes);
+    ~CMemoryLimit() { Lift(); }
+    CMemoryLimit(const CMemoryLimit&) = delete;
+    CMemoryLimit& operator=(const CMemoryLimit&) = delete;
+
+    // Ends the limit early: what has been imported must still be delivered.
+    void Lift();
+
+private:
+    std::optional<std::uint64_t> m_nBefore;  // the limit to go back to, once one is set
+};

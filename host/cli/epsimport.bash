@@ -1,0 +1,23 @@
+# shellcheck shell=bash disable=SC2034,SC2207
+# bash completion for epsimport
+
+_epsimport() {
+    local cur prev words cword
+    _init_completion || return
+
+    case $prev in
+        -o | --output) _filedir; return ;;
+        -f | --format) COMPREPLY=($(compgen -W "json svg dxf none" -- "$cur")); return ;;
+        --lang) COMPREPLY=($(compgen -W "zh en" -- "$cur")); return ;;
+        --curves) COMPREPLY=($(compgen -W "spline polyline" -- "$cur")); return ;;
+        -j | --jobs) COMPREPLY=($(compgen -W "$(seq "$(nproc)")" -- "$cur")); return ;;
+        -t | --tolerance | --host-version | --flatness | --timeout | --memory) return ;;
+    esac
+
+    if [[ $cur == -* ]]; then
+        COMPREPLY=($(compgen -W "-o --output -f --format -t --tolerance --no-fill-outline --host-version --info --lang
+            --curves --flatness -j --jobs --timeout --memory --allow-file-access -q --quiet --help --version" -- "$cur"))
+    else
+        _filedir '@(eps|epsf|epsi|ps)'
+    fi
+} && complete -F _epsimport epsimport

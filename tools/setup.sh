@@ -1,0 +1,51 @@
+# shellcheck shell=bash disable=SC2034
+# What ./epsimport, ./test and bench/run share: packages and the build. Sourced by bash; writes to standard error only.
+
+# Packages that building the program takes, and what testing and measuring take on top.
+BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libdxflib-dev)
+TEST_PACKAGES=(libgtest-dev python3 python3-ezdxf librsvg2-bin)
+BENCH_PACKAGES=(libbenchmark-dev)
+
+say() { printf '%s\n' "$*" >&2; }
+
+# need_packages PACKAGE... - installs those that are missing, if this user may; otherwise says what to install.
+need_packages() {
+    command -v dpkg-query >/dev/null || return 0  # not a Debian system: the configure step names what is missing
+    local package missing=()
+    for package in "$@"; do
+        [[ $(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null) == installed ]] || missing+=("$package")
+    done
+    ((${#missing[@]})) || return 0
+    local as_root=()
+    if ((EUID != 0)); then
+        if command -v sudo >/dev/null && sudo -n true 2>/dev/null; then
+            as_root=(sudo -n)
+        else
+            say "These packages are missing, and installing them takes root:"
+            say "    apt-get install ${missing[*]}"
+            return 1
+        fi
+    fi
+    say "Installing ${missing[*]}"
+    {
+        # The package lists may be absent or old; they are fetched only if the first try fails.
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}" ||
+            { "${as_root[@]}" apt-get update &&
+                "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"; }
+    } >&2 || {
+        say "The packages could not be installed."
+        return 1
+    }
+}
+
+# build PRESET DIRECTORY TARGET [CMAKE-ARGUMENT...] - configures with the arguments and builds.
+build() {
+    local preset=$1 directory=$2 target=$3
+    shift 3
+    mkdir -p "$directory"
+    cmake --preset "$preset" "$@" >"$directory/configure.log" 2>&1 || {
+        cat "$directory/configure.log" >&2
+        return 1
+    }
+    cmake --build "$directory" --parallel "$(nproc)" --target "$target" >&2
+}
