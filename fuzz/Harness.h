@@ -1,0 +1,12 @@
+// What the fuzz targets run, and the ordinary tests with the files of the corpora.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// Imports the bytes as a file, within bounds of steps, and gives what was drawn to the export face, with curves as
+/// curves and as lines. Traps when a second import of the same bytes draws anything else.
+void FuzzRun(const std::uint8_t* data, std::size_t size);
+
+/// Has the import dialog analyse the bytes as a file, and cancels.
+void FuzzFileInfo(const std::uint8_t* data, std::size_t size);

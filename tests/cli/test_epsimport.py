@@ -1,0 +1,554 @@
+#!/usr/bin/env python3
+"""The command-line host, from the outside: what it is given, what it gives back, and what it never does.
+
+usage: test_epsimport.py PROGRAM EXAMPLES [TEST...]
+
+PROGRAM is build/bin/epsimport, EXAMPLES the folder of example files. Needs python3-ezdxf and rsvg-convert.
+"""
+
+import json
+import math
+import os
+import re
+import shutil
+import signal
+import struct
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+import xml.etree.ElementTree as ElementTree
+from pathlib import Path
+
+import ezdxf
+
+PROGRAM = Path()
+EXAMPLES = Path()
+# Limits of the address space and exact times mean nothing under the sanitizers.
+SANITIZED = os.environ.get("EPS_SANITIZED") == "1"
+
+MM = 72 / 25.4
+HEAD = "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 100 100\n%%EndComments\n"
+LINE = "0 0 moveto 72 0 lineto stroke\n"
+CURVE = "0 0 moveto 72 0 lineto 100 0 100 50 50 50 curveto stroke\n"
+
+
+class Run:
+    def __init__(self, process):
+        self.status = process.returncode
+        self.out = process.stdout
+        self.err = process.stderr.decode("utf-8", "replace")
+
+    @property
+    def json(self):
+        return json.loads(self.out.decode("utf-8"))
+
+
+class CliTest(unittest.TestCase):
+    def setUp(self):
+        self.dir = Path(tempfile.mkdtemp(prefix="epsimport-test-"))
+        self.addCleanup(shutil.rmtree, self.dir)
+
+    def run_it(self, *args, **more):
+        more.setdefault("cwd", self.dir)
+        return Run(subprocess.run([str(PROGRAM), *map(str, args)], capture_output=True, timeout=120, **more))
+
+    def file(self, body, name="drawing.eps", head=HEAD):
+        path = self.dir / name
+        # A token that the end of the file cuts off doesn't count, so a text ends with a line feed.
+        path.write_bytes((head + body + "\n").encode("latin-1") if isinstance(body, str) else body)
+        return path
+
+    def import_json(self, body, *args, status=0, head=HEAD):
+        run = self.run_it(self.file(body, head=head), *args)
+        self.assertEqual(run.status, status, run.err)
+        return run.json
+
+
+def as_float(text):
+    """The 32-bit float that a decimal reads as."""
+    return struct.unpack("f", struct.pack("f", float(text)))[0]
+
+
+def cubic(points, t):
+    s = 1 - t
+    weights = (s * s * s, 3 * s * s * t, 3 * s * t * t, t * t * t)
+    return [sum(w * p[axis] for w, p in zip(weights, points)) for axis in (0, 1)]
+
+
+def pieces(entity):
+    """An entity of the JSON as Bézier control points, four to a piece; lines with their thirds."""
+    result = []
+    for section in entity["sections"]:
+        points = section["points"]
+        if section["type"] == "bezier":
+            result += [points[i : i + 4] for i in range(0, len(points) - 1, 3)]
+        else:
+            for a, b in zip(points, points[1:]):
+                third = [(y - x) / 3 for x, y in zip(a, b)]
+                result.append([a, [x + d for x, d in zip(a, third)], [x - d for x, d in zip(b, third)], b])
+    return result
+
+
+def has_curves(entity):
+    return any(section["type"] == "bezier" for section in entity["sections"])
+
+
+class Arguments(CliTest):
+    def test_a_wrong_command_line_ends_with_2(self):
+        drawing = self.file(LINE)
+        other = self.file(LINE, "other.eps")
+        for args in (
+            [],
+            ["--no-such-option", drawing],
+            ["-f", "png", drawing],
+            ["--lang", "fr", drawing],
+            ["--curves", "arcs", drawing],
+            ["-j", "0", drawing],
+            ["-j", "many", drawing],
+            ["--timeout", "-1", drawing],
+            ["--timeout", "nan", drawing],
+            ["--memory", "much", drawing],
+            ["--flatness", "0", drawing],
+            ["--host-version", "-1", drawing],
+            ["--host-version", "70000", drawing],
+            [drawing, other],
+            [drawing, other, "-o", "-"],
+            [drawing, other, "-o", drawing],
+            [drawing, "-o", drawing],
+        ):
+            with self.subTest(args=[str(a) for a in args]):
+                run = self.run_it(*args)
+                self.assertEqual(run.status, 2, run.err)
+                self.assertEqual(run.out, b"")
+                self.assertNotEqual(run.err, "")
+        self.assertEqual(drawing.read_text(), HEAD + LINE + "\n")
+
+    def test_help_fits_a_screen(self):
+        run = self.run_it("--help")
+        lines = run.out.decode().rstrip("\n").split("\n")
+        self.assertEqual((run.status, run.err), (0, ""))
+        self.assertLessEqual(len(lines), 24)
+        self.assertLessEqual(max(map(len, lines)), 80)
+        self.assertEqual(self.run_it("--version").status, 0)
+
+    def test_the_ending_decides_unless_a_format_is_given(self):
+        drawing = self.file(LINE)
+        for args, start in (
+            ([], b"{"),
+            (["-o", "a.svg"], b"<?xml"),
+            (["-o", "a.DXF"], b"999"),
+            (["-o", "a.txt"], b"{"),
+            (["-o", "b.svg", "-f", "json"], b"{"),
+            (["-f", "svg"], b"<?xml"),
+            (["-f", "dxf", "-o", "-"], b"999"),
+        ):
+            with self.subTest(args=args):
+                run = self.run_it(drawing, *args)
+                self.assertEqual(run.status, 0, run.err)
+                to_file = "-o" in args and args[args.index("-o") + 1] != "-"
+                content = (self.dir / args[args.index("-o") + 1]).read_bytes() if to_file else run.out
+                self.assertTrue(content.startswith(start), content[:40])
+                self.assertEqual(run.out == b"", to_file)
+        self.assertEqual(self.run_it(drawing, "-f", "none").out, b"")
+
+    def test_a_drawing_that_cannot_be_written_is_an_error(self):
+        drawing = self.file(LINE)
+        for path in ("/dev/full", self.dir / "missing" / "a.svg"):
+            run = self.run_it(drawing, "-f", "svg", "-o", path)
+            self.assertEqual(run.status, 1)
+            self.assertIn(str(path), run.err)
+
+
+class Json(CliTest):
+    def test_the_object(self):
+        drawing = self.import_json(CURVE + "1 0 0 setrgbcolor 0 0 moveto 72 0 lineto 72 72 lineto closepath stroke\n")
+        self.assertEqual(list(drawing), ["source", "hostVersion", "unit", "settings", "messages", "entities"])
+        self.assertEqual(drawing["source"], "drawing.eps")
+        self.assertEqual((drawing["hostVersion"], drawing["unit"]), (5, "mm"))
+        self.assertEqual(drawing["settings"], {"tolerance": 0.01, "fillOutline": True})
+        self.assertEqual(drawing["messages"], [])
+        mixed, triangle = drawing["entities"]
+        self.assertEqual(list(mixed), ["type", "color", "closed", "sections"])
+        self.assertEqual((mixed["type"], mixed["color"], mixed["closed"]), ("polyline", [0, 0, 0], False))
+        self.assertEqual([s["type"] for s in mixed["sections"]], ["line", "bezier"])
+        self.assertEqual(mixed["sections"][0]["points"], [[0, 0], [25.4, 0]])
+        self.assertEqual(len(mixed["sections"][1]["points"]), 4)
+        self.assertEqual((triangle["color"], triangle["closed"]), ([255, 0, 0], True))
+
+    def test_numbers_are_the_shortest_that_read_back(self):
+        run = self.run_it(self.file("0.1 0.7 moveto 33.333 1e7 lineto 12345.678 1e-3 lineto stroke"))
+        texts = re.findall(r"-?[0-9][-+.e0-9]*", run.out.decode().split('"sections"')[1])
+        self.assertEqual(len(texts), 8)
+        for text in texts:
+            digits = len(re.sub(r"e.*|[-.]", "", text).strip("0"))
+            value = as_float(text)
+            shorter = [f"{value:.{n}e}" for n in range(0, digits - 1)]
+            self.assertFalse([s for s in shorter if as_float(s) == value], text)
+
+    def test_a_coordinate_that_is_no_number_is_null_and_no_part_of_a_picture(self):
+        eps = self.file("0 0 moveto 1e38 1e38 scale 1e38 0 lineto stroke\n" + "initmatrix " + LINE)
+        run = self.run_it(eps)
+        self.assertIn(b"null", run.out)
+        self.assertEqual(len(run.json["entities"]), 2)
+        for kind in ("svg", "dxf"):
+            run = self.run_it(eps, "-f", kind)
+            self.assertIn("1 entity", run.err)
+            self.assertEqual(run.out.count(b"<path") if kind == "svg" else run.out.count(b"\nLWPOLYLINE\n"), 1)
+
+    def test_old_hosts_count_in_fortieths(self):
+        drawing = self.import_json(LINE, "--host-version", "4")
+        self.assertEqual((drawing["hostVersion"], drawing["unit"]), (4, "mm/40"))
+        self.assertAlmostEqual(drawing["entities"][0]["sections"][0]["points"][1][0], 1016, places=3)
+
+    def test_information_is_valid_whatever_the_file_holds(self):
+        head = "%!PS-Adobe-3.0 EPSF-3.0\n%%Title: caf\xe9 \x1b[2J\n%%BoundingBox: 0 0 612 792\n%%EndComments\n"
+        drawing = self.import_json(LINE, "--info", head=head)
+        self.assertEqual(list(drawing).index("information"), 4)
+        self.assertIn("caf\ufffd \x1b[2J", drawing["information"])
+        self.assertIn("215.90mm", drawing["information"])
+        run = self.run_it(self.dir / "drawing.eps", "--info", "-f", "svg", "--lang", "en")
+        self.assertIn("215.90", run.err)
+        self.assertNotIn("\x1b", run.err)
+
+    def test_info_on_a_file_without_header_comments_is_refused(self):
+        drawing = self.import_json(LINE, "--info", head="%!PS\n", status=1)
+        self.assertIsNone(drawing["settings"])
+        self.assertEqual([m["style"] for m in drawing["messages"]], [48])
+        self.assertEqual(drawing["entities"], [])
+
+
+class Dialog(CliTest):
+    def test_the_tolerance_is_what_the_dialog_takes(self):
+        for text, accepted in (("0.0001", 1e-4), ("5.0", 5), ("5", 5), ("0.25", 0.25), ("0.00009", None),
+                               ("5.001", None), ("-1", None), ("thin", None), ("", None), ("nan", None)):
+            with self.subTest(text=text):
+                run = self.run_it(self.file(LINE), "-t", text)
+                settings = run.json["settings"]
+                self.assertEqual(settings and settings["tolerance"], accepted)
+                self.assertEqual(run.status, 1 if accepted is None else 0)
+                self.assertEqual(len(run.json["entities"]), 0 if accepted is None else 1)
+                self.assertEqual(run.err == "", accepted is not None)
+
+    def test_the_tolerance_and_the_check_box_reach_the_import(self):
+        body = "0 0 moveto 72 0 lineto 72 1 lineto 144 1 lineto stroke 0 0 moveto 9 9 lineto 0 9 lineto fill\n"
+        fine = self.import_json(body)["entities"]
+        coarse = self.import_json(body, "--tolerance=1")["entities"]
+        self.assertEqual((len(fine), len(coarse)), (2, 2))
+        self.assertLess(len(coarse[0]["sections"]), len(fine[0]["sections"]))
+        drawing = self.import_json(body, "--no-fill-outline")
+        self.assertEqual(len(drawing["entities"]), 1)
+        self.assertIs(drawing["settings"]["fillOutline"], False)
+
+
+class Errors(CliTest):
+    def test_what_cannot_be_opened(self):
+        (self.dir / "folder.eps").mkdir()
+        for name, reason in (("missing.eps", "No such file"), ("folder.eps", "Is a directory"), ("/dev/null", "regular")):
+            with self.subTest(name=name):
+                run = self.run_it(name)
+                self.assertEqual(run.status, 1)
+                self.assertIsNone(run.json["settings"])
+                self.assertEqual((run.json["messages"], run.json["entities"]), ([], []))
+                self.assertIn(reason, run.err)
+                self.assertIn(name, run.err)
+                self.assertEqual(self.run_it(name, "-f", "svg").out.count(b"<path"), 0)
+
+    def test_what_is_no_eps(self):
+        for content in (b"", b"%!P", b"GIF89a", b"\xc5\xd0\xd3\xc6" + b"\xff" * 28):
+            with self.subTest(content=content):
+                run = self.run_it(self.file(content))
+                self.assertEqual(run.status, 1, run.err)
+                self.assertEqual(run.json["entities"], [])
+                self.assertIn("drawing.eps: not imported whole: ", run.err)
+
+    def test_an_error_keeps_what_was_drawn_before(self):
+        eps = self.file(LINE + "(a) 1 add " + LINE)
+        run = self.run_it(eps)
+        self.assertEqual(run.status, 1)
+        self.assertEqual(len(run.json["entities"]), 1)
+        self.assertEqual(run.json["messages"],
+                         [{"caption": "出错信息", "text": "EPS文件解释失败!\n错误类型:类型不匹配", "style": 16}])
+        for word in ("drawing.eps", "出错信息", "typecheck", "1 entity"):
+            self.assertIn(word, run.err)
+        quiet = self.run_it(eps, "--quiet")
+        self.assertEqual((quiet.status, quiet.out), (1, run.out))
+        self.assertNotIn("出错信息", quiet.err)
+        english = self.run_it(eps, "--lang", "en")
+        self.assertTrue(all(ord(c) < 128 for c in english.err + english.out.decode()), english.err)
+        self.assertEqual([m["style"] for m in english.json["messages"]], [16])
+
+
+class Limits(CliTest):
+    ENDLESS = LINE + "{ } loop " + LINE
+
+    def test_time_runs_out(self):
+        started = time.monotonic()
+        run = self.run_it(self.file(self.ENDLESS), "--timeout", "1")
+        self.assertEqual(run.status, 1)
+        self.assertEqual((len(run.json["entities"]), run.json["messages"]), (1, []))
+        self.assertIn("time", run.err)
+        self.assertGreaterEqual(time.monotonic() - started, 1)
+
+    def test_ctrl_c_and_termination_keep_the_drawing(self):
+        self.file(self.ENDLESS, "second.eps")
+        for args in ([], ["second.eps", "third.eps", "-o", "out"]):
+            for number in (signal.SIGINT, signal.SIGTERM):
+                with self.subTest(args=args, signal=number):
+                    process = subprocess.Popen([str(PROGRAM), str(self.file(self.ENDLESS)), *args], cwd=self.dir,
+                                               stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+                    time.sleep(1.5 if SANITIZED else 0.5)
+                    process.send_signal(number)
+                    out, err = process.communicate(timeout=60)
+                    self.assertEqual(process.returncode, 1, err)
+                    drawing = json.loads((self.dir / "out/drawing.json").read_bytes() if args else out)
+                    self.assertEqual(len(drawing["entities"]), 1)
+                    self.assertIn(b"nterrupted", err)
+                    if args:
+                        self.assertIn(b"2 files not imported", err)
+
+    @unittest.skipIf(SANITIZED, "the sanitizers reserve terabytes of address space")
+    def test_memory_runs_out(self):
+        for greedy in ("/a 0 array def 0 1 100000000 { /a [ a ] def 1000 array pop } for",
+                       "mark { 60000 string } loop", "0 0 moveto 0 { 1 add dup dup lineto } loop"):
+            with self.subTest(greedy=greedy):
+                run = self.run_it(self.file(LINE + greedy), "--memory", "60", "--timeout", "100")
+                self.assertEqual(run.status, 1, run.err)
+                self.assertEqual(len(run.json["entities"]), 1)
+                self.assertIn("memory", run.err)
+
+    def test_programs_touch_no_files(self):
+        (self.dir / "victim").write_text("mine")
+        body = "(victim) deletefile\n"
+        for program in (body, "(made) (w) file closefile", "(victim) (renamed) renamefile", "(victim) (r) file pop"):
+            with self.subTest(program=program):
+                run = self.run_it(self.file(LINE + program), cwd=self.dir)
+                self.assertEqual(run.status, 1)
+                self.assertEqual(sorted(os.listdir(self.dir)), ["drawing.eps", "victim"])
+        run = self.run_it(self.file(LINE + body), "--allow-file-access")
+        self.assertEqual((run.status, os.listdir(self.dir)), (0, ["drawing.eps"]))
+
+    def test_what_a_program_prints_never_mixes_with_the_drawing(self):
+        run = self.run_it(self.file(LINE + "(noise) print (noise) = 5 == flush stack pstack"))
+        self.assertEqual(len(run.json["entities"]), 1)
+
+
+class InputFiles(CliTest):
+    def test_files_that_the_plug_in_could_not_open_itself(self):
+        expected = self.run_it(self.file(LINE)).out
+        deep = self.dir
+        while len(str(deep)) < 300:
+            deep = deep / ("x" * 60)
+        deep.mkdir(parents=True)
+        (deep / "drawing.eps").write_bytes((self.dir / "drawing.eps").read_bytes())
+        temporary = self.dir / "tmp"
+        temporary.mkdir()
+        environment = {**os.environ, "TMPDIR": str(temporary)}
+        with self.subTest("long path"):
+            self.assertEqual(self.run_it(deep / "drawing.eps", env=environment).out, expected)
+        with self.subTest("read-only file"):
+            (self.dir / "drawing.eps").chmod(0o444)
+            self.assertEqual(self.run_it("drawing.eps", env=environment).out, expected)
+        with self.subTest("pipe"):
+            run = self.run_it("-", env=environment, input=(HEAD + LINE).encode())
+            self.assertEqual(run.json["entities"], json.loads(expected)["entities"])
+        self.assertEqual(os.listdir(temporary), [])
+
+    def test_line_ends_headers_and_endings(self):
+        text = HEAD + "% " + "c" * 253 + "\n% " + "c" * 254 + "\n" + CURVE
+        expected = self.import_json(text, head="")["entities"]
+        plain = text.encode() + b"%%Trailer\n"
+        preview = b"preview"
+        binary = struct.pack("<4sIIIIIIH", b"\xc5\xd0\xd3\xc6", 30, len(plain), 0, 0, 30 + len(plain), len(preview), 0xFFFF)
+        for content in (plain.replace(b"\n", b"\r"), plain.replace(b"\n", b"\r\n"), plain.rstrip(b"\n"),
+                        plain + b"%%EOF\nthis is no program )", binary + plain + preview):
+            with self.subTest(content[:60]):
+                self.assertEqual(self.import_json(content)["entities"], expected)
+
+
+class Batch(CliTest):
+    def test_drawings_do_not_depend_on_the_jobs(self):
+        names = []
+        for i in range(7):
+            names.append(self.file(CURVE * (i + 1) + ("(a) 1 add" if i == 3 else ""), f"drawing{i}.eps").name)
+        errors = set()
+        for kind in ("json", "svg", "dxf"):
+            for jobs in (1, 2, 7):
+                run = self.run_it("-f", kind, "-j", jobs, "-o", f"{kind}{jobs}", *names)
+                self.assertEqual((run.status, run.out), (1, b""))
+                errors.add(run.err)
+            for name in names:
+                single = self.run_it(name, "-f", kind).out
+                for jobs in (1, 2, 7):
+                    drawing = self.dir / f"{kind}{jobs}" / name.replace("eps", kind)
+                    self.assertEqual(drawing.read_bytes(), single)
+        self.assertEqual(len(errors), 1)
+
+    def test_no_drawing_is_lost_to_a_name(self):
+        for folder in "abc":
+            (self.dir / folder).mkdir()
+            self.file(LINE * (ord(folder) - 96), f"{folder}/same.eps")
+        self.file(LINE * 4, "same-2.eps")
+        run = self.run_it("a/same.eps", "b/same.eps", "same-2.eps", "c/same.eps", "-o", "deep/out")
+        self.assertEqual(run.status, 0, run.err)
+        counts = {path.name: len(json.loads(path.read_bytes())["entities"]) for path in (self.dir / "deep/out").iterdir()}
+        self.assertEqual(counts, {"same.json": 1, "same-2.json": 2, "same-2-2.json": 4, "same-3.json": 3})
+
+    def test_one_bad_file_spoils_no_other(self):
+        self.file(LINE)
+        self.file(Limits.ENDLESS, "endless.eps")
+        run = self.run_it("missing.eps", "endless.eps", "drawing.eps", "-o", "out", "--timeout", "1", "-j", "3")
+        self.assertEqual(run.status, 1)
+        counts = {path.name: len(json.loads(path.read_bytes())["entities"]) for path in (self.dir / "out").iterdir()}
+        self.assertEqual(counts, {"missing.json": 0, "endless.json": 1, "drawing.json": 1})
+
+    def test_an_import_that_dies_is_told(self):
+        self.file(Limits.ENDLESS, "endless.eps")
+        self.file(LINE)
+        process = subprocess.Popen([str(PROGRAM), "endless.eps", "drawing.eps", "-o", "out"], cwd=self.dir,
+                                   stderr=subprocess.PIPE)
+        time.sleep(1.5 if SANITIZED else 0.5)
+        children = Path(f"/proc/{process.pid}/task/{process.pid}/children").read_text().split()
+        self.assertEqual(len(children), 1)
+        os.kill(int(children[0]), signal.SIGKILL)
+        err = process.communicate(timeout=60)[1].decode()
+        self.assertEqual(process.returncode, 1)
+        self.assertIn("endless.eps", err)
+        self.assertIn("signal 9", err)
+        self.assertEqual(os.listdir(self.dir / "out"), ["drawing.json"])
+
+
+class Svg(CliTest):
+    SPACE = "{http://www.w3.org/2000/svg}"
+
+    def test_the_picture(self):
+        body = "0 1 0 setrgbcolor 72 144 moveto 144 144 lineto 144 216 lineto closepath stroke 0 0 1 setrgbcolor\n" + CURVE
+        svg = self.run_it(self.file(body), "-f", "svg").out
+        root = ElementTree.fromstring(svg)
+        x, y, width, height = map(float, root.get("viewBox").split())
+        self.assertEqual((root.get("width"), root.get("height")), (f"{width:g}mm", f"{height:g}mm"))
+        closed, mixed = root.iter(self.SPACE + "path")
+        self.assertEqual((closed.get("stroke"), mixed.get("stroke")), ("#00ff00", "#0000ff"))
+        self.assertEqual(closed.get("d"), "M25.4,-50.8 L50.8,-50.8 50.8,-76.2 Z")
+        self.assertRegex(mixed.get("d"), r"^M0,0 L25\.4,0 C\S+ \S+ 17\.6389,-17\.6389$")
+        # The drawing is 50.8 by 76.2 mm; the curve bulges less far than its control points.
+        for size, margin in ((width - 50.8, 0.5), (height - 76.2, 0.5)):
+            self.assertGreater(size, 2 * margin)
+            self.assertLess(size, 8)
+        self.assertLess(x, 0)
+        self.assertLess(y, -76.2)
+
+    def test_host_versions_give_the_same_picture(self):
+        eps = self.file(LINE)
+        self.assertEqual(self.run_it(eps, "-f", "svg").out, self.run_it(eps, "-f", "svg", "--host-version", "4").out)
+
+    def test_it_renders(self):
+        for eps in [self.file("", "empty.eps"), *sorted(EXAMPLES.glob("*.eps"))]:
+            with self.subTest(eps.name):
+                run = self.run_it(eps, "-o", "out.svg")
+                self.assertEqual((run.status, run.err), (0, ""))
+                render = subprocess.run(["rsvg-convert", "--width", "200", "out.svg"], cwd=self.dir, capture_output=True)
+                self.assertEqual((render.returncode, render.stderr), (0, b""))
+                self.assertTrue(render.stdout.startswith(b"\x89PNG"))
+
+
+class Dxf(CliTest):
+    def convert(self, eps, *args):
+        run = self.run_it(eps, "-o", "out.dxf", *args)
+        self.assertEqual(run.status, 0, run.err)
+        document = ezdxf.readfile(self.dir / "out.dxf")
+        audit = document.audit()
+        self.assertEqual([e.message for e in audit.errors + audit.fixes], [])
+        return document
+
+    def test_header_and_layers(self):
+        body = LINE + "1 0 0 setrgbcolor " + LINE + "0.9 0.1 0.1 setrgbcolor " + LINE + "1 0 0 setrgbcolor " + LINE
+        document = self.convert(self.file(body + "0 72 moveto 0 144 lineto stroke"))
+        self.assertGreaterEqual(document.dxfversion, "AC1015")
+        self.assertEqual(document.units, 4)
+        for name, expected in (("$EXTMIN", (0, 0)), ("$EXTMAX", (25.4, 50.8))):
+            self.assertTrue(all(math.isclose(a, b, abs_tol=1e-5) for a, b in zip(document.header[name], expected)))
+        layers = {layer.dxf.name: layer.rgb for layer in document.layers if layer.rgb}
+        self.assertEqual(layers, {"black": (0, 0, 0), "red": (255, 0, 0), "red-E51919": (229, 25, 25)})
+        self.assertEqual([e.dxf.layer for e in document.modelspace()], ["black", "red", "red-E51919", "red", "red"])
+        seed = int(document.header["$HANDSEED"], 16)
+        self.assertLess(max(int(e.dxf.handle, 16) for e in document.modelspace()), seed)
+
+    def test_splines_are_exact(self):
+        for eps in sorted(EXAMPLES.glob("*.eps")):
+            with self.subTest(eps.name):
+                source = self.run_it(eps).json["entities"]
+                found = list(self.convert(eps).modelspace())
+                self.assertEqual(len(found), len(source))
+                for entity, dxf in zip(source, found):
+                    self.compare(entity, dxf)
+
+    def compare(self, entity, dxf):
+        expected = pieces(entity)
+        if not has_curves(entity):
+            self.assertEqual((dxf.dxftype(), dxf.closed), ("LWPOLYLINE", entity["closed"]))
+            vertices = [expected[0][0]] + [piece[3] for piece in expected]
+            if entity["closed"] and vertices[-1] == vertices[0]:
+                vertices.pop()
+            self.assertEqual([list(map(as_float, v[:2])) for v in dxf.get_points("xy")],
+                             [list(map(as_float, v)) for v in vertices])
+            return
+        self.assertEqual((dxf.dxftype(), dxf.dxf.degree, dxf.closed), ("SPLINE", 3, entity["closed"]))
+        curve = dxf.construction_tool()
+        for i, piece in enumerate(expected):
+            for t in (0, 0.25, 0.5, 0.75):
+                self.assertLess(math.dist(curve.point(i + t).vec2, cubic(piece, t)), 1e-5)
+        self.assertLess(math.dist(curve.point(curve.max_t).vec2, expected[-1][3]), 0.0011)
+
+    def test_polylines_keep_the_flatness(self):
+        eps = EXAMPLES / "rosette.eps"
+        source = self.run_it(eps).json["entities"]
+        sizes = []
+        for flatness in (0.5, 0.05, 0.001):
+            found = list(self.convert(eps, "--curves", "polyline", "--flatness", flatness).modelspace())
+            self.assertEqual({dxf.dxftype() for dxf in found}, {"LWPOLYLINE"})
+            self.assertEqual([dxf.closed for dxf in found], [entity["closed"] for entity in source])
+            sizes.append(sum(len(dxf) for dxf in found))
+            for entity, dxf in zip(source, found):
+                line = [p[:2] for p in dxf.get_points("xy")]
+                line += line[:1] if dxf.closed else []
+                for piece in pieces(entity):
+                    for t in (0.1, 0.3, 0.5, 0.7, 0.9):
+                        self.assertLess(self.distance(cubic(piece, t), line), flatness + 1e-5)
+        self.assertEqual(sizes, sorted(sizes))
+        self.assertLess(sizes[0], sizes[2])
+
+    @staticmethod
+    def distance(point, line):
+        def to_segment(a, b):
+            d = [b[0] - a[0], b[1] - a[1]]
+            square = d[0] * d[0] + d[1] * d[1]
+            t = 0 if square == 0 else ((point[0] - a[0]) * d[0] + (point[1] - a[1]) * d[1]) / square
+            t = min(1, max(0, t))
+            return math.dist(point, [a[0] + t * d[0], a[1] + t * d[1]])
+
+        return min(to_segment(a, b) for a, b in zip(line, line[1:]))
+
+    def test_an_empty_drawing(self):
+        self.assertEqual(len(self.convert(self.file("")).modelspace()), 0)
+
+
+class Installed(CliTest):
+    def test_an_installed_copy_runs(self):
+        build = PROGRAM.parent.parent
+        prefix = self.dir / "prefix"
+        subprocess.run(["cmake", "--install", str(build), "--prefix", str(prefix)], check=True, capture_output=True)
+        moved = self.dir / "moved"  # the copy must not lean on the place that it was installed to
+        prefix.rename(moved)
+        run = Run(subprocess.run([str(moved / "bin/epsimport"), str(self.file(LINE))], capture_output=True))
+        self.assertEqual((run.status, len(run.json["entities"])), (0, 1), run.err)
+        loaded = subprocess.run(["ldd", str(moved / "bin/epsimport")], capture_output=True, text=True).stdout
+        self.assertNotIn(str(build), loaded)
+        self.assertTrue((moved / "share/man/man1/epsimport.1").exists())
+        self.assertTrue((moved / "share/bash-completion/completions/epsimport").exists())
+
+
+if __name__ == "__main__":
+    PROGRAM, EXAMPLES = (Path(argument).resolve() for argument in sys.argv[1:3])
+    unittest.main(argv=sys.argv[:1] + sys.argv[3:])

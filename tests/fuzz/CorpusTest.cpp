@@ -1,0 +1,29 @@
+// Replays the corpora of the fuzz targets: past faults, and seeds that reach far.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "fuzz/Harness.h"
+
+namespace {
+
+int Replay(const char* corpus, void (*target)(const std::uint8_t*, std::size_t)) {
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(FUZZ_CORPUS) / corpus)) {
+        SCOPED_TRACE(entry.path().string());
+        std::ifstream in(entry.path(), std::ios::binary);
+        const std::string bytes{std::istreambuf_iterator<char>(in), {}};
+        target(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+        ++count;
+    }
+    return count;
+}
+
+TEST(CorpusTest, Run) { EXPECT_GT(Replay("run", FuzzRun), 0); }
+
+TEST(CorpusTest, FileInfo) { EXPECT_GT(Replay("info", FuzzFileInfo), 0); }
+
+}  // namespace

@@ -1,0 +1,68 @@
+// Every operator of the start-up table with too few, foreign and random operands: whatever the answer, it is an orderly
+// one. Operators that are added to the table are walked, too.
+#include <random>
+
+#include "interp/OperatorNames.h"
+#include "support/Program.h"
+
+namespace {
+
+// One object of each type, hostile ones among them. Files are left out of the random stacks below only as far as they
+// are made here: none of these touches the file system.
+constexpr const char* OBJECTS[] = {
+    "7", "-3", "2.5", "1e300", "-2147483648", "/name", "/name cvx", "[1 2 3]", "[]", "[1 0 0 1 0 0]", "{1 2}", "{}", "(string)", "()",
+    "<< /a 1 >>", "true", "mark", "/add load", "null", "currentfile", "save", "(abc) /ASCIIHexDecode filter", "gstate",
+    "/A 3 packedarray", "{raw 1} 0 get", "{raw} 0 get cvx", "nan", "10 array 0 4 getinterval",
+    "<< /FontType 3 /FontMatrix [1 0 0 1 0 0] /Encoding [/a] /BuildGlyph {pop pop} >>",
+    "<< /PatternType 1 /PaintType 2 /Matrix [1 0 0 1 0 0] /PaintProc {pop} /Width 8 /Height 1 /BitsPerComponent 8 >>",
+    "save [1] exch restore",
+};
+
+std::string Make(const char* object) {
+    const std::string text = object;
+    if (text == "currentfile") return "(%lineedit) (r) file";
+    if (text == "nan") return "-1 sqrt";
+    if (text == "/A 3 packedarray") return "/A /B /C 3 packedarray";
+    return text;
+}
+
+bool IsOrderly(const RunResult& result) {
+    return result.error >= PSERR_NONE && result.error <= PSERR_UNSUPPORTED && result.gstateDepth >= 1 && result.dictDepth >= 3;
+}
+
+/// Operators that would never come back with these operands are run inside something that ends them.
+std::string Call(const std::string& name) { return name == "loop" ? "pop {exit} loop" : name; }
+
+TEST(OperatorWalkTest, EmptyStack) {
+    for (const char* name : g_OperatorNames) {
+        SCOPED_TRACE(name);
+        EXPECT_TRUE(IsOrderly(RunText(Call(name))));
+    }
+}
+
+TEST(OperatorWalkTest, EachTypeInEachPlace) {
+    for (const char* name : g_OperatorNames) {
+        for (const char* object : OBJECTS) {
+            for (int above = 0; above < 4; ++above) {
+                std::string program = Make(object) + " ";
+                for (int i = 0; i < above; ++i) program += "1 ";
+                SCOPED_TRACE(program + name);
+                EXPECT_TRUE(IsOrderly(RunText(program + Call(name))));
+            }
+        }
+    }
+}
+
+TEST(OperatorWalkTest, RandomStacks) {
+    std::mt19937 random(20261122);
+    for (const char* name : g_OperatorNames) {
+        for (int round = 0; round < 20; ++round) {
+            std::string program;
+            for (auto n = random() % 12; n > 0; --n) program += Make(OBJECTS[random() % std::size(OBJECTS)]) + " ";
+            SCOPED_TRACE(program + name);
+            EXPECT_TRUE(IsOrderly(RunText(program + Call(name))));
+        }
+    }
+}
+
+}  // namespace

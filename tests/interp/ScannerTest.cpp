@@ -1,0 +1,185 @@
+// The scanners: what each piece of syntax becomes in a file, in an executed string, in a procedure, and as a token.
+#include "support/Program.h"
+
+namespace {
+
+TEST(ScannerTest, StringsAndEscapes) {
+    CheckStacks({
+        {"inner parentheses stay", "(a(b)c)", "(a(b)c)"},
+        {"three digits make a byte", R"((\101\1012) )", "(AA2)"},
+        {"departure: one or two digits are text", R"((\12) (\1x) (\8x))", "(12) (1x) (8x)"},
+        {"departure: 8 and 9 count with their face value", R"((\081))", "(A)"},
+        {"letters", R"((\n) 0 get (\t) 0 get (\q))", "10 9 (q)"},
+        {"line ends behind a backslash vanish", "(a\\\nb\\\r\nc\\\rd)", "(abcd)"},
+        {"line ends in strings stay", "(a\r\nb) length", "4"},
+        {"cut off", "1 (abc", "1", PSERR_SYNTAX},
+        {"cut off behind a backslash", "(a\\", "", PSERR_SYNTAX},
+    });
+}
+
+TEST(ScannerTest, HexStrings) {
+    CheckStacks({
+        {"departure: a lone last digit is dropped", "<41 4>", "(A)"},
+        {"empty", "<>", "()"},
+        {"foreign bytes are ignored", "<4x1 (4) 2>", "(AB)"},
+        {"no ASCII base-85: only the digits count", "<~41~>", "(A)"},
+        {"comment inside", "<41 %42\n43>", "(AC)"},
+        {"a brace is an ignored byte", "<4{1}>", "(A)"},
+        {"cut off", "<41", "", PSERR_SYNTAX},
+        {"lone closing bracket", "> ", "", PSERR_SYNTAX},
+    });
+}
+
+TEST(ScannerTest, NamesAndNumbers) {
+    CheckStacks({
+        {"the slash waits for the next token", "/ abc", "/abc"},
+        {"delimiters complete a token", "/a/b[/c]", "/a /b [/c]"},
+        {"stray closers complete a token and vanish", "1)2}3", "1 2 3"},
+        {"backslash is a delimiter", "1\\2", "1 2"},
+        {"order of the bytes is not checked", "1-2 --5 1.2.3 1e +7 -.5", "1 0 1.2 1.0 7 -0.5"},
+        {"signs and dots alone are names", "+", "", PSERR_UNDEFINED},
+        {"32 bits are the limit", "2147483648 -2147483649 4294967295", "2147483647 -2147483648 2147483647"},
+        {"radix", "16#ff 2#101 36#Z 16#FFFFFFFF 8#777777777777", "255 5 35 -1 -1"},
+        {"radix: digit outside the base", "8#9", "", PSERR_SYNTAX},
+        {"radix: base outside 2 to 36", "37#1", "", PSERR_SYNTAX},
+        {"radix: no digits", "16#", "", PSERR_SYNTAX},
+        {"reals beyond double", "1e400 1e-400", "inf 0.0"},
+        {"immediate", "//true 1 //true 0", "--true-- 1 --true-- 0"},
+        {"immediate, unknown", "//nosuch", "", PSERR_UNDEFINED},
+        {"a slash at the end", "1 /", "1", PSERR_SYNTAX},
+        {"last word of a text counts", "1 2 add", "3"},
+    });
+    const std::string longest(127, 'a');
+    CheckStacks({{"a token of 127 bytes", ("/" + longest + " length").c_str(), "127"},
+                 {"a token of 128 bytes", ("/" + longest + "a length").c_str(), "", PSERR_SYNTAX}});
+}
+
+TEST(ScannerTest, ArraysAndDictionaries) {
+    CheckStacks({
+        {"array", "[1 [2] /a]", "[1 [2] /a]"},
+        {"array without a mark", "1 ]", "1", PSERR_UNMATCHEDMARK},
+        {"dictionary", "<< /a 1 (b) 2 >> dup /b get", "<<2>> 2"},
+        {"the pair nearest the mark is stored last", "<< /a 1 /a 2 >> /a get", "1"},
+        {"an odd element goes, and the mark stays", "<< /x /a 1 >>", "mark <<1>>"},
+        {"one element alone", "<< /a >>", "mark <<0>>"},
+        {"a key that is no text", "<< 1 2 >>", "mark", PSERR_UNMATCHEDMARK},
+    });
+}
+
+TEST(ScannerTest, Procedures) {
+    CheckStacks({
+        {"tokens stay raw", "{1 2 add /x (s) <41>}", "{1 2 add /x (s) (A)}"},
+        {"brackets stay raw", "{[1 2]} exec", "[1 2]"},
+        {"double brackets: the mark is finished", "{<< /a 1 >>} exec", "<<1>>"},
+        {"nested", "{1 {2 {3}} 4}", "{1 {2 {3}} 4}"},
+        {"a brace in a string counts: what is left is an open string", "{ (}) }", "", PSERR_SYNTAX},
+        {"balanced braces in a string", "{({})} exec", "({})"},
+        {"a comment hides what it holds, but not braces", "{1 %2 {3}\n4}", "{1 4}"},
+        {"immediate names are resolved when made", "/x 5 def {//x} /x 6 def exec", "5"},
+        {"immediate name unknown", "{//nosuch}", "", PSERR_UNDEFINED},
+        {"packed", "true setpacking {1} type {1} exec", "/packedarraytype 1"},
+        {"a bad radix number shows when it runs", "{8#9} pop {8#9} exec", "", PSERR_SYNTAX},
+        {"cut off", "{1 2", "", PSERR_SYNTAX},
+        {"hex string cut off in a procedure", "{<41}", "", PSERR_SYNTAX},
+    });
+}
+
+TEST(ScannerTest, Token) {
+    CheckStacks({
+        {"rest, object, true", "( 12 x) token", "( x) 12 true"},
+        {"end of the text ends a token", "(abc) token", "() /abc true"},
+        {"nothing", "() token (  ) token", "false false"},
+        {"a comment stops it", "(%a\n1) token", "false"},
+        {"a slash looks at nothing", "(//a b) token", "( b) /a true"},
+        {"brackets come as names", "([1]) token (<<) token", "(1]) /[ true () /<< true"},
+        {"string and procedure", "((a)b) token ({1 2}3) token", "(b) (a) true (3) {1 2} true"},
+        {"cut off", "(<41) token", "", PSERR_SYNTAX},
+        {"lone bracket", "(>a) token", "", PSERR_SYNTAX},
+    });
+}
+
+TEST(ScannerTest, DepthIsBounded) {
+    const std::string open(20000, '{');
+    EXPECT_EQ(RunText(open).error, PSERR_RANGE);
+    EXPECT_EQ(RunAsFile("%!PS\n" + open).error, PSERR_RANGE);
+    const std::string nested = std::string(9000, '{') + std::string(9000, '}');
+    EXPECT_EQ(RunText(nested + " pop").error, PSERR_NONE);
+    EXPECT_EQ(RunText(nested + " dup length exch bind pop").stack, "1");
+}
+
+constexpr const char* LINE = "10 10 moveto 20 20 lineto stroke ";
+
+size_t EntitiesOf(const std::string& bytes) { return RunAsFile(bytes).entities.size(); }
+
+TEST(ScannerTest, FileHeaders) {
+    EXPECT_EQ(EntitiesOf(std::string("%!PS\n") + LINE), 1u);
+    for (const char* bytes : {"", "%!P", "hello world", "%PDF-1.4\n"}) {
+        const RunResult result = RunAsFile(bytes);
+        EXPECT_EQ(result.error, PSERR_FORMAT) << bytes;
+        EXPECT_EQ(result.boxes.size(), 1u);
+    }
+    const std::string program = std::string("%!PS\n") + LINE;
+    const auto binary = [&](unsigned offset, unsigned length) {
+        std::string header = "\xC5\xD0\xD3\xC6";
+        for (const unsigned word : {offset, length}) {
+            for (int shift = 0; shift < 32; shift += 8) header.push_back(static_cast<char>(word >> shift & 255));
+        }
+        header.resize(30);
+        return header + program + "0 0 moveto 5 5 lineto stroke ";
+    };
+    const auto size = static_cast<unsigned>(program.size());
+    EXPECT_EQ(EntitiesOf(binary(30, size)), 1u) << "the section ends before the second line";
+    EXPECT_EQ(EntitiesOf(binary(30, 4000)), 2u) << "a section longer than the file ends with the file";
+    EXPECT_EQ(EntitiesOf(binary(4000000000u, 10)), 0u);
+    EXPECT_EQ(EntitiesOf(binary(30, 0)), 0u);
+}
+
+TEST(ScannerTest, FileEnds) {
+    const std::string head = "%!PS\n";
+    EXPECT_EQ(EntitiesOf(head + "10 10 moveto 20 20 lineto stroke"), 0u) << "a last token without delimiter is lost";
+    EXPECT_EQ(EntitiesOf(head + "10 10 moveto 20 20 lineto stroke\r"), 0u) << "and so with a CR at the very end";
+    for (const char* open : {"(abc", "<41", "{1 2"}) {
+        const RunResult result = RunAsFile(head + LINE + open);
+        EXPECT_EQ(result.error, PSERR_NONE) << open;
+        EXPECT_EQ(result.entities.size(), 1u);
+    }
+    for (const char* broken : {"/", "<", ">", "(\\", "(\\12"}) {
+        const RunResult result = RunAsFile(head + LINE + broken);
+        EXPECT_EQ(result.error, PSERR_SYNTAX) << broken;
+        EXPECT_EQ(result.entities.size(), 1u) << "what was drawn stays";
+    }
+}
+
+TEST(ScannerTest, EofComment) {
+    const std::string head = "%!PS\n";
+    EXPECT_EQ(EntitiesOf(head + LINE + "\n%%EOF\n" + LINE), 1u);
+    EXPECT_EQ(EntitiesOf(head + LINE + "5%%EOF\n" + LINE), 1u) << "the comment counts, not the line";
+    EXPECT_EQ(EntitiesOf(head + LINE + "%%EOF \n" + LINE), 2u) << "a trailing blank";
+    EXPECT_EQ(EntitiesOf(head + LINE + "%%%EOF\n" + LINE), 2u);
+    EXPECT_EQ(EntitiesOf(head + "{%%EOF\n} pop (%%EOF\n) pop " + LINE), 1u) << "not in a procedure or a string";
+    EXPECT_EQ(EntitiesOf(head + LINE + "%" + std::string(1000, 'x') + "\n" + LINE), 2u);
+}
+
+TEST(ScannerTest, LineEndsInFiles) {
+    for (const char* end : {"\n", "\r", "\r\n"}) {
+        const std::string nl = end;
+        EXPECT_EQ(EntitiesOf("%!PS" + nl + "% comment" + nl + "10 10 moveto" + nl + "20 20 lineto" + nl + "stroke" + nl), 1u);
+    }
+}
+
+TEST(ScannerTest, BraceInHexStringOfAFile) {
+    // The procedure comes out first, then the hex string goes on.
+    EXPECT_EQ(EntitiesOf("%!PS\n<41{10 10 moveto 20 20 lineto stroke}42> (AB) eq exch pop not {nosuch} if\n"
+                         "10 10 moveto 20 20 lineto stroke\n"),
+              1u);
+}
+
+TEST(ScannerTest, BlockBoundaries) {
+    // Tokens, strings, escapes and comments meet the end of a block at every offset.
+    const std::string program = "/a(b\\101(c))def %x\r\n<62 41 28 63 29>a eq not{nosuch}if 10 10 moveto 20 20 lineto stroke\r\n";
+    for (size_t pad = 9900; pad < 10010; ++pad) {
+        EXPECT_EQ(EntitiesOf("%!PS" + std::string(pad, ' ') + program), 1u) << pad;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,175 @@
+#!/usr/bin/python3
+"""Compares imports with the same drawings in other formats.
+
+Each case names an EPS file, a drawing of the same geometry that the same producer wrote as SVG or DXF, and the
+known change of coordinates from that drawing to EPS points. Every point of the one geometry must lie within 0.01 mm
+of the other, in both directions unless the case says why one of them can't hold.
+"""
+import json
+import math
+import os
+import subprocess
+import sys
+
+import ezdxf
+import ezdxf.path
+import svgelements
+
+TOLERANCE = 0.01  # mm
+STEP = 0.2        # mm between the points that a geometry is sampled at
+MM = 25.4 / 72.0  # of a point
+
+
+def sample_line(a, b, out):
+    n = max(1, int(math.dist(a, b) / STEP))
+    out.extend(((a[0] + (b[0] - a[0]) * i / n, a[1] + (b[1] - a[1]) * i / n),
+                (a[0] + (b[0] - a[0]) * (i + 1) / n, a[1] + (b[1] - a[1]) * (i + 1) / n)) for i in range(n))
+
+
+def bezier_point(p, t):
+    s = 1 - t
+    return tuple(s ** 3 * p[0][k] + 3 * s * s * t * p[1][k] + 3 * s * t * t * p[2][k] + t ** 3 * p[3][k] for k in (0, 1))
+
+
+def sample_bezier(p, out):
+    length = sum(math.dist(p[i], p[i + 1]) for i in range(3))
+    n = max(8, int(length / STEP * 2))
+    points = [bezier_point(p, i / n) for i in range(n + 1)]
+    for a, b in zip(points, points[1:]):
+        sample_line(a, b, out)
+
+
+def import_eps(epsimport, path):
+    """The drawing of an EPS file as short pieces of line, in mm."""
+    run = subprocess.run([epsimport, path, "-o", "-", "-f", "json", "-q", "-t", "0.0001"], capture_output=True, check=False)
+    pieces = []
+    for entity in json.loads(run.stdout)["entities"]:
+        for section in entity["sections"]:
+            points = section["points"]
+            if section["type"] == "line":
+                for a, b in zip(points, points[1:]):
+                    sample_line(a, b, pieces)
+            else:
+                for i in range(0, len(points) - 3, 3):
+                    sample_bezier(points[i:i + 4], pieces)
+    return pieces, run.returncode
+
+
+def svg_pieces(path, change):
+    svg = svgelements.SVG.parse(path, reify=True, ppi=96, width=None, height=None)
+    pieces = []
+    for element in svg.elements(lambda e: isinstance(e, svgelements.Shape)):
+        for segment in svgelements.Path(element):
+            if isinstance(segment, svgelements.Move):
+                continue
+            if isinstance(segment, (svgelements.Line, svgelements.Close)):
+                if segment.start is not None and segment.end is not None:
+                    sample_line(change(segment.start), change(segment.end), pieces)
+                continue
+            curves = segment.as_cubic_curves() if isinstance(segment, svgelements.Arc) else [segment]
+            for curve in curves:
+                n = 60
+                points = [change(curve.point(i / n)) for i in range(n + 1)]
+                for a, b in zip(points, points[1:]):
+                    sample_line(a, b, pieces)
+    return pieces
+
+
+def dxf_pieces(path, change):
+    pieces = []
+    for entity in ezdxf.readfile(path).modelspace():
+        try:
+            points = [change((v.x, v.y)) for v in ezdxf.path.make_path(entity).flattening(0.001)]
+        except TypeError:
+            continue
+        for a, b in zip(points, points[1:]):
+            sample_line(a, b, pieces)
+    return pieces
+
+
+def distance_to_piece(p, piece):
+    (ax, ay), (bx, by) = piece
+    dx, dy = bx - ax, by - ay
+    length = dx * dx + dy * dy
+    t = 0 if length == 0 else max(0, min(1, ((p[0] - ax) * dx + (p[1] - ay) * dy) / length))
+    return math.hypot(p[0] - ax - t * dx, p[1] - ay - t * dy)
+
+
+def farthest(points_of, near):
+    """The greatest distance from the ends of one set of pieces to the other set."""
+    cell = 2 * STEP
+    grid = {}
+    for piece in near:
+        for x, y in piece:
+            grid.setdefault((int(x // cell), int(y // cell)), []).append(piece)
+    worst = (0.0, None)
+    for piece in points_of:
+        for p in piece:
+            cx, cy = int(p[0] // cell), int(p[1] // cell)
+            best = min((distance_to_piece(p, q) for i in (-1, 0, 1) for j in (-1, 0, 1) for q in grid.get((cx + i, cy + j), ())),
+                       default=math.inf)
+            if best > worst[0]:
+                worst = (best, p)
+    return worst
+
+
+def flipped(height, scale=1.0, dx=0.0):
+    """A drawing with y downwards from `height`, in units of `scale` points."""
+    return lambda p: ((p[0] * scale + dx) * MM, (height - p[1] * scale) * MM)
+
+
+# name, truth, change of coordinates to mm, what must lie on what: "both", "truth" (all of the truth is imported; the
+# EPS draws more: text as outlines, clip paths, page frames) or "import" (all that is imported is in the truth)
+CASES = [
+    ("cairo-spiral", "svg", flipped(270), "both"),
+    ("cairo-hatched", "svg", flipped(200), "import"),
+    ("metapost-plate", "svg", flipped(125), "import"),
+    ("metapost-calligraphic", "svg", flipped(49, dx=-63), "import"),
+    ("potrace-wrench", "svg", flipped(260), "both"),
+    ("poppler-gasket-pdftocairo", "svg", flipped(160), "both"),
+    ("reportlab-cam", "svg", flipped(220), "import"),
+    ("gl2ps-torus-flat", "svg", flipped(300), "both"),
+    ("mscgen-seq2", "svg", flipped(153, 0.7), "import"),
+    ("pyqrcode-qr2", "svg", flipped(100), "both"),
+    ("qr-image-qr2", "svg", flipped(261, 9), "both"),
+    ("matplotlib-textpath-patches", "svg", flipped(540, dx=162), "truth"),
+    ("rsvg-truss", "svg", flipped(116, 0.75), "both"),
+    ("hp2xx-bracket", "dxf", lambda p: (p[0], p[1]), "both"),
+    ("kicad-board-edges", "dxf", lambda p: (p[0], p[1]), "both"),
+]
+
+
+def check(epsimport, folder, case):
+    name, kind, change, which = case
+    imported, status = import_eps(epsimport, os.path.join(folder, name + ".eps"))
+    truth_file = os.path.join(folder, name + "." + kind)
+    truth = svg_pieces(truth_file, change) if kind == "svg" else dxf_pieces(truth_file, change)
+    problems = [] if status == 0 else [f"exit status {status}"]
+    if not imported or not truth:
+        problems.append(f"{len(imported)} pieces imported, {len(truth)} in the truth")
+    if which in ("both", "import"):
+        distance, where = farthest(imported, truth)
+        if distance > TOLERANCE:
+            problems.append(f"imported point {where} lies {distance:.4f} mm beside the truth")
+    if which in ("both", "truth"):
+        distance, where = farthest(truth, imported)
+        if distance > TOLERANCE:
+            problems.append(f"point {where} of the truth lies {distance:.4f} mm beside the import")
+    return problems
+
+
+def main():
+    epsimport, folder = sys.argv[1:3]
+    wanted = sys.argv[3:]
+    failed = 0
+    for case in CASES:
+        if wanted and case[0] not in wanted:
+            continue
+        problems = check(epsimport, folder, case)
+        failed += bool(problems)
+        print(f"{case[0]:32} {'ok' if not problems else '; '.join(problems)}")
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

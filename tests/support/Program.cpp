@@ -1,0 +1,153 @@
+// Running programs for tests, and the texts that results are compared as.
+#include "support/Program.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "hostout/HostModel.h"
+#include "interp/FilterEPS.h"
+#include "support/TestFrame.h"
+
+namespace {
+
+std::string Real(double value) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%.7g", value);
+    std::string result = text;
+    if (result.find_first_of(".einf") == std::string::npos) result += ".0";
+    return result;
+}
+
+std::string TextOf(const CElement& e, int depth = 0) {
+    if (const auto* number = As<CNumberElement>(&e)) {
+        return number->IsReal() ? Real(number->GetReal()) : std::to_string(number->GetInt());
+    }
+    if (const auto* string = As<CStringElement>(&e)) return "(" + string->GetText() + ")";
+    if (const auto* flag = As<CBoolElement>(&e)) return flag->GetValue() ? "true" : "false";
+    if (const auto* op = As<COperatorElement>(&e)) return std::string("--") + op->GetName() + "--";
+    if (const auto* dict = As<CDictionary>(&e)) return "<<" + std::to_string(dict->GetCount()) + ">>";
+    if (const auto* simple = As<CSimpElement>(&e)) {
+        if (e.m_nType == ET_MARK) return "mark";
+        return (e.m_nType == ET_NAME && !e.m_bExec ? "/" : "") + std::string(simple->GetName());
+    }
+    if (const auto* array = As<CArrayElement>(&e)) {
+        if (depth > 5) return "...";
+        std::string text;
+        for (int i = 0; i < array->GetLength(); ++i) {
+            if (const CElement* item = array->GetAt(i)) text += (i > 0 ? " " : "") + TextOf(*item, depth + 1);
+        }
+        return e.m_bExec ? "{" + text + "}" : "[" + text + "]";
+    }
+    switch (e.m_nType) {
+        case ET_NULL:
+            return "null";
+        case ET_FILE:
+            return "-file-";
+        case ET_FILTER:
+            return "-filter-";
+        case ET_SAVE:
+            return "-save-";
+        default:
+            return "-gstate-";
+    }
+}
+
+std::string TextOf(const CElementStack& stack) {
+    std::string text;
+    for (const CElement* e = stack.Bottom(); e; e = e->m_pNext) text += (text.empty() ? "" : " ") + TextOf(*e);
+    return text;
+}
+
+std::string Coordinate(float value) {
+    char text[48];
+    std::snprintf(text, sizeof text, "%.6g", static_cast<double>(value));
+    return text;
+}
+
+std::string TextOf(const CEntity& entity) {
+    char color[16];
+    std::snprintf(color, sizeof color, "#%02x%02x%02x", entity.m_nColor & 255u, entity.m_nColor >> 8 & 255u,
+                  entity.m_nColor >> 16 & 255u);
+    if (entity.GetKind() != ENT_PLINE) return std::string(color) + " other";
+    const CSectionList& list = static_cast<const CEntPLine&>(entity).m_Sections;
+    std::string text = std::string(color) + (list.IsClosed() ? " closed" : " open");
+    for (const CSectObject* section = list.GetFirst(); section; section = section->GetNext()) {
+        text += section->GetKind() == SECT_BEZIER ? " B" : " L";
+        for (const point_2d& point : section->GetPoints()) text += " " + Coordinate(point.x) + "," + Coordinate(point.y);
+    }
+    return text;
+}
+
+template <class Scan>
+RunResult Run(const RunSettings& settings, Scan scan) {
+    TestFrame frame;
+    RunResult result;
+    CEntGroup group;
+    {
+        CFilterEPS machine(settings.hostVersion);
+        machine.SetMergeTolerance(settings.mergeTolerance);
+        machine.SetFillOutline(settings.fillOutline ? 1 : 0);
+        result.result = scan(machine, group);
+        result.error = machine.m_nError;
+        result.stack = TextOf(machine.m_OperandStack);
+        result.dictDepth = machine.m_DictStack.GetCount();
+        result.gstateDepth = machine.m_GStateStack.GetCount();
+    }
+    for (CEntity* entity = group.GetFirstChild(); entity;) {
+        CEntity* next = entity->m_pNext;
+        result.entities.push_back(TextOf(*entity));
+        entity->Release();
+        delete entity;
+        entity = next;
+    }
+    for (const TestFrame::Box& box : frame.m_Boxes) result.boxes.push_back(box.text);
+    return result;
+}
+
+}  // namespace
+
+RunResult RunText(std::string_view program, const RunSettings& settings) {
+    return Run(settings, [&](CFilterEPS& machine, CEntGroup& group) {
+        machine.m_pGroup = &group;
+        return machine.ScanBuffer(program);
+    });
+}
+
+RunResult RunAsFile(std::string_view bytes, const RunSettings& settings) {
+    const TempFile file(bytes);
+    return Run(settings, [&](CFilterEPS& machine, CEntGroup& group) {
+        EXPECT_EQ(machine.OpenInputFile(file.Path().c_str()), 1);
+        const int result = machine.RunFile(&group);
+        machine.CloseInputFile();
+        return result;
+    });
+}
+
+TempFile::TempFile(std::string_view bytes, const char* suffix) {
+    std::string path = ::testing::TempDir() + "epsfilterXXXXXX" + suffix;
+    const int fd = ::mkstemps(path.data(), static_cast<int>(std::string_view(suffix).size()));
+    EXPECT_GE(fd, 0);
+    m_Path = path;
+    EXPECT_EQ(::write(fd, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    ::close(fd);
+}
+
+TempFile::~TempFile() { std::remove(m_Path.c_str()); }
+
+void CheckStacks(std::initializer_list<StackCase> cases) {
+    for (const StackCase& c : cases) {
+        SCOPED_TRACE(std::string(c.name) + ": " + c.program);
+        const RunResult result = RunText(c.program);
+        EXPECT_EQ(result.stack, c.stack);
+        EXPECT_EQ(result.error, c.error);
+        EXPECT_EQ(result.result, c.error == PSERR_NONE ? 1 : -1);
+    }
+}
+
+std::string Drawn(std::string_view program, const RunSettings& settings) {
+    std::string text;
+    for (const std::string& entity : RunText(program, settings).entities) text += (text.empty() ? "" : "\n") + entity;
+    return text;
+}

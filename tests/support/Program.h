@@ -1,0 +1,65 @@
+// The fixture of most tests: runs a PostScript program in a machine of its own and gives back, as text, what stands
+// on the operand stack, what was drawn and which boxes were shown.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "interp/ErrorCodes.h"
+
+struct RunSettings {
+    int hostVersion = 5;
+    float mergeTolerance = 0.01f;
+    bool fillOutline = true;
+};
+
+struct RunResult {
+    int result = 0;             ///< of the scan: 1 or -1; of RunFile 0, 1 or -1
+    int error = PSERR_NONE;     ///< m_nError afterwards
+    /// Operand stack, bottom first, separated by blanks: 7 7.0 /lit exec (str) [1 2] {raw tokens} <<3>> true mark
+    /// null --add-- ; other types by their name in dashes, such as -file-. Reals with up to 7 digits.
+    std::string stack;
+    /// One line for each entity: colour, "open" or "closed", then sections: "L x,y x,y" and "B x,y x,y x,y x,y".
+    /// Coordinates in host units, up to 6 significant digits.
+    std::vector<std::string> entities;
+    std::vector<std::string> boxes;  ///< texts of the message boxes
+    int dictDepth = 0;               ///< depth of the dictionary stack afterwards
+    int gstateDepth = 0;             ///< depth of the graphics state stack afterwards
+};
+
+/// Runs a text as an executed string, without a file: the stack stays as the program or its error left it.
+[[nodiscard]] RunResult RunText(std::string_view program, const RunSettings& settings = {});
+
+/// Runs the bytes as the input file of an import. The operand stack is always empty afterwards.
+[[nodiscard]] RunResult RunAsFile(std::string_view bytes, const RunSettings& settings = {});
+
+/// Writes bytes to a fresh temporary file that goes with the object.
+class TempFile {
+public:
+    explicit TempFile(std::string_view bytes, const char* suffix = ".eps");
+    ~TempFile();
+    TempFile(const TempFile&) = delete;
+    TempFile& operator=(const TempFile&) = delete;
+    [[nodiscard]] const std::string& Path() const { return m_Path; }
+
+private:
+    std::string m_Path;
+};
+
+/// One fact about a program: the stack that it leaves and the error that it ends with.
+struct StackCase {
+    const char* name;
+    const char* program;
+    const char* stack;
+    int error = PSERR_NONE;
+};
+
+/// Runs each case with RunText and compares stack and error.
+void CheckStacks(std::initializer_list<StackCase> cases);
+
+/// The entities of a program joined by line ends, for one comparison.
+[[nodiscard]] std::string Drawn(std::string_view program, const RunSettings& settings = {});
