@@ -9,9 +9,6 @@
 namespace {
 
 constexpr double TURN = 2 * std::numbers::pi;
-/// Angles come as 32-bit floats of degrees times a rounded constant: what is this near to whole turns is
-/// meant so.
-constexpr double TURN_TOLERANCE = 1e-6 * TURN;
 
 struct Vec {
     double x;
@@ -44,15 +41,18 @@ struct EllipticArc {
         const double s = std::sin(rotation);
         return ToPoint(FromPoint(centre) + Vec{on.x * c - on.y * s, on.x * s + on.y * c});
     }
-    [[nodiscard]] bool IsFullTurn() const { return std::fabs(std::fabs(sweep) - TURN) <= TURN_TOLERANCE; }
+    [[nodiscard]] bool IsFullTurn() const { return std::fabs(sweep) == TURN; }
 };
 
-/// The sweep from one angle to another without the turns that only repeat the circle: below two turns.
+/// The sweep from one angle to another without the turns that only repeat the circle: below two turns. Angles
+/// are 32-bit floats, and often degrees times a rounded constant: what is that near to whole turns is meant
+/// so.
 double SweepOf(double start, double end) {
     const double sweep = end - start;
-    if (!(std::fabs(sweep) > TURN + TURN_TOLERANCE)) return sweep;
+    const double tolerance = 1e-6 * TURN + 1e-7 * (std::fabs(start) + std::fabs(end));
+    if (!(std::fabs(sweep) >= TURN - tolerance)) return sweep;
     double rest = std::fmod(std::fabs(sweep), TURN);
-    if (rest < TURN_TOLERANCE || rest > TURN - TURN_TOLERANCE) rest = 0;
+    if (rest <= tolerance || rest >= TURN - tolerance) rest = 0;
     return std::copysign(TURN + rest, sweep);
 }
 
@@ -66,7 +66,8 @@ int Pieces(double wanted, int least, int limit) {
 template <class Put>
 int FlattenArc(const EllipticArc& arc, double tolerance, Put put) {
     const double radius = std::max(std::fabs(arc.a), std::fabs(arc.b));
-    if (!(radius > 0) || !std::isfinite(radius) || !std::isfinite(arc.sweep)) return 0;
+    if (!(radius > 0) || !std::isfinite(arc.a) || !std::isfinite(arc.b) || !std::isfinite(arc.sweep))
+        return 0;
     // A chord over the angle h lies off its arc by r (1 - cos(h / 2)) = 2 r sin^2(h / 4), in an ellipse by no
     // more.
     const double off = tolerance > 0 ? std::min(tolerance / (2 * radius), 1.0) : 0.0;
@@ -243,24 +244,43 @@ int CSectArc::CreateCRA(point_2d centre, float radius, point_2d angles) noexcept
     return 1;
 }
 
+namespace {
+
+/// A chord that turns less from its arc's tangent than this, in radians, belongs to a circle so wide that its
+/// 32-bit radius and angles put the ends off by a part of the chord.
+constexpr double FLATTEST_ARC = 1e-5;
+
+bool IsLength(double length) { return length > 0 && std::isfinite(length); }
+
+enum class Direction { clockwise, counterClockwise };
+
+/// The sweep from one direction to another that atan2 gave: more than nothing, and at most a full turn.
+double SweepBetween(double from, double to, Direction direction) {
+    double sweep = to - from;
+    while (direction == Direction::counterClockwise && sweep <= 0) sweep += TURN;
+    while (direction == Direction::clockwise && sweep >= 0) sweep -= TURN;
+    return sweep;
+}
+
+}  // namespace
+
 int CSectArc::CreateCSE(point_2d centre, point_2d start, point_2d end, int flag) noexcept {
     m_bMade = false;
     const Vec toStart = FromPoint(start) - FromPoint(centre);
     const Vec toEnd = FromPoint(end) - FromPoint(centre);
     const double radius = Length(toStart);
-    if (!(radius > 0) || !(Length(toEnd) > 0)) return 0;
+    if (!IsLength(radius) || !IsLength(Length(toEnd))) return 0;
     const double from = Angle(toStart);
-    double to = Angle(toEnd);
-    if (flag != 0 && to <= from) to += TURN;
-    if (flag == 0 && to >= from) to -= TURN;
-    return CreateCRA(centre, static_cast<float>(radius), ToPoint({from, to}));
+    const double sweep =
+        SweepBetween(from, Angle(toEnd), flag != 0 ? Direction::counterClockwise : Direction::clockwise);
+    return CreateCRA(centre, static_cast<float>(radius), ToPoint({from, from + sweep}));
 }
 
 int CSectArc::CreateSEA(point_2d start, point_2d end, float angle, int flag) noexcept {
     m_bMade = false;
     const Vec chord = FromPoint(end) - FromPoint(start);
     const double sweep = std::fabs(static_cast<double>(angle));
-    if (!(Length(chord) > 0) || !(sweep > 0) || !(sweep < TURN)) return 0;
+    if (!IsLength(Length(chord)) || !(sweep > 2 * FLATTEST_ARC) || !(sweep < TURN)) return 0;
     // The centre lies beside the middle of the chord: to its left for a counter-clockwise arc of less than
     // half a turn.
     const double side = (flag != 0 ? 0.5 : -0.5) / std::tan(sweep / 2);
@@ -282,34 +302,32 @@ int CSectArc::CreateSEST(point_2d start, point_2d end, point_2d tangent) noexcep
     if (length <= 4e-7 * magnitude) return CreateCRA(start, 0, {0, 0});
     const Vec unit = (1 / Length(FromPoint(tangent))) * FromPoint(tangent);
     const double across = Cross(unit, chord);
-    if (!(std::fabs(across) > 1e-9 * length)) return 0;  // also for a tangent of no length
+    if (!(std::fabs(across) > FLATTEST_ARC * length)) return 0;  // also for a tangent of no length
     // The centre is start + r n, n being the tangent's left normal, with |end - centre| = |r|; a negative r
     // has it to the right, and the arc clockwise.
     const double radius = Dot(chord, chord) / (2 * across);
     const Vec centre = FromPoint(start) + radius * LeftOf(unit);
     const double from = Angle(FromPoint(start) - centre);
-    double to = Angle(FromPoint(end) - centre);
-    if (radius > 0 && to <= from) to += TURN;
-    if (radius < 0 && to >= from) to -= TURN;
-    return CreateCRA(ToPoint(centre), static_cast<float>(std::fabs(radius)), ToPoint({from, to}));
+    const double sweep = SweepBetween(from, Angle(FromPoint(end) - centre),
+                                      radius > 0 ? Direction::counterClockwise : Direction::clockwise);
+    return CreateCRA(ToPoint(centre), static_cast<float>(std::fabs(radius)), ToPoint({from, from + sweep}));
 }
 
 void CSectArc::GetBezierPoints(int capacity, int& count, point_2d* points) const noexcept {
-    constexpr double LONGEST_SEGMENT = TURN / 6;               // 60 degrees: off by 2.4e-5 of the radius
-    constexpr double LONGEST_TO_FIT = LONGEST_SEGMENT * 1.25;  // 75 degrees: 9.1e-5
+    constexpr double LONGEST_SEGMENT = TURN / 6;  // 60 degrees: off by 2.4e-5 of the radius
+    constexpr double LONGEST_TO_FIT = 1.25 * LONGEST_SEGMENT + 1e-6;  // 75 degrees: 9.1e-5
     count = 0;
     if (!m_bMade || capacity < 1 || !std::isfinite(m_fStart) || !std::isfinite(m_fEnd)) return;
     EllipticArc arc = Circle(m_ptCentre, m_fRadius, m_fStart, SweepOf(m_fStart, m_fEnd));
     const int room = (capacity - 1) / 3;
-    if (std::fabs(arc.sweep) > TURN + TURN_TOLERANCE &&
-        std::fabs(arc.sweep) > room * LONGEST_TO_FIT + TURN_TOLERANCE) {
+    if (std::fabs(arc.sweep) > std::max(TURN, room * LONGEST_TO_FIT)) {
         const double turn = std::copysign(TURN, arc.sweep);
         arc.start += arc.sweep - turn;
         arc.sweep = turn;
     }
     points[count++] = arc.At(arc.start);
     if (arc.sweep == 0 || m_fRadius == 0 || room == 0) return;
-    const int segments = Pieces(std::fabs(arc.sweep) / LONGEST_SEGMENT - TURN_TOLERANCE, 1, room);
+    const int segments = Pieces(std::fabs(arc.sweep) / LONGEST_SEGMENT - 1e-6, 1, room);
     const double step = arc.sweep / segments;
     const double handle =
         4.0 / 3.0 * std::tan(step / 4);  // its length in radii for which the curve's middle is exact

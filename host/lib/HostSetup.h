@@ -3,7 +3,8 @@
 
 #include "hostout/HostCore.h"
 
-/// The main window; it stays the caller's and must outlive every import. Null takes it back.
+/// The main window; it stays the caller's and must outlive every import. Null takes it back. To be set before
+/// the first import command (command 4), which shows its dialog there.
 HOST_API void SetHostMainFrame(CFrameWnd* frame) noexcept;
 /// The major version, 5 before the first call.
 HOST_API void SetHostVersion(int major) noexcept;

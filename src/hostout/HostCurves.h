@@ -2,6 +2,7 @@
 // angles radians unless told otherwise.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -20,8 +21,8 @@ enum SectionKind : std::int32_t {
     SECT_ELLIPSE = 7
 };
 
-/// A section: one piece of geometry, chained to the next by a link. Whoever holds the head of a chain owns
-/// it.
+/// A section: one piece of geometry, chained to the next by a link. Who holds the head of a chain owns
+/// the chain.
 class HOST_API CSectObject {
 public:
     CSectObject(const CSectObject&) = delete;
@@ -75,8 +76,8 @@ protected:
     CSectPoints() noexcept = default;
 
 private:
-    static constexpr size_t FEW = 4;
-    size_t m_nCount = 0;
+    static constexpr std::size_t FEW = 4;
+    std::size_t m_nCount = 0;
     point_2d m_Few[FEW];
     std::unique_ptr<point_2d[]> m_pMany;
 };
@@ -112,15 +113,16 @@ public:
     [[nodiscard]] std::span<const point_2d> GetPoints() const noexcept override { return {&m_ptCentre, 1}; }
 
     /// From centre, start and end point; a flag other than 0 runs counter-clockwise. 0 when start or end lies
-    /// on the centre; else 1. The end is taken as a direction: the radius is that of the start.
+    /// on the centre; else 1. The end is taken as a direction: the radius is that of the start, and ends in
+    /// one direction make a full turn.
     int CreateCSE(point_2d centre, point_2d start, point_2d end, int flag) noexcept;
     /// From start, end and included angle, whose sign has no meaning; a flag other than 0 runs
     /// counter-clockwise. 0 for coinciding points, an angle that is not between 0 and a full turn, or an arc
     /// too flat for its circle to have coordinates.
     int CreateSEA(point_2d start, point_2d end, float angle, int flag) noexcept;
     /// From start, end and the tangent at the start. Ends that coincide to the resolution of their
-    /// coordinates make an arc of radius 0. 0, and an arc that was not made, when the end lies on the tangent
-    /// or there is no tangent.
+    /// coordinates make an arc of radius 0. 0, and an arc that was not made, when there is no tangent, or the
+    /// end lies on it or so near that the circle has no coordinates.
     int CreateSEST(point_2d start, point_2d end, point_2d tangent) noexcept;
     /// From centre, radius and angles (x start, y end). Always 1.
     virtual int CreateCRA(point_2d centre, float radius, point_2d angles) noexcept;

@@ -41,7 +41,8 @@ public:
     void InsertToChildTail(CEntGroup* group) noexcept;
     /// Tells the entity that its extents changed, in two passes 0 and 1. This host keeps no extents.
     virtual void UpdateBox(int pass) noexcept;
-    /// Moves the entity; the first argument is the host's and has no meaning here.
+    /// Moves the entity; the first argument is the host's and has no meaning here. This host moves texts
+    /// alone: nothing asks it to move another entity.
     virtual void Transform(int reserved, const TRANSF_2D& map) noexcept;
     /// What the host wants called before an entity is deleted.
     virtual void Release() noexcept;
