@@ -12,7 +12,7 @@ public:
     CWinApp& operator=(const CWinApp&) = delete;
     virtual ~CWinApp();
 
-    /// Runs when the library has been loaded; false when it can't be used.
+    /// Runs when the library has been loaded. Whether it succeeded.
     virtual bool InitInstance() { return true; }
     /// Runs before the library goes; the exit code.
     virtual int ExitInstance() { return 0; }
@@ -28,8 +28,7 @@ private:
 };
 
 struct AFX_MODULE_STATE {
-    HINSTANCE m_hCurrentResourceHandle =
-        nullptr;  ///< where dialog templates and the platform's texts are looked up
+    HINSTANCE m_hCurrentResourceHandle = nullptr;  ///< where dialogs and the platform's texts are looked up
     CWinApp* m_pCurrentWinApp = nullptr;
 };
 

@@ -56,7 +56,7 @@ bool IsEdit(ControlKind kind) { return kind == ControlKind::edit || kind == Cont
 }  // namespace
 
 CControl::CControl(const CControlTemplate& control) : m_nId(control.id), m_Kind(control.kind) {
-    SetWindowText(std::string(control.text));
+    SetWindowText(control.text);
 }
 
 // Data exchange
@@ -111,7 +111,7 @@ int CDialog::DoModal() {
     const CResourceModule* resources = AfxGetModuleState()->m_hCurrentResourceHandle;
     const CDialogTemplate* dialog = resources ? resources->FindDialog(m_nTemplate) : nullptr;
     if (!dialog || !m_pParent) return -1;
-    SetWindowText(std::string(dialog->caption));
+    SetWindowText(dialog->caption);
     m_Controls.clear();
     for (const CControlTemplate& control : dialog->controls) m_Controls.emplace_back(control);
     m_nFocus = dialog->controls.empty() ? 0 : dialog->controls.front().id;
@@ -130,6 +130,14 @@ CControl* CDialog::GetDlgItem(int id) noexcept {
 
 const CControl* CDialog::GetDlgItem(int id) const noexcept {
     return const_cast<CDialog*>(this)->GetDlgItem(id);
+}
+
+void CDialog::SetDlgItemText(int id, std::string_view text) {
+    if (CControl* control = GetDlgItem(id)) control->SetWindowText(text);
+}
+
+void CDialog::EnableDlgItem(int id, bool enable) noexcept {
+    if (CControl* control = GetDlgItem(id)) control->EnableWindow(enable);
 }
 
 bool CDialog::PressButton(int id) {
@@ -151,7 +159,7 @@ bool CDialog::PressButton(int id) {
 bool CDialog::SetControlText(int id, std::string_view text) {
     CControl* control = GetDlgItem(id);
     if (!control || !control->IsWindowEnabled() || !IsEdit(control->m_Kind)) return false;
-    control->SetWindowText(std::string(text));
+    control->SetWindowText(text);
     return true;
 }
 

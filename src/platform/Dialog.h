@@ -93,8 +93,8 @@ public:
     /// Whether the modal loop goes on.
     [[nodiscard]] bool IsOpen() const noexcept { return m_bOpen; }
     [[nodiscard]] int GetResult() const noexcept { return m_nResult; }
-    /// A click. A check box changes its state. False, with nothing done, for a control that is no button or
-    /// disabled.
+    /// A click; a check box changes its state. False, with nothing done, when the control is disabled or no
+    /// button, and when the dialog isn't open.
     virtual bool PressButton(int id);
     /// What the user types into an edit control. False for any other control.
     virtual bool SetControlText(int id, std::string_view text);
@@ -110,6 +110,9 @@ public:
     /// Null for an unknown id, and before the dialog is open.
     [[nodiscard]] CControl* GetDlgItem(int id) noexcept;
     [[nodiscard]] const CControl* GetDlgItem(int id) const noexcept;
+    // These do nothing for an id that the template hasn't got.
+    void SetDlgItemText(int id, std::string_view text);
+    void EnableDlgItem(int id, bool enable) noexcept;
     void SetFocus(int id) noexcept { m_nFocus = id; }
     /// Shows a message box in front of the dialog.
     int MessageBox(const char* text, const char* caption, unsigned style);

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <memory>
 #include <string_view>
 #include <system_error>
 
@@ -91,6 +92,7 @@ std::vector<std::string> FindFiles(const char* pattern) {
     std::vector<std::string> paths;
     if (!pattern || !HasLeave()) return paths;
     glob_t matches{};
+    const std::unique_ptr<glob_t, void (*)(glob_t*)> release(&matches, ::globfree);
     if (::glob(pattern, GLOB_NOSORT, nullptr, &matches) == 0) {
         for (size_t i = 0; i < matches.gl_pathc; ++i) {
             const std::filesystem::path path = matches.gl_pathv[i];
@@ -100,7 +102,6 @@ std::vector<std::string> FindFiles(const char* pattern) {
                 paths.push_back(absolute.string());
         }
     }
-    ::globfree(&matches);
     std::sort(paths.begin(), paths.end());
     return paths;
 }

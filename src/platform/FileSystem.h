@@ -14,8 +14,7 @@ namespace FileSystem {
 struct FileStatus {
     std::int64_t nSize;      ///< bytes
     std::int64_t nModified;  ///< seconds since 1970
-    std::int64_t
-        nCreated;  ///< seconds since 1970; of the last change of status where no time of birth is kept
+    std::int64_t nCreated;   ///< the same; where no time of birth is kept, of the last change of status
 };
 
 // For programs. Without the host's leave each of these answers as for a file that isn't there.

@@ -4,7 +4,6 @@
 #include "plugin/FileInfo.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <iterator>
 

@@ -18,10 +18,9 @@ struct CDocSuppliedRes {
 /// The result of an analysis. A text is a copy of its comment line behind the keyword, so that it keeps the
 /// blank behind the colon.
 struct CEPSFileInfo {
-    std::int32_t m_nFileType =
-        0;                    ///< 0 plain text, 1 with the binary header of a file that carries a preview
-    float m_fDSCVersion = 0;  ///< behind "%!PS-Adobe-" in the first line
-    float m_fEPSVersion = 0;  ///< behind "EPSF-" in the first line
+    std::int32_t m_nFileType = 0;    ///< 0 plain text, 1 with the binary header that goes with a preview
+    float m_fDSCVersion = 0;         ///< behind "%!PS-Adobe-" in the first line
+    float m_fEPSVersion = 0;         ///< behind "EPSF-" in the first line
     std::int32_t m_nFileLength = 0;  ///< of the whole file, bytes
     std::int32_t m_nPSLength = 0;    ///< of the PostScript section, bytes
     std::optional<std::string> m_pszTitle;

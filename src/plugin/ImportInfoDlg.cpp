@@ -56,8 +56,8 @@ void CEPSImportInfoDlg::OnFileInfo() {
         ShowFailure();
         return;
     }
-    GetDlgItem(IDC_FILE_INFO)->EnableWindow(false);
-    GetDlgItem(IDC_INFO_TEXT)->SetWindowText(InfoText());
+    EnableDlgItem(IDC_FILE_INFO, false);
+    SetDlgItemText(IDC_INFO_TEXT, InfoText());
 }
 
 std::string CEPSImportInfoDlg::InfoText() const {
@@ -78,7 +78,7 @@ std::string CEPSImportInfoDlg::InfoText() const {
 void CEPSImportInfoDlg::ShowFailure() {
     const std::string message = Text(m_nFailKind == AF_FORMAT ? IDS_BAD_FORMAT : IDS_IO_ERROR);
     MessageBox(message.c_str(), Text(IDS_WARNING).c_str(), MB_OK | MB_ICONEXCLAMATION);
-    GetDlgItem(IDC_FILE_INFO)->EnableWindow(false);
-    GetDlgItem(IDOK)->EnableWindow(false);
-    GetDlgItem(IDC_INFO_TEXT)->SetWindowText(message + Text(IDS_PLEASE_CANCEL));
+    EnableDlgItem(IDC_FILE_INFO, false);
+    EnableDlgItem(IDOK, false);
+    SetDlgItemText(IDC_INFO_TEXT, message + Text(IDS_PLEASE_CANCEL));
 }

@@ -25,11 +25,10 @@ public:
     /// cases.
     int AnalyseHeader();
 
-    float m_fTolerance = 0.01f;          ///< shortest straight segment, millimetres; 0.0001 to 5.0
-    std::int32_t m_nFillOutline = 1;     ///< whether filled paths are imported
-    std::unique_ptr<CFileBody> m_pFile;  ///< the file of the analysis
-    const tagPlugImportJob* m_pJob =
-        nullptr;  ///< the host's record, set before the dialog runs; tells the path
+    float m_fTolerance = 0.01f;                ///< shortest straight segment, millimetres; 0.0001 to 5.0
+    std::int32_t m_nFillOutline = 1;           ///< whether filled paths are imported
+    std::unique_ptr<CFileBody> m_pFile;        ///< the file of the analysis
+    const tagPlugImportJob* m_pJob = nullptr;  ///< tells the path; the host's, set before the dialog runs
     CEPSFileInfo m_Info;
     std::int32_t m_nFailKind = AF_IO;
 

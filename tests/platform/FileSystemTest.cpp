@@ -79,9 +79,7 @@ TEST(FileSystemTest, OnlyRegularFilesOpen) {
 /// Gives up root's right to write every file for as long as it lives.
 class OrdinaryUser {
 public:
-    OrdinaryUser() {
-        if (m_Before == 0) EXPECT_EQ(::seteuid(65534), 0);
-    }
+    OrdinaryUser() { EXPECT_EQ(m_Before == 0 ? ::seteuid(65534) : 0, 0); }
     OrdinaryUser(const OrdinaryUser&) = delete;
     OrdinaryUser& operator=(const OrdinaryUser&) = delete;
     ~OrdinaryUser() { EXPECT_EQ(::seteuid(m_Before), 0); }
