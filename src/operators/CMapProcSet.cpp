@@ -127,15 +127,17 @@ ElementPtr BuildCMapProcSet(CFilterEPS& m) {
         ~BuildScope() { g_bBuilding = false; }
     } building;
     const CGlobalModeScope global(true);
-    const int depth = m.m_DictStack.GetCount();
+    const int dictDepth = m.m_DictStack.GetCount();
+    const int operandDepth = m.m_OperandStack.GetCount();
     const std::int32_t error = m.m_nError;
 
     auto procSet = MakeElement<CDictionary>(35);
     m.m_DictStack.Push(procSet->Clone());
     // A program may have put its own procedures in the place of the operators used. What then goes wrong
-    // concerns the set alone: results don't count, and the dictionary stack is put back.
+    // concerns the set alone: results don't count, and what was left on the stacks goes.
     for (const std::string_view source : kSources) (void)m.ScanBuffer(source);
-    while (m.m_DictStack.GetCount() > depth) m.m_DictStack.Pop();
+    while (m.m_DictStack.GetCount() > dictDepth) m.m_DictStack.Pop();
+    m.Drop(m.m_OperandStack.GetCount() - operandDepth);
     m.m_nError = error;
     return procSet;
 }

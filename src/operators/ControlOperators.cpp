@@ -102,7 +102,8 @@ int OpLoop(CFilterEPS& m) {
     if (!in) return -1;
     const auto procedure = Take<CArrayElement>(m);
     LoopPass pass = LoopPass::goOn;
-    while (pass == LoopPass::goOn) pass = RunLoopPass(m, *procedure);
+    // A body that a `restore` took away will never reach its `exit`.
+    while (pass == LoopPass::goOn && procedure->GetBody()) pass = RunLoopPass(m, *procedure);
     return LoopResult(pass);
 }
 

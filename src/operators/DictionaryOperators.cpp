@@ -5,6 +5,7 @@
 // Departure: dictionaries and their stack are never full, and no operator asks for access.
 #include "operators/DictionaryOperators.h"
 
+#include <numeric>
 #include <unordered_map>
 #include <vector>
 
@@ -71,31 +72,33 @@ int OpDef(CFilterEPS& m) {
     return 1;
 }
 
-/// The elements of array bodies that a walk has not come to yet. However many views cover an element, and
-/// whatever a body contains, each element is visited once.
+/// What of some array bodies a walk has not come to yet. However many views cover an element, and whatever a
+/// body contains, each element is visited once.
 class CUnvisited {
 public:
-    /// The first index from `from` on that is not visited, and marks it; -1 when that would be `end` or
-    /// beyond.
-    std::int64_t Take(const CArrayBody& body, size_t from, size_t end) {
-        std::vector<size_t>& next = m_Next[&body];
-        if (next.empty()) {
-            next.resize(body.m_Elements.size() + 1);
-            for (size_t i = 0; i < next.size(); ++i) next[i] = i;
+    /// Of each index of one body the index itself or, once it is visited, one farther on.
+    using Indices = std::vector<size_t>;
+
+    /// All of a body before the first visit to it.
+    Indices& Of(const CArrayBody& body) {
+        Indices& indices = m_Indices[&body];
+        if (indices.empty()) {
+            indices.resize(body.m_Elements.size() + 1);
+            std::iota(indices.begin(), indices.end(), size_t{0});
         }
-        size_t found = from;
-        while (next[found] != found) {
-            next[found] = next[next[found]];  // halves the way for the next one who comes along
-            found = next[found];
+        return indices;
+    }
+    /// The first index from `from` on that is left; the size of the body when none is.
+    static size_t Find(Indices& indices, size_t from) {
+        while (indices[from] != from) {
+            indices[from] = indices[indices[from]];  // halves the way for the next one who comes along
+            from = indices[from];
         }
-        if (found >= end) return -1;
-        next[found] = found + 1;
-        return static_cast<std::int64_t>(found);
+        return from;
     }
 
 private:
-    /// By body: of each index the index itself, or once it is visited one farther on to try.
-    std::unordered_map<const CArrayBody*, std::vector<size_t>> m_Next;
+    std::unordered_map<const CArrayBody*, Indices> m_Indices;
 };
 
 /// The operator that a name means for bind; null when the topmost dictionary that has the name is another
@@ -128,8 +131,10 @@ int OpBind(CFilterEPS& m) {
         if (!body || procedure.GetLength() == 0) continue;
         const size_t first = procedure.m_bView ? static_cast<size_t>(procedure.m_nStart) : 0;
         const size_t end = first + static_cast<size_t>(procedure.GetLength());
-        for (std::int64_t i; (i = unvisited.Take(*body, first, end)) >= 0;) {
-            ElementPtr& e = body->m_Elements[static_cast<size_t>(i)];
+        CUnvisited::Indices& indices = unvisited.Of(*body);
+        for (size_t i = CUnvisited::Find(indices, first); i < end; i = CUnvisited::Find(indices, i)) {
+            indices[i] = i + 1;
+            ElementPtr& e = body->m_Elements[i];
             if (e->IsProcedure()) {
                 open.push_back(static_cast<const CArrayElement*>(e.get()));
             } else if (e->m_nType == ET_RAWTOKEN) {

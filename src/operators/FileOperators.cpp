@@ -1,6 +1,5 @@
 // Files and filters. Files are those of objects/File.h; names of a program's own choice reach the disk
-// through platform/FileSystem.h alone, which answers as for a file that isn't there when the host gives no
-// leave.
+// through platform/FileSystem.h alone: without the host's leave there is nothing.
 //
 // Departure: an import has no console, so that what is printed is dropped. Filters decode nothing
 // (objects/Filter.h). An end of input is false for the reading operators, every other failure PSERR_IO, and
@@ -249,8 +248,7 @@ int OpResetfile(CFilterEPS& m) {
 // file  status  bool                         STACKUNDERFLOW TYPECHECK
 // string  status  pages bytes referenced created true
 // string  status  false                      IO
-// Departure: a file object answers whether a file of its name exists, and for a name without a file the run
-// ends.
+// Departure: a file object answers whether a file of its name exists; a name without a file ends the run.
 int OpStatus(CFilterEPS& m) {
     Operands in(m);
     in.OneOf(0, {ET_FILE, ET_STRING});

@@ -73,38 +73,17 @@ bool IsCMapPresent(const CFilterEPS& m, const CName* key) { return m.m_pCMapDire
 constexpr std::string_view kProcSets[] = {"CIDInit", "BitmapFontInit", "ColorRendering", "FontSetInit"};
 
 // Departure: the names that `resourcestatus` knows, whatever stands behind them.
-constexpr std::string_view kCategoryNames[] = {"Font",
-                                               "CIDFont",
-                                               "CMap",
-                                               "FontSet",
-                                               "Encoding",
-                                               "Form",
-                                               "Pattern",
-                                               "ProcSet",
-                                               "ColorSpace",
-                                               "Halftone",
-                                               "ColorRendering",
-                                               "IdiomSet",
-                                               "OutputDevice",
-                                               "ControlLanguage",
-                                               "Localization",
-                                               "PDL",
-                                               "HWOptions",
-                                               "Filter",
-                                               "ColorSpaceFamily",
-                                               "Emulator",
-                                               "IODevice",
-                                               "ColorRenderingType",
-                                               "FMapType",
-                                               "FontType",
-                                               "FormType",
-                                               "HalftoneType",
-                                               "ImageType",
-                                               "PatternType",
-                                               "FunctionType",
-                                               "ShadingType",
-                                               "Category",
-                                               "Generic"};
+// clang-format off
+constexpr std::string_view kCategoryNames[] = {
+    "Font", "CIDFont", "CMap", "FontSet", "Encoding",
+    "Form", "Pattern", "ProcSet", "ColorSpace", "Halftone",
+    "ColorRendering", "IdiomSet", "OutputDevice", "ControlLanguage", "Localization",
+    "PDL", "HWOptions", "Filter", "ColorSpaceFamily", "Emulator",
+    "IODevice", "ColorRenderingType", "FMapType", "FontType", "FormType",
+    "HalftoneType", "ImageType", "PatternType", "FunctionType", "ShadingType",
+    "Category", "Generic",
+};
+// clang-format on
 static_assert(std::size(kCategoryNames) == 32);
 
 ElementPtr FindProcSet(CFilterEPS& m, const CName* key) {
@@ -177,8 +156,8 @@ int OpUndefineresource(CFilterEPS& m) {
     return 1;
 }
 
-// key category  findresource  instance       STACKUNDERFLOW TYPECHECK RANGE; UNDEFINED UNSUPPORTED, with both
-// gone
+// key category  findresource  instance       STACKUNDERFLOW TYPECHECK RANGE
+//                                            UNDEFINED UNSUPPORTED, with both gone
 int OpFindresource(CFilterEPS& m) {
     const ResourceOperands in(m, 1);
     if (!in) return -1;

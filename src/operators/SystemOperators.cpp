@@ -192,8 +192,7 @@ constexpr OpRow kMiscellaneousRows[] = {{"null", OpNull},
                                         {"prompt", OpNothing}};
 
 // dict  setpagedevice  -                     STACKUNDERFLOW TYPECHECK
-// Departure: the dictionary takes the place of the old one whole. Nothing is merged, and no key has an
-// effect.
+// Departure: the dictionary replaces the old one whole; nothing is merged, and no key has an effect.
 int OpSetpagedevice(CFilterEPS& m) {
     Operands in(m);
     in.Dict(0);

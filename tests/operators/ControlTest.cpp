@@ -47,7 +47,7 @@ TEST(ControlOperatorsTest, RepeatAndLoop) {
         {"loop: no procedure", "1 loop", "1", PSERR_TYPECHECK},
         {"loop: missing", "loop", "", PSERR_STACKUNDERFLOW},
         {"exit ends the innermost", "2 {3 {1 exit} repeat 2} repeat", "1 2 1 2"},
-        {"the procedure's body goes away", "save {restore 1 exit} loop", ""},
+        {"the procedure's body goes away", "save {restore 1 exit} loop 2", "2"},
     });
 }
 
@@ -98,25 +98,21 @@ TEST(ControlOperatorsTest, ExecAndStopped) {
 std::string Zeros(size_t count) { return std::string(count, '0'); }
 
 TEST(ControlOperatorsTest, Eexec) {
-    const std::string head = "%!PS-Adobe-3.0\n";
     // What stands behind the zeros runs, and cleartomark finds the mark.
-    const auto stackOf = [&](const std::string& program) {
-        const RunResult result = RunAsFile(head + program + " 20 string cvs pop nothing");
-        EXPECT_EQ(result.error, PSERR_UNDEFINED) << program;
-        return result.result;
+    const auto error = [&](const std::string& program) {
+        return RunAsFile(
+                   "%!PS\n" + program +
+                   "cleartomark count 1 ne {/wrong load} if currentdict /x known {} {/wrong load} ifelse\n")
+            .error;
     };
-    EXPECT_EQ(
-        stackOf("7 currentfile eexec\nxx\n" + Zeros(100) + "\r\n\t " + Zeros(100) + " cleartomark 7 eq"), -1);
-    // A letter behind 199 zeros: none of them counts, and the scan goes on exactly behind the last.
-    EXPECT_EQ(RunAsFile(head + "currentfile eexec " + Zeros(199) + "x" + Zeros(200) +
-                        "cleartomark count 0 ne {quit} if")
-                  .error,
-              PSERR_NONE);
-    EXPECT_EQ(RunAsFile(head + "5 dict currentfile eexec " + Zeros(200) + " cleartomark count 0 ne {quit} if")
-                  .error,
-              PSERR_NONE);
-    // The end of the file is no error.
-    EXPECT_EQ(RunAsFile(head + "currentfile eexec 0000 abc").error, PSERR_NONE);
+    const std::string begin = "/x 1 def 7 currentfile eexec ";
+    EXPECT_EQ(error(begin + "/wrong load\n" + Zeros(100) + "\r\n\t " + Zeros(100)), PSERR_NONE);
+    EXPECT_EQ(error(begin + Zeros(199) + "x" + Zeros(200)), PSERR_NONE) << "a letter sets the count back";
+    EXPECT_EQ(error(begin + Zeros(199) + "x" + Zeros(201)), PSERR_UNDEFINED) << "the 201st zero is read";
+    EXPECT_EQ(error("/x 1 def 7 5 dict currentfile eexec " + Zeros(200)), PSERR_NONE)
+        << "the dictionary goes";
+    EXPECT_EQ(RunAsFile("%!PS\ncurrentfile eexec 0000 /wrong load\n").error, PSERR_NONE)
+        << "the end of the file";
     CheckStacks({
         {"a string is dropped", "1 dict (abc) eexec", "<<0>>"},
         {"a file that is not open", "(%lineedit) (r) file eexec", "mark", PSERR_IO},

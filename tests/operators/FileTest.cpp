@@ -120,20 +120,30 @@ TEST(FileOperatorsTest, Operands) {
 TEST(FileOperatorsTest, TheInputFile) {
     EXPECT_TRUE(HoldsInFile("currentfile 3 string readstring\nabc exch (abc) eq and"));
     EXPECT_TRUE(HoldsInFile("currentfile 4 string readhexstring\n61 6 2 6364 exch (abcd) eq and"));
-    EXPECT_TRUE(HoldsInFile("/s 10 string def currentfile s readline\nA b\n exch length 0 eq and"))
-        << "the line end behind the operator itself ends the first line";
+    EXPECT_TRUE(HoldsInFile("currentfile 9 string readline\nA b\r\n exch (A b) eq and"));
     EXPECT_TRUE(HoldsInFile("currentfile 0 string readstring exch length 0 eq and"));
-    EXPECT_TRUE(HoldsInFile("currentfile read\xC8 exch 200 eq and")) << "a byte, not a signed one";
-    EXPECT_TRUE(HoldsInFile(
-        "currentfile dup fileposition exch bytesavailable add currentfile fileposition 0 gt exch 90 gt and"
-        "                                        "));
-    EXPECT_TRUE(HoldsInFile("currentfile dup fileposition 6 add setfileposition quit true"));
+    EXPECT_TRUE(HoldsInFile("currentfile read \xC8 exch 200 eq and")) << "a byte, not a signed one";
+    EXPECT_TRUE(HoldsInFile("currentfile dup fileposition 28 add setfileposition quit true"));
     EXPECT_TRUE(HoldsInFile("currentfile status"));
-    EXPECT_EQ(RunAsFile("%!PS\ncurrentfile 65 write").error, PSERR_IO);
-    EXPECT_EQ(RunAsFile("%!PS\ncurrentfile (A) writestring").error, PSERR_IO);
-    EXPECT_LE(RunAsFile("%!PS\n0 0 moveto 1 1 lineto stroke currentfile closefile\n1 2 add").entities.size(),
-              1u)
-        << "closing the input ends it";
+    EXPECT_EQ(RunAsFile("%!PS\ncurrentfile 65 write\n").error, PSERR_IO);
+    EXPECT_EQ(RunAsFile("%!PS\ncurrentfile (A) writestring\n").error, PSERR_IO);
+    const RunResult closed =
+        RunAsFile("%!PS\n0 0 moveto 99 99 lineto stroke currentfile closefile\n/wrong load\n");
+    EXPECT_EQ(closed.entities.size(), 1u);
+    EXPECT_NE(closed.error, PSERR_UNDEFINED) << "nothing is read from a closed input";
+}
+
+TEST(FileOperatorsTest, BytesavailableEndsWithTheSection) {
+    // A file with a binary header, and bytes behind the section.
+    const std::string rest = "31 eq {} {/wrong load} ifelse \n";
+    ASSERT_EQ(rest.size(), 31u);
+    const std::string section = "%!PS\ncurrentfile bytesavailable " + rest;
+    std::string bytes = "\xC5\xD0\xD3\xC6";
+    for (const size_t n : {size_t{30}, section.size()}) {
+        for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(n >> shift & 255);
+    }
+    bytes.resize(30);
+    EXPECT_EQ(RunAsFile(bytes + section + "bytes of the preview").error, PSERR_NONE);
 }
 
 TEST(FileOperatorsTest, Filters) {
@@ -233,7 +243,7 @@ TEST(FileOperatorsTest, Filenameforall) {
     EXPECT_EQ(RunText(matches + " {} 4 string filenameforall").stack,
               Quoted(two.substr(0, 4)) + " " + Quoted(two.substr(0, 4)))
         << "cut at the end of the scratch string";
-    EXPECT_EQ(RunText(matches + " {pop} 500 string dup 3 1 roll filenameforall 0 " +
+    EXPECT_EQ(RunText(matches + " {pop} 500 string dup 4 1 roll filenameforall 0 " +
                       std::to_string(two.size() + 2) + " getinterval")
                   .stack,
               Quoted(two + "00"))
@@ -241,7 +251,10 @@ TEST(FileOperatorsTest, Filenameforall) {
     EXPECT_EQ(RunText(matches + " {pop 1 exit} 500 string filenameforall 2").stack, "1 2");
     EXPECT_EQ(RunText(matches + " {{stop} stopped pop pop 1 stop} 500 string filenameforall 2").stack, "1 2");
     EXPECT_EQ(RunText(matches + " {pop nothing} 500 string filenameforall").error, PSERR_UNDEFINED);
-    EXPECT_EQ(RunText("save " + matches + " {pop count 1 eq {restore} if 7} 500 string filenameforall").stack,
+    EXPECT_EQ(RunText("/t " + matches +
+                      " def /p {pop dup type /savetype eq {restore} if 7} def "
+                      "save t /p load 500 string filenameforall")
+                  .stack,
               "7 7")
         << "the scratch string goes away";
     EXPECT_EQ(RunText(Quoted(dir.Path() + "/none*") + " {} 9 string filenameforall").stack, "");

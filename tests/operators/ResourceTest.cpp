@@ -114,9 +114,10 @@ TEST(ResourceOperatorsTest, CMapDefinition) {
                    "wcheck exch 0 get wcheck",
          "false false false"},
         {"a tail of more than 255 bytes is a stop",
-         CMAP_HEAD "{1 begincidrange 300 string dup dup length string copy dup 0 1 put 5 endcidrange} "
-                   "stopped exch pop .TempMaps 1 get length",
-         "x"},
+         CMAP_HEAD
+         "{1 begincidrange 300 string dup dup length string copy dup 0 1 put 5 endcidrange} stopped "
+         ".TempMaps 1 get length 2 array astore /r exch def clear r",
+         "[true 0]"},
         {"what the standard has beyond them is not defined", CMAP_HEAD "1 beginbfrange", "1",
          PSERR_UNDEFINED},
         {"a CMap that is kept",
@@ -136,9 +137,10 @@ TEST(ResourceOperatorsTest, ProcSetUnderForeignDefinitions) {
         {"a definition that fails", "/bind {nothing} def /CIDInit /ProcSet findresource type countdictstack",
          "/dicttype 3"},
         {"one that asks again",
-         "/def {pop pop /CIDInit /ProcSet findresource} bind def /CIDInit /ProcSet findresource type", "x"},
+         "/def {pop pop /CIDInit /ProcSet findresource} bind def /CIDInit /ProcSet findresource type",
+         "/dicttype"},
         {"one that opens dictionaries",
-         "/bind {5 dict begin} def /CIDInit /ProcSet findresource pop countdictstack", "x"},
+         "/bind {5 dict begin} def /CIDInit /ProcSet findresource pop countdictstack count", "3 1"},
     });
 }
 
