@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <set>
 
+#include "Text.h"
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -44,24 +46,24 @@ std::vector<std::string> PlanOutputs(const Options& options) {
     return outputs;
 }
 
-bool PrepareOutputs(const Options& options, const std::vector<std::string>& outputs, std::string& mistake) {
+std::optional<int> PrepareOutputs(const Options& options, const std::vector<std::string>& outputs) {
     std::error_code error;
     if (options.format != DrawingFormat::None && GoesToDirectory(options)) {
         fs::create_directories(options.output, error);
         if (error) {
-            mistake = "can't make the directory " + options.output + ": " + error.message();
-            return false;
+            Complain("can't make the directory " + options.output + ": " + error.message());
+            return kExitNotWhole;
         }
     }
     for (const std::string& output : outputs) {
         if (output.empty() || output == "-" || !fs::is_regular_file(output, error)) continue;
         for (const std::string& input : options.files) {
             if (!fs::equivalent(output, input, error) || error) continue;
-            mistake = "the drawing would replace its own input file " + input;
-            return false;
+            Complain("the drawing would replace its own input file " + input);
+            return kExitUsage;
         }
     }
-    return true;
+    return std::nullopt;
 }
 
 COutputFile::COutputFile(const std::string& path) {

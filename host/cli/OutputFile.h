@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,8 +15,8 @@
 std::vector<std::string> PlanOutputs(const Options& options);
 
 // Makes the directory that the outputs need, and refuses an output that is one of the input files. On failure
-// `mistake` says what is wrong.
-bool PrepareOutputs(const Options& options, const std::vector<std::string>& outputs, std::string& mistake);
+// it has said what is wrong on standard error and answers the exit status; otherwise it answers nothing.
+std::optional<int> PrepareOutputs(const Options& options, const std::vector<std::string>& outputs);
 
 // A file or standard output, written through a large buffer. Numbers are written without a locale.
 class COutputFile {

@@ -16,11 +16,7 @@ int main(int argc, char** argv) {
     Options options;
     if (const std::optional<int> status = ParseOptions(argc, argv, options)) return *status;
     const std::vector<std::string> outputs = PlanOutputs(options);
-    std::string mistake;
-    if (!PrepareOutputs(options, outputs, mistake)) {
-        Complain(mistake);
-        return kExitUsage;
-    }
+    if (const std::optional<int> status = PrepareOutputs(options, outputs)) return *status;
 
     CHostFrame frame(options);
     SetHostMainFrame(&frame);

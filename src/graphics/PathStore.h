@@ -15,14 +15,11 @@ enum PathLetter : std::uint16_t {
     PATH_CLOSE = 'c'   ///< the start of the subpath, to which a closing segment runs
 };
 
-#pragma pack(push, 2)
 /// One record.
 struct tagPLPoint {
     point_2d pt;        ///< host units
     std::uint16_t nOp;  ///< PathLetter
 };
-#pragma pack(pop)
-static_assert(sizeof(tagPLPoint) == 10);
 
 /// Most records of a path. Departure: what does not fit is dropped without an error.
 inline constexpr std::int32_t PATH_MAX_RECORDS = 10000;

@@ -221,8 +221,8 @@ class Json(CliTest):
 
 class Dialog(CliTest):
     def test_the_tolerance_is_what_the_dialog_takes(self):
-        for text, accepted in (("0.0001", 1e-4), ("5.0", 5), ("5", 5), ("0.25", 0.25), ("0.00009", None),
-                               ("5.001", None), ("-1", None), ("thin", None), ("", None), ("nan", None)):
+        refused = dict.fromkeys(("0.00009", "5.001", "-1", "thin", "", "nan"))
+        for text, accepted in {"0.0001": 1e-4, "5.0": 5, "5": 5, "0.25": 0.25, **refused}.items():
             with self.subTest(text=text):
                 run = self.run_it(self.file(LINE), "-t", text)
                 settings = run.json["settings"]
@@ -232,7 +232,7 @@ class Dialog(CliTest):
                 self.assertEqual(run.err == "", accepted is not None)
 
     def test_the_tolerance_and_the_check_box_reach_the_import(self):
-        body = "0 0 moveto 72 0 lineto 72 1 lineto 144 1 lineto stroke 0 0 moveto 9 9 lineto 0 9 lineto fill\n"
+        body = "0 0 moveto 72 0 lineto 72 1 lineto 144 1 lineto stroke 0 0 moveto 9 9 lineto 0 9 lineto fill"
         fine = self.import_json(body)["entities"]
         coarse = self.import_json(body, "--tolerance=1")["entities"]
         self.assertEqual((len(fine), len(coarse)), (2, 2))
@@ -245,7 +245,8 @@ class Dialog(CliTest):
 class Errors(CliTest):
     def test_what_cannot_be_opened(self):
         (self.dir / "folder.eps").mkdir()
-        for name, reason in (("missing.eps", "No such file"), ("folder.eps", "Is a directory"), ("/dev/null", "regular")):
+        for name, reason in (("missing.eps", "No such file"), ("folder.eps", "Is a directory"),
+                             ("/dev/null", "regular")):
             with self.subTest(name=name):
                 run = self.run_it(name)
                 self.assertEqual(run.status, 1)
@@ -311,11 +312,11 @@ class Limits(CliTest):
     @unittest.skipIf(SANITIZED, "the sanitizers reserve terabytes of address space")
     def test_memory_runs_out(self):
         for greedy in ("/a 0 array def 0 1 100000000 { /a [ a ] def 1000 array pop } for",
-                       "mark { 60000 string } loop", "0 0 moveto 0 { 1 add dup dup lineto } loop"):
+                       "mark { 60000 string } loop", "{ 0 0 moveto 72 72 lineto stroke } loop"):
             with self.subTest(greedy=greedy):
                 run = self.run_it(self.file(LINE + greedy), "--memory", "60", "--timeout", "100")
                 self.assertEqual(run.status, 1, run.err)
-                self.assertEqual(len(run.json["entities"]), 1)
+                self.assertGreaterEqual(len(run.json["entities"]), 1)
                 self.assertIn("memory", run.err)
 
     def test_programs_touch_no_files(self):
@@ -360,7 +361,8 @@ class InputFiles(CliTest):
         expected = self.import_json(text, head="")["entities"]
         plain = text.encode() + b"%%Trailer\n"
         preview = b"preview"
-        binary = struct.pack("<4sIIIIIIH", b"\xc5\xd0\xd3\xc6", 30, len(plain), 0, 0, 30 + len(plain), len(preview), 0xFFFF)
+        places = (30, len(plain), 0, 0, 30 + len(plain), len(preview))
+        binary = struct.pack("<4s6IH", b"\xc5\xd0\xd3\xc6", *places, 0xFFFF)
         for content in (plain.replace(b"\n", b"\r"), plain.replace(b"\n", b"\r\n"), plain.rstrip(b"\n"),
                         plain + b"%%EOF\nthis is no program )", binary + plain + preview):
             with self.subTest(content[:60]):
@@ -368,10 +370,16 @@ class InputFiles(CliTest):
 
 
 class Batch(CliTest):
+    def counts(self, folder):
+        """How many entities stand in each drawing of a folder."""
+        drawings = (self.dir / folder).iterdir()
+        return {path.name: len(json.loads(path.read_bytes())["entities"]) for path in drawings}
+
     def test_drawings_do_not_depend_on_the_jobs(self):
         names = []
         for i in range(7):
-            names.append(self.file(CURVE * (i + 1) + ("(a) 1 add" if i == 3 else ""), f"drawing{i}.eps").name)
+            fault = "(a) 1 add" if i == 3 else ""
+            names.append(self.file(CURVE * (i + 1) + fault, f"drawing{i}.eps").name)
         errors = set()
         for kind in ("json", "svg", "dxf"):
             for jobs in (1, 2, 7):
@@ -392,16 +400,15 @@ class Batch(CliTest):
         self.file(LINE * 4, "same-2.eps")
         run = self.run_it("a/same.eps", "b/same.eps", "same-2.eps", "c/same.eps", "-o", "deep/out")
         self.assertEqual(run.status, 0, run.err)
-        counts = {path.name: len(json.loads(path.read_bytes())["entities"]) for path in (self.dir / "deep/out").iterdir()}
-        self.assertEqual(counts, {"same.json": 1, "same-2.json": 2, "same-2-2.json": 4, "same-3.json": 3})
+        self.assertEqual(self.counts("deep/out"),
+                         {"same.json": 1, "same-2.json": 2, "same-2-2.json": 4, "same-3.json": 3})
 
     def test_one_bad_file_spoils_no_other(self):
         self.file(LINE)
         self.file(Limits.ENDLESS, "endless.eps")
         run = self.run_it("missing.eps", "endless.eps", "drawing.eps", "-o", "out", "--timeout", "1", "-j", "3")
         self.assertEqual(run.status, 1)
-        counts = {path.name: len(json.loads(path.read_bytes())["entities"]) for path in (self.dir / "out").iterdir()}
-        self.assertEqual(counts, {"missing.json": 0, "endless.json": 1, "drawing.json": 1})
+        self.assertEqual(self.counts("out"), {"missing.json": 0, "endless.json": 1, "drawing.json": 1})
 
     def test_an_import_that_dies_is_told(self):
         self.file(Limits.ENDLESS, "endless.eps")
@@ -423,7 +430,8 @@ class Svg(CliTest):
     SPACE = "{http://www.w3.org/2000/svg}"
 
     def test_the_picture(self):
-        body = "0 1 0 setrgbcolor 72 144 moveto 144 144 lineto 144 216 lineto closepath stroke 0 0 1 setrgbcolor\n" + CURVE
+        triangle = "0 1 0 setrgbcolor 72 144 moveto 144 144 lineto 144 216 lineto closepath stroke\n"
+        body = triangle + "0 0 1 setrgbcolor " + CURVE
         svg = self.run_it(self.file(body), "-f", "svg").out
         root = ElementTree.fromstring(svg)
         x, y, width, height = map(float, root.get("viewBox").split())
@@ -448,7 +456,8 @@ class Svg(CliTest):
             with self.subTest(eps.name):
                 run = self.run_it(eps, "-o", "out.svg")
                 self.assertEqual((run.status, run.err), (0, ""))
-                render = subprocess.run(["rsvg-convert", "--width", "200", "out.svg"], cwd=self.dir, capture_output=True)
+                command = ["rsvg-convert", "--width", "200", "out.svg"]
+                render = subprocess.run(command, cwd=self.dir, capture_output=True)
                 self.assertEqual((render.returncode, render.stderr), (0, b""))
                 self.assertTrue(render.stdout.startswith(b"\x89PNG"))
 
@@ -532,6 +541,18 @@ class Dxf(CliTest):
 
     def test_an_empty_drawing(self):
         self.assertEqual(len(self.convert(self.file("")).modelspace()), 0)
+
+
+class Readme(CliTest):
+    @unittest.skipIf(SANITIZED, "one of the commands limits the memory")
+    def test_its_commands_work(self):
+        shutil.copytree(EXAMPLES, self.dir / "examples")
+        commands = re.findall(r"\./epsimport ([^`\n]+)", (EXAMPLES.parent / "README.md").read_text())
+        self.assertGreaterEqual(len(commands), 3)
+        for command in commands:
+            with self.subTest(command):
+                run = self.run_it(*command.split())
+                self.assertEqual((run.status, run.err), (0, ""))
 
 
 class Installed(CliTest):

@@ -1,9 +1,13 @@
 // Every operator of the start-up table with too few, foreign and random operands: whatever the answer, it is an orderly
 // one. Operators that are added to the table are walked, too.
-#include <random>
+#include <gtest/gtest.h>
 
+#include <random>
+#include <string>
+
+#include "interp/FilterEPS.h"
 #include "interp/OperatorNames.h"
-#include "support/Program.h"
+#include "support/TestFrame.h"
 
 namespace {
 
@@ -26,29 +30,43 @@ std::string Make(const char* object) {
     return text;
 }
 
-bool IsOrderly(const RunResult& result) {
-    return result.error >= PSERR_NONE && result.error <= PSERR_UNSUPPORTED && result.gstateDepth >= 1 && result.dictDepth >= 3;
-}
+/// A machine that many programs run in, one behind the other: what one leaves, the next has to live with.
+class Walk {
+public:
+    Walk() { m_Machine.m_pGroup = &m_Group; }
+    ~Walk() { m_Group.DeleteChildren(); }
+    void Run(const std::string& program) {
+        SCOPED_TRACE(program);
+        m_Machine.m_OperandStack.Clear();
+        m_Machine.m_nError = PSERR_NONE;
+        const int result = m_Machine.ScanBuffer(program);
+        EXPECT_TRUE(result == 1 || result == -1);
+        EXPECT_GE(m_Machine.m_nError, PSERR_NONE);
+        EXPECT_LE(m_Machine.m_nError, PSERR_UNSUPPORTED);
+        EXPECT_GE(m_Machine.m_GStateStack.GetCount(), 1);
+        EXPECT_GE(m_Machine.m_DictStack.GetCount(), 3);
+        EXPECT_NE(m_Machine.GetCurrentGState(), nullptr);
+    }
+
+private:
+    TestFrame m_Frame;
+    CEntGroup m_Group;
+    CFilterEPS m_Machine{5};
+};
 
 /// Operators that would never come back with these operands are run inside something that ends them.
 std::string Call(const std::string& name) { return name == "loop" ? "pop {exit} loop" : name; }
 
 TEST(OperatorWalkTest, EmptyStack) {
-    for (const char* name : g_OperatorNames) {
-        SCOPED_TRACE(name);
-        EXPECT_TRUE(IsOrderly(RunText(Call(name))));
-    }
+    for (const char* name : g_OperatorNames) Walk().Run(Call(name));
 }
 
 TEST(OperatorWalkTest, EachTypeInEachPlace) {
     for (const char* name : g_OperatorNames) {
+        Walk walk;
         for (const char* object : OBJECTS) {
-            for (int above = 0; above < 4; ++above) {
-                std::string program = Make(object) + " ";
-                for (int i = 0; i < above; ++i) program += "1 ";
-                SCOPED_TRACE(program + name);
-                EXPECT_TRUE(IsOrderly(RunText(program + Call(name))));
-            }
+            std::string above;
+            for (int place = 0; place < 6; ++place, above += "1 ") walk.Run(Make(object) + " " + above + Call(name));
         }
     }
 }
@@ -56,11 +74,11 @@ TEST(OperatorWalkTest, EachTypeInEachPlace) {
 TEST(OperatorWalkTest, RandomStacks) {
     std::mt19937 random(20261122);
     for (const char* name : g_OperatorNames) {
+        Walk walk;
         for (int round = 0; round < 20; ++round) {
             std::string program;
             for (auto n = random() % 12; n > 0; --n) program += Make(OBJECTS[random() % std::size(OBJECTS)]) + " ";
-            SCOPED_TRACE(program + name);
-            EXPECT_TRUE(IsOrderly(RunText(program + Call(name))));
+            walk.Run(program + Call(name));
         }
     }
 }

@@ -2,6 +2,7 @@
 #include "objects/File.h"
 
 #include "support/Program.h"
+#include "support/TestFrame.h"
 
 namespace {
 
@@ -100,6 +101,7 @@ TEST(FileTest, Zeros) {
 }
 
 TEST(FileTest, StreamsAndOddNames) {
+    const TestFrame frame;  // whose leave programs have to touch files
     const TempFile temp("ab");
     CFileBody file(temp.Path().c_str(), "r");
     unsigned c = 0;
