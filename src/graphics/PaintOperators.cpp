@@ -41,28 +41,28 @@ void CFilterEPS::PaintPath() {
     const double mergeTolerance = m_fMergeTolerance * scale;
     const double closeTolerance = m_fCloseTolerance * scale;
     point_2d last;
-    const auto lineTo = [&](point_2d point) {
-        const point_2d points[2] = {last, point};
+    const auto lineTo = [&](point_2d end) {
+        const point_2d points[2] = {last, end};
         AddLines(points, 2);
-        last = point;
+        last = end;
     };
     for (std::int32_t i = 0; i < count; ++i) {
-        const tagPLPoint& record = path.At(i);
-        switch (record.nOp) {
+        const point_2d point = path.At(i).pt;
+        switch (path.At(i).nOp) {
             case PATH_MOVE:
                 if (i > 0) EndPLine();
                 BeginPLine();
-                last = record.pt;
+                last = point;
                 break;
             case PATH_LINE:
                 // A run of tiny segments is measured from the last point kept.
-                if (!(mergeTolerance > last.DistFrom(record.pt))) lineTo(record.pt);
+                if (!(mergeTolerance > last.DistFrom(point))) lineTo(point);
                 break;
             case PATH_CLOSE:
-                if (last.DistFrom(record.pt) > closeTolerance) lineTo(record.pt);
+                if (last.DistFrom(point) > closeTolerance) lineTo(point);
                 break;
             case PATH_CURVE: {
-                const point_2d points[4] = {last, record.pt, path.At(i + 1).pt, path.At(i + 2).pt};
+                const point_2d points[4] = {last, point, path.At(i + 1).pt, path.At(i + 2).pt};
                 AddBezier(points, 4);
                 last = points[3];
                 i += 2;

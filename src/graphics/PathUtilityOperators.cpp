@@ -117,9 +117,10 @@ int OpPathForAll(CFilterEPS& m) {
             run = curve.get();
             i += 2;
         } else if (record.nOp != PATH_CLOSE) {
-            m.HostToUser(1, &record.pt);
-            m.PushReal(record.pt.x);
-            m.PushReal(record.pt.y);
+            point_2d point = record.pt;
+            m.HostToUser(1, &point);
+            m.PushReal(point.x);
+            m.PushReal(point.y);
             run = record.nOp == PATH_MOVE ? move.get() : line.get();
         }
         if (m.ExecuteProcedure(run) != 1) return -1;

@@ -1,13 +1,6 @@
 // The walks and splices of the element stack.
 #include "interp/ElementStack.h"
 
-CElement* CElementStack::AtFromTop(int i) const noexcept {
-    if (i > m_nTop) return nullptr;
-    CElement* p = m_pTail;
-    for (; i > 0; --i) p = p->m_pPrev;
-    return p;
-}
-
 CElement* CElementStack::AtFromBottom(int i) const noexcept {
     if (i > m_nTop) return nullptr;
     CElement* p = m_pHead;

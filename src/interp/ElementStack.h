@@ -35,7 +35,12 @@ public:
     [[nodiscard]] CElement* Top() const noexcept { return m_pTail; }
     [[nodiscard]] CElement* Bottom() const noexcept { return m_pHead; }
     /// The element i places below the top; below 1 the top, beyond the bottom null. The cost grows with i.
-    [[nodiscard]] CElement* AtFromTop(int i) const noexcept;
+    [[nodiscard]] CElement* AtFromTop(int i) const noexcept {
+        if (i > m_nTop) return nullptr;
+        CElement* p = m_pTail;
+        for (; i > 0; --i) p = p->m_pPrev;
+        return p;
+    }
     /// The element i places above the bottom, with the same bounds.
     [[nodiscard]] CElement* AtFromBottom(int i) const noexcept;
     [[nodiscard]] int GetCount() const noexcept { return m_nTop + 1; }

@@ -26,8 +26,8 @@ private:
 };
 
 bool CFilterEPS::PollHost() {
+    if (m_bUserBreak) return true;  // and so at every step from now on
     m_nUntilPoll = POLL_INTERVAL;
-    if (m_bUserBreak) return true;
     tagImportProgress progress{};
     if (m_pCurrentFile) {
         m_pCurrentFile->GetPosition(progress.nBytesRead);
@@ -35,6 +35,7 @@ bool CFilterEPS::PollHost() {
     }
     progress.nEntities = m_pGroup ? m_pGroup->GetChildCount() : 0;
     m_bUserBreak = glbf_GetMainFrame()->OnProgress(progress);
+    if (m_bUserBreak) m_nUntilPoll = 0;
     return m_bUserBreak;
 }
 

@@ -135,7 +135,7 @@ int CFilterEPS::PushImmediate(std::string_view text) {
 int CFilterEPS::ScanToken(const CStringElement& source, ElementPtr& object, std::int32_t& consumed) {
     object = nullptr;
     consumed = 0;
-    const std::string text = source.GetText();
+    const std::string_view text = source.Bytes();  // nothing runs that could change them
     if (text.empty()) return 0;
     CLexer<CTextSource, TokenRules> lexer{CTextSource(text)};
     switch (lexer.Next()) {

@@ -28,9 +28,7 @@ std::uint32_t BucketHash(std::string_view text) {
 class NameTable {
 public:
     const CName* Intern(std::string_view text) {
-        if (const void* zero = std::memchr(text.data(), 0, text.size())) {
-            text = text.substr(0, static_cast<size_t>(static_cast<const char*>(zero) - text.data()));
-        }
+        text = text.substr(0, text.find('\0'));
         if (m_Slots.empty()) m_Slots.resize(FIRST_SLOTS);
         const std::uint32_t hash = MixedHash(text);
         size_t slot = SlotOf(hash);

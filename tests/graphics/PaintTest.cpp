@@ -139,7 +139,8 @@ TEST(PaintTest, RectanglesAreRoundedOnce) {
     machine.AddRectPath(30, 0, 72, 72);
     tagPLPoint record;
     ASSERT_EQ(machine.GetCurrentGState()->GetPathRecord(0, record), 1);
-    EXPECT_EQ(record.pt.x, 0x1.a75556p+8f) << "moveto makes 0x1.a75554p+8 of 30, by way of millimetres";
+    const point_2d corner = record.pt;
+    EXPECT_EQ(corner.x, 0x1.a75556p+8f) << "moveto makes 0x1.a75554p+8 of 30, by way of millimetres";
 }
 
 TEST(PaintTest, UserPaths) {

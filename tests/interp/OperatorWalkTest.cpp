@@ -33,7 +33,10 @@ std::string Make(const char* object) {
 /// A machine that many programs run in, one behind the other: what one leaves, the next has to live with.
 class Walk {
 public:
-    Walk() { m_Machine.m_pGroup = &m_Group; }
+    Walk() {
+        m_Frame.m_bAllowsFiles = false;
+        m_Machine.m_pGroup = &m_Group;
+    }
     ~Walk() { m_Group.DeleteChildren(); }
     void Run(const std::string& program) {
         SCOPED_TRACE(program);

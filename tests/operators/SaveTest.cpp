@@ -30,6 +30,10 @@ TEST(SaveTest, WhatComesBack) {
          "2.0"},
         {"departure: grestore pops past it",
          "1 setlinewidth save 2 setlinewidth grestore 3 setlinewidth restore currentlinewidth", "3.0"},
+        {"what a state of an outer level gives of itself stays with it",
+         "<< /A 1 >> setfont [1 2] 0 setdash gsave save grestore currentfont /A known currentdash pop length "
+         "3 -1 roll restore currentfont /A known currentdash pop length",
+         "true 2 true 2"},
         {"departure: an outer save after an inner one", "/a 1 def save /a 2 def save exch restore restore a",
          "1"},
         {"departure: the same save twice", "/a 1 def save dup restore /a 2 def restore a", "2"},
