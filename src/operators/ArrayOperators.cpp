@@ -9,6 +9,7 @@
 
 #include "interp/Keys.h"
 #include "interp/Operands.h"
+#include "operators/ControlOperators.h"
 
 void CopyElements(const CArrayElement& source, CArrayElement& target, std::int32_t at) {
     const auto start = [](const CArrayElement& array) { return array.m_bView ? array.m_nStart : 0; };
@@ -240,38 +241,32 @@ int OpAload(CFilterEPS& m) {
     return 1;
 }
 
-/// A pass of forall: 1 to go on, 0 when `exit` or `stop` ended the loop, -1 when the procedure failed.
-int RunPass(CFilterEPS& m, const CArrayElement& procedure) {
-    if (m.ExecuteProcedure(&procedure) != 1) return -1;
-    return CFilterEPS::TakeLoopFlags() ? 0 : 1;
-}
-
 // The walks over the three kinds of objects ask for length and body anew at each pass, since the procedure
-// may have taken the body away by a `restore`. They answer as RunPass.
+// may have taken the body away by a `restore`. They answer as the last pass did.
 
-int ForAllElements(CFilterEPS& m, const CArrayElement& array, const CArrayElement& procedure) {
-    int going = 1;
-    for (std::int32_t i = 0; going == 1 && i < array.GetLength(); ++i) {
+LoopPass ForAllElements(CFilterEPS& m, const CArrayElement& array, const CArrayElement& procedure) {
+    LoopPass pass = LoopPass::goOn;
+    for (std::int32_t i = 0; pass == LoopPass::goOn && i < array.GetLength(); ++i) {
         const CElement* element = array.GetAt(i);
         if (!element) break;
         m.Push(element->Clone());
-        going = RunPass(m, procedure);
+        pass = RunLoopPass(m, procedure);
     }
-    return going;
+    return pass;
 }
 
-int ForAllBytes(CFilterEPS& m, const CStringElement& string, const CArrayElement& procedure) {
-    int going = 1;
-    for (std::int32_t i = 0; going == 1 && i < string.GetLength(); ++i) {
+LoopPass ForAllBytes(CFilterEPS& m, const CStringElement& string, const CArrayElement& procedure) {
+    LoopPass pass = LoopPass::goOn;
+    for (std::int32_t i = 0; pass == LoopPass::goOn && i < string.GetLength(); ++i) {
         m.PushInt(string.GetAt(i));
-        going = RunPass(m, procedure);
+        pass = RunLoopPass(m, procedure);
     }
-    return going;
+    return pass;
 }
 
 /// Visits the entries that the dictionary has at the start and that are still there when their turn comes.
 /// The keys are noted down first, since the procedure may define and undefine as it likes.
-int ForAllEntries(CFilterEPS& m, const CDictionary& dict, const CArrayElement& procedure) {
+LoopPass ForAllEntries(CFilterEPS& m, const CDictionary& dict, const CArrayElement& procedure) {
     std::vector<const CName*> names;
     std::vector<ElementPtr> others;
     names.reserve(static_cast<size_t>(dict.GetNameCount()));
@@ -282,24 +277,24 @@ int ForAllEntries(CFilterEPS& m, const CDictionary& dict, const CArrayElement& p
         others.push_back(node->GetKey()->Clone());
     }
 
-    int going = 1;
-    for (auto name = names.begin(); going == 1 && name != names.end(); ++name) {
+    LoopPass pass = LoopPass::goOn;
+    for (auto name = names.begin(); pass == LoopPass::goOn && name != names.end(); ++name) {
         const CElement* value = dict.GetValue(*name);
         if (!value) continue;
         m.Push(MakeElement<CSimpElement>(*name));
         m.Push(value->Clone());
-        going = RunPass(m, procedure);
+        pass = RunLoopPass(m, procedure);
     }
-    for (auto key = others.begin(); going == 1 && key != others.end(); ++key) {
+    for (auto key = others.begin(); pass == LoopPass::goOn && key != others.end(); ++key) {
         CDictNode2* node = dict.FindOther(key->get());
         const CElement* value = node ? node->GetValue() : nullptr;
         if (!value) continue;
         ElementPtr copy = value->Clone();
         m.Push(std::move(*key));
         m.Push(std::move(copy));
-        going = RunPass(m, procedure);
+        pass = RunLoopPass(m, procedure);
     }
-    return going;
+    return pass;
 }
 
 // array proc  forall  -                      STACKUNDERFLOW TYPECHECK
@@ -313,15 +308,15 @@ int OpForall(CFilterEPS& m) {
     if (!in) return -1;
     const auto procedure = Take<CArrayElement>(m);
     const ElementPtr object = m.Pop();
-    int going = 0;
+    LoopPass pass = LoopPass::goOn;
     if (const auto* array = As<CArrayElement>(object.get())) {
-        going = ForAllElements(m, *array, *procedure);
+        pass = ForAllElements(m, *array, *procedure);
     } else if (const auto* string = As<CStringElement>(object.get())) {
-        going = ForAllBytes(m, *string, *procedure);
+        pass = ForAllBytes(m, *string, *procedure);
     } else {
-        going = ForAllEntries(m, static_cast<const CDictionary&>(*object), *procedure);
+        pass = ForAllEntries(m, static_cast<const CDictionary&>(*object), *procedure);
     }
-    return going < 0 ? -1 : 1;
+    return pass == LoopPass::failed ? -1 : 1;
 }
 
 constexpr OpRow kCoreRows[] = {{"[", OpBeginArray},
