@@ -34,7 +34,8 @@ bool CFilterEPS::PollHost() {
         m_pCurrentFile->GetLimit(progress.nBytesTotal);
     }
     progress.nEntities = m_pGroup ? m_pGroup->GetChildCount() : 0;
-    m_bUserBreak = glbf_GetMainFrame()->OnProgress(progress);
+    CFrameWnd* frame = glbf_GetMainFrame();
+    m_bUserBreak = frame && frame->OnProgress(progress);
     if (m_bUserBreak) m_nUntilPoll = 0;
     return m_bUserBreak;
 }

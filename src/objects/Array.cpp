@@ -7,6 +7,10 @@ namespace {
 
 constexpr int MAX_COPY_DEPTH = 100;
 int g_nCopyDepth = 0;
+/// Elements of one deep copy behind which nested arrays are shared: arrays that stand in each other twice, level by
+/// level, would fill any machine.
+constexpr std::int64_t MAX_COPIED_ELEMENTS = 1 << 20;
+std::int64_t g_nCopiedElements = 0;
 
 /// Body index of index i of a view that starts at start, or -1 when it lies outside the body.
 std::int64_t BodyIndex(std::int64_t i, std::int64_t start, size_t size) {
@@ -86,12 +90,14 @@ ElementPtr CArrayElement::Clone() const { return CloneArray(); }
 
 ElementPtr CArrayElement::DeepCopy() const {
     if (!GetBody()) return nullptr;
-    if (g_nCopyDepth >= MAX_COPY_DEPTH) return Clone();
+    if (g_nCopyDepth == 0) g_nCopiedElements = 0;
+    if (g_nCopyDepth >= MAX_COPY_DEPTH || g_nCopiedElements > MAX_COPIED_ELEMENTS) return Clone();
     struct DepthScope {
         DepthScope() { ++g_nCopyDepth; }
         ~DepthScope() { --g_nCopyDepth; }
     } scope;
     const std::int32_t length = GetLength();
+    g_nCopiedElements += length;
     std::vector<ElementPtr> elements;
     elements.reserve(static_cast<size_t>(length));
     for (std::int32_t i = 0; i < length; ++i) {

@@ -43,6 +43,8 @@ TEST(DictionaryTest, SaveLevels) {
         {"global dictionaries do not take part", "true setglobal 1 dict false setglobal dup /a 1 put save 1 index /a 2 put restore /a get", "2"},
         {"element keys take part", "<< >> begin 1 (a) def save 1 (b) def 2 (c) def restore 1 load currentdict length", "(a) 1"},
         {"three levels", "/a 1 def save /a 2 def save /a 3 def save /a 4 def a exch restore a 3 -1 roll restore a 4 -1 roll restore a", "4 3 2 1"},
+        {"an array that contains itself twice is copied within bounds",
+         "/a [0 0] def a 0 a put a 1 a put save pop a length", "2"},
         {"many keys of one level go at once",
          "2000 dict begin 0 1 499 {20 string cvs cvn 1 def} for save 500 1 999 {20 string cvs cvn 1 def} for restore currentdict length", "500"},
     });
