@@ -79,11 +79,10 @@ void Importing(benchmark::State& state, Program (*make)(int)) {
     const Program program = make(static_cast<int>(state.range(0)));
     const CTemporaryFile file(program.text);
     const Answer answer = Import(file.Path());
-    if (answer.error != PSERR_NONE || answer.entities != program.entities ||
-        answer.sections != program.sections) {
+    if (answer.error != PSERR_NONE || answer.entities != program.entities || answer.sections != program.sections) {
         const std::string wrong = "wrong answer: error " + std::to_string(answer.error) + ", " +
-                                  std::to_string(answer.entities) + " entities, " +
-                                  std::to_string(answer.sections) + " sections";
+                                  std::to_string(answer.entities) + " entities, " + std::to_string(answer.sections) +
+                                  " sections";
         state.SkipWithError(wrong.c_str());
         return;
     }

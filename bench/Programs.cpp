@@ -26,8 +26,7 @@ Program PathHeavy(int size) {
             ++program.entities;
         }
         if (i % 4 == 3)
-            Append(program.text, "%.3f %.3f %.3f %.3f %.3f %.3f curveto\n", x, y + 1.5, x + 2.5, y, x + 9.75,
-                   y + 4.5);
+            Append(program.text, "%.3f %.3f %.3f %.3f %.3f %.3f curveto\n", x, y + 1.5, x + 2.5, y, x + 9.75, y + 4.5);
         else
             Append(program.text, "%.3f %.3f lineto\n", x + 0.375, y + 20.5);
         ++program.sections;
@@ -47,8 +46,7 @@ Program BoundProcedures(int size) {
 
 Program Arithmetic(int size) {
     Program program{kHead, 1, 1, size};
-    Append(program.text,
-           "0 1 1 %d { dup 2 mod 0 eq { 3 mul 7 add } { 2 sub } ifelse 10007 mod add 30011 mod } for\n",
+    Append(program.text, "0 1 1 %d { dup 2 mod 0 eq { 3 mul 7 add } { 2 sub } ifelse 10007 mod add 30011 mod } for\n",
            size);
     program.text += "pop 0 0 moveto 100 100 lineto stroke\n";
     return program;

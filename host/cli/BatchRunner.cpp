@@ -61,8 +61,7 @@ public:
     int Run() {
         while (m_nNext < m_nFiles || !m_Running.empty()) {
             if (InterruptRequested()) PassInterruptOn();
-            while (!m_bInterrupted && m_nNext < m_nFiles && m_Running.size() < m_Options.jobs)
-                Start(m_nNext++);
+            while (!m_bInterrupted && m_nNext < m_nFiles && m_Running.size() < m_Options.jobs) Start(m_nNext++);
             if (m_Running.empty()) break;
             WaitForNews();
             if (m_Progress.IsDue()) ShowProgress();
@@ -102,8 +101,8 @@ private:
     }
 
     void Fail(std::size_t index, const char* reason) {
-        m_Texts[index] += "epsimport: " + ForTerminal(m_Options.files[index]) +
-                          ": no process for the import: " + reason + "\n";
+        m_Texts[index] +=
+            "epsimport: " + ForTerminal(m_Options.files[index]) + ": no process for the import: " + reason + "\n";
         m_nStatus = kExitNotWhole;
         m_Done[index] = true;
         ++m_nDone;
@@ -140,8 +139,8 @@ private:
         }
         if (WIFSIGNALED(status)) {
             m_Texts[import.index] += "epsimport: " + ForTerminal(m_Options.files[import.index]) +
-                                     ": the import was killed by signal " + std::to_string(WTERMSIG(status)) +
-                                     " (" + ::strsignal(WTERMSIG(status)) + ") and gave no drawing\n";
+                                     ": the import was killed by signal " + std::to_string(WTERMSIG(status)) + " (" +
+                                     ::strsignal(WTERMSIG(status)) + ") and gave no drawing\n";
         }
         if (!WIFEXITED(status) || WEXITSTATUS(status) != kExitDone) m_nStatus = kExitNotWhole;
         m_Done[import.index] = true;
@@ -193,6 +192,4 @@ private:
 
 }  // namespace
 
-int RunBatch(const Options& options, const ImportFunction& importFile) {
-    return CBatch(options, importFile).Run();
-}
+int RunBatch(const Options& options, const ImportFunction& importFile) { return CBatch(options, importFile).Run(); }

@@ -16,16 +16,11 @@ struct NamedColor {
 };
 
 constexpr NamedColor kNamed[] = {
-    {"black", 0, 0, 0},        {"white", 255, 255, 255},
-    {"gray", 128, 128, 128},   {"light-gray", 192, 192, 192},
-    {"dark-gray", 64, 64, 64}, {"red", 255, 0, 0},
-    {"dark-red", 128, 0, 0},   {"orange", 255, 128, 0},
-    {"brown", 128, 64, 0},     {"yellow", 255, 255, 0},
-    {"olive", 128, 128, 0},    {"green", 0, 255, 0},
-    {"dark-green", 0, 128, 0}, {"cyan", 0, 255, 255},
-    {"teal", 0, 128, 128},     {"sky-blue", 0, 128, 255},
-    {"blue", 0, 0, 255},       {"dark-blue", 0, 0, 128},
-    {"violet", 128, 0, 255},   {"purple", 128, 0, 128},
+    {"black", 0, 0, 0},        {"white", 255, 255, 255}, {"gray", 128, 128, 128}, {"light-gray", 192, 192, 192},
+    {"dark-gray", 64, 64, 64}, {"red", 255, 0, 0},       {"dark-red", 128, 0, 0}, {"orange", 255, 128, 0},
+    {"brown", 128, 64, 0},     {"yellow", 255, 255, 0},  {"olive", 128, 128, 0},  {"green", 0, 255, 0},
+    {"dark-green", 0, 128, 0}, {"cyan", 0, 255, 255},    {"teal", 0, 128, 128},   {"sky-blue", 0, 128, 255},
+    {"blue", 0, 0, 255},       {"dark-blue", 0, 0, 128}, {"violet", 128, 0, 255}, {"purple", 128, 0, 128},
     {"magenta", 255, 0, 255},  {"pink", 255, 128, 192},
 };
 

@@ -7,9 +7,7 @@
 #include <set>
 #include <span>
 
-CDrawingWriter::CDrawingWriter(std::optional<double> flatness) : m_Flatness(flatness) {
-    m_nOutFlags = OUT_BEZIER;
-}
+CDrawingWriter::CDrawingWriter(std::optional<double> flatness) : m_Flatness(flatness) { m_nOutFlags = OUT_BEZIER; }
 
 Survey CDrawingWriter::Measure(const Drawing& drawing) {
     Survey survey;
@@ -24,8 +22,7 @@ Survey CDrawingWriter::Measure(const Drawing& drawing) {
             survey.box.Add(figure);
             ++survey.figures;
             if (seen.insert(figure.color).second) survey.colors.push_back(figure.color);
-            const auto curves =
-                std::count(figure.segments.begin(), figure.segments.end(), SegmentKind::Curve);
+            const auto curves = std::count(figure.segments.begin(), figure.segments.end(), SegmentKind::Curve);
             survey.curves += static_cast<std::size_t>(curves);
             survey.lines += figure.segments.size() - static_cast<std::size_t>(curves);
         }
@@ -49,8 +46,7 @@ bool CDrawingWriter::TakeFigures(const CEntity& entity) {
     m_bChain = false;
     m_bFinite = true;
     WriteEntity(&entity);
-    const bool closed =
-        entity.GetKind() == ENT_PLINE && static_cast<const CEntPLine&>(entity).m_Sections.IsClosed();
+    const bool closed = entity.GetKind() == ENT_PLINE && static_cast<const CEntPLine&>(entity).m_Sections.IsClosed();
     for (Figure& figure : std::span(m_Figures).first(m_nFigures)) {
         figure.color = entity.m_nColor & 0xFFFFFF;
         figure.closed = closed;
@@ -125,7 +121,6 @@ int CDrawingWriter::OutBezier(const point_2d* points, int count) {
     Figure& figure = FigureAt(points[0]);
     for (const point_2d& point : std::span(points, static_cast<std::size_t>(count)).subspan(1))
         figure.points.push_back(ToPoint(point));
-    figure.segments.insert(figure.segments.end(), static_cast<std::size_t>(count - 1) / 3,
-                           SegmentKind::Curve);
+    figure.segments.insert(figure.segments.end(), static_cast<std::size_t>(count - 1) / 3, SegmentKind::Curve);
     return 1;
 }

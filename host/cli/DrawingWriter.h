@@ -55,7 +55,6 @@ private:
     bool m_bFinite = true;
     bool m_bChain = false;  // the current figure takes further sections
     std::vector<Figure> m_Figures;
-    std::size_t m_nFigures =
-        0;  // how many of m_Figures are in use; the rest keeps its memory for later entities
+    std::size_t m_nFigures = 0;    // how many of m_Figures are in use; the rest keeps its memory for later entities
     std::vector<point_2d> m_Flat;  // scratch
 };

@@ -29,8 +29,7 @@ void CDxfStream::dxfReal(int code, double value) const {
     if (m_Record == "*Active" && !m_Box.IsEmpty()) {
         if (code == kCentreX) value = (m_Box.Min().x + m_Box.Max().x) / 2;
         if (code == kCentreY) value = (m_Box.Min().y + m_Box.Max().y) / 2;
-        if (code == kViewHeight)
-            value = std::max({m_Box.Height(), m_Box.Width() / kViewAspect, 1.0}) * kViewMargin;
+        if (code == kViewHeight) value = std::max({m_Box.Height(), m_Box.Width() / kViewAspect, 1.0}) * kViewMargin;
         if (code == kAspect) value = kViewAspect;
     }
     WriteCode(code);

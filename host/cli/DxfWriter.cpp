@@ -69,14 +69,12 @@ void CDxfWriter::WriteTables(const Survey& survey) {
     stream.tableEnd();
 
     stream.tableLayers(static_cast<int>(survey.colors.size()) + 1);
-    m_Dxf.writeLayer(stream, DL_LayerData("0", 0),
-                     DL_Attributes("", 7, kNoTrueColor, kDefaultWeight, "CONTINUOUS"));
+    m_Dxf.writeLayer(stream, DL_LayerData("0", 0), DL_Attributes("", 7, kNoTrueColor, kDefaultWeight, "CONTINUOUS"));
     for (const std::uint32_t color : survey.colors) {
         const std::string& name = m_Layers[color] = ColorName(color);
         const auto trueColor = static_cast<int>(Red(color) << 16 | Green(color) << 8 | Blue(color));
-        m_Dxf.writeLayer(
-            stream, DL_LayerData(name, 0),
-            DL_Attributes("", NearestColorIndex(color), trueColor, kDefaultWeight, "CONTINUOUS"));
+        m_Dxf.writeLayer(stream, DL_LayerData(name, 0),
+                         DL_Attributes("", NearestColorIndex(color), trueColor, kDefaultWeight, "CONTINUOUS"));
     }
     stream.tableEnd();
 
@@ -107,8 +105,7 @@ void CDxfWriter::WriteBlocks() {
 void CDxfWriter::WriteFigure(const Figure& figure) {
     const DL_Attributes attributes(m_Layers[figure.color], kByLayer, kNoTrueColor, kByLayerWeight, "BYLAYER");
     if (figure.segments.empty())
-        m_Dxf.writePoint(*m_pStream, DL_PointData(figure.points.front().x, figure.points.front().y, 0.0),
-                         attributes);
+        m_Dxf.writePoint(*m_pStream, DL_PointData(figure.points.front().x, figure.points.front().y, 0.0), attributes);
     else if (figure.IsPolyline())
         WritePolyline(figure, attributes);
     else
@@ -118,12 +115,10 @@ void CDxfWriter::WriteFigure(const Figure& figure) {
 void CDxfWriter::WritePolyline(const Figure& figure, const DL_Attributes& attributes) {
     // The closed flag draws the last line itself.
     std::span<const Point> points(figure.points);
-    if (figure.closed && points.size() > 2 && points.back() == points.front())
-        points = points.first(points.size() - 1);
+    if (figure.closed && points.size() > 2 && points.back() == points.front()) points = points.first(points.size() - 1);
 
     const int flags = figure.closed ? kPolylineClosed : 0;
-    m_Dxf.writePolyline(*m_pStream, DL_PolylineData(static_cast<int>(points.size()), 0, 0, flags),
-                        attributes);
+    m_Dxf.writePolyline(*m_pStream, DL_PolylineData(static_cast<int>(points.size()), 0, 0, flags), attributes);
     for (const Point& point : points) m_Dxf.writeVertex(*m_pStream, DL_VertexData(point.x, point.y, 0.0));
     m_Dxf.writePolylineEnd(*m_pStream);
 }
@@ -152,8 +147,7 @@ void CDxfWriter::WriteSpline(const Figure& figure, const DL_Attributes& attribut
     const auto controls = static_cast<int>(m_Points.size());
     const int pieces = (controls - 1) / kDegree;
     const int flags = kSplinePlanar | (figure.closed ? kSplineClosed : 0);
-    m_Dxf.writeSpline(*m_pStream, DL_SplineData(kDegree, controls + kDegree + 1, controls, 0, flags),
-                      attributes);
+    m_Dxf.writeSpline(*m_pStream, DL_SplineData(kDegree, controls + kDegree + 1, controls, 0, flags), attributes);
     const auto writeKnot = [this](int knot, int times) {
         while (times-- > 0) m_Dxf.writeKnot(*m_pStream, DL_KnotData(knot));
     };

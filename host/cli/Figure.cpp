@@ -9,8 +9,7 @@ namespace {
 Point Interpolate(const Point& p0, const Point* c, double t) {
     const double s = 1 - t;
     const double b0 = s * s * s, b1 = 3 * s * s * t, b2 = 3 * s * t * t, b3 = t * t * t;
-    return {b0 * p0.x + b1 * c[0].x + b2 * c[1].x + b3 * c[2].x,
-            b0 * p0.y + b1 * c[0].y + b2 * c[1].y + b3 * c[2].y};
+    return {b0 * p0.x + b1 * c[0].x + b2 * c[1].x + b3 * c[2].x, b0 * p0.y + b1 * c[0].y + b2 * c[1].y + b3 * c[2].y};
 }
 
 // The parameters in (0, 1) where one coordinate of the curve has an extreme: the roots of its derivative,
@@ -35,8 +34,7 @@ int Extremes(double p0, double p1, double p2, double p3, double (&roots)[2]) {
 }  // namespace
 
 bool Figure::IsPolyline() const {
-    return !segments.empty() &&
-           std::find(segments.begin(), segments.end(), SegmentKind::Curve) == segments.end();
+    return !segments.empty() && std::find(segments.begin(), segments.end(), SegmentKind::Curve) == segments.end();
 }
 
 void CBox::Add(const Point& point) {

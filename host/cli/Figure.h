@@ -17,8 +17,7 @@ enum class SegmentKind : std::uint8_t { Line, Curve };
 struct Figure {
     std::uint32_t color = 0;  // 0x00BBGGRR
     bool closed = false;
-    std::vector<Point>
-        points;  // the start, then one point for each line and three for each cubic Bézier curve
+    std::vector<Point> points;  // the start, then one point for each line and three for each cubic Bézier curve
     std::vector<SegmentKind> segments;  // none for a figure that is a single point
 
     bool IsPolyline() const;  // has segments, and no curves

@@ -19,8 +19,7 @@ enum DialogControl : unsigned {
 
 }  // namespace
 
-void CHostFrame::BeginImport(Drawing& drawing, ImportCounters& counters, CMemoryLimit& limit,
-                             CProgressLine* progress) {
+void CHostFrame::BeginImport(Drawing& drawing, ImportCounters& counters, CMemoryLimit& limit, CProgressLine* progress) {
     m_pDrawing = &drawing;
     m_pCounters = &counters;
     m_pMemoryLimit = &limit;
@@ -28,8 +27,7 @@ void CHostFrame::BeginImport(Drawing& drawing, ImportCounters& counters, CMemory
     m_Deadline = std::chrono::steady_clock::time_point::max();
     if (m_Options.timeout && *m_Options.timeout < 1e9) {
         const std::chrono::duration<double> time(*m_Options.timeout);
-        m_Deadline =
-            std::chrono::steady_clock::now() + std::chrono::duration_cast<std::chrono::nanoseconds>(time);
+        m_Deadline = std::chrono::steady_clock::now() + std::chrono::duration_cast<std::chrono::nanoseconds>(time);
     }
 }
 

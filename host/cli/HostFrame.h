@@ -16,8 +16,7 @@ public:
 
     // From now on everything that the plug-in says goes to `drawing` and `counters`. The time limit starts.
     // `limit` is lifted when memory has run out. A progress line is shown if `progress` is given.
-    void BeginImport(Drawing& drawing, ImportCounters& counters, CMemoryLimit& limit,
-                     CProgressLine* progress);
+    void BeginImport(Drawing& drawing, ImportCounters& counters, CMemoryLimit& limit, CProgressLine* progress);
     void EndImport();
 
     int ShowMessageBox(const char* text, const char* caption, unsigned style) override;

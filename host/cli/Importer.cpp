@@ -43,8 +43,7 @@ std::string SecondsText(double seconds) {
 std::string ReasonOf(const Options& options, const Drawing& drawing) {
     switch (drawing.end) {
         case ImportEnd::Refused:
-            if (!drawing.messages.empty() && drawing.information)
-                return "the file's header can't be analysed";
+            if (!drawing.messages.empty() && drawing.information) return "the file's header can't be analysed";
             return "the dialog refused the tolerance " + options.tolerance.value_or("");
         case ImportEnd::Failed:
             return ErrorWords(drawing);
@@ -64,8 +63,8 @@ std::string ReasonOf(const Options& options, const Drawing& drawing) {
 }
 
 std::string AmountText(const Survey& survey, std::size_t entities) {
-    return CountText(entities, "entity", "entities") + " (" + CountText(survey.lines, "segment", "segments") +
-           ", " + CountText(survey.curves, "curve", "curves") + ")";
+    return CountText(entities, "entity", "entities") + " (" + CountText(survey.lines, "segment", "segments") + ", " +
+           CountText(survey.curves, "curve", "curves") + ")";
 }
 
 std::string SizeText(const Survey& survey) {
@@ -91,8 +90,7 @@ Survey WriteFormat(const Options& options, const Drawing& drawing, COutputFile& 
 
 }  // namespace
 
-void CImporter::Import(const std::string& path, ImportCounters& counters, CProgressLine* progress,
-                       Drawing& drawing) {
+void CImporter::Import(const std::string& path, ImportCounters& counters, CProgressLine* progress, Drawing& drawing) {
     drawing.source = path == "-" ? "stdin" : std::filesystem::path(path).filename().string();
     drawing.hostVersion = m_Options.hostVersion;
     const CInputFile input(path);

@@ -17,8 +17,7 @@ public:
 
     // Imports the file and writes its drawing to `output` ("-" is standard output, empty is nowhere). What
     // went wrong stands on standard error. Answers an exit status. `progress` may be null.
-    int Run(const std::string& path, const std::string& output, ImportCounters& counters,
-            CProgressLine* progress);
+    int Run(const std::string& path, const std::string& output, ImportCounters& counters, CProgressLine* progress);
 
 private:
     void Import(const std::string& path, ImportCounters& counters, CProgressLine* progress, Drawing& drawing);

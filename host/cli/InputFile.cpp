@@ -86,8 +86,7 @@ void CInputFile::Open(const std::string& path) {
     m_PlugInPath = fs::absolute(path, error).string();
     m_nSize = static_cast<std::uint64_t>(status.st_size);
     const bool fits = !error && m_PlugInPath.size() < sizeof(tagPlugImportJob::szPath);
-    if (fits && S_ISREG(status.st_mode) && CDescriptor(::open(path.c_str(), O_RDWR | O_CLOEXEC)).Get() >= 0)
-        return;
+    if (fits && S_ISREG(status.st_mode) && CDescriptor(::open(path.c_str(), O_RDWR | O_CLOEXEC)).Get() >= 0) return;
     CopyToPrivateFile(source.Get());
 }
 
@@ -112,8 +111,7 @@ void CInputFile::CopyToPrivateFile(int source) {
 void CInputFile::CheckBinaryHeader() {
     const CDescriptor file(::open(m_PlugInPath.c_str(), O_RDONLY | O_CLOEXEC));
     std::array<unsigned char, 8> head;
-    if (file.Get() < 0 || ::read(file.Get(), head.data(), head.size()) != static_cast<ssize_t>(head.size()))
-        return;
+    if (file.Get() < 0 || ::read(file.Get(), head.data(), head.size()) != static_cast<ssize_t>(head.size())) return;
     constexpr std::array<unsigned char, 4> kSignature{0xC5, 0xD0, 0xD3, 0xC6};
     if (!std::equal(kSignature.begin(), kSignature.end(), head.begin())) return;
     const std::uint64_t section =

@@ -24,8 +24,7 @@ public:
         if (drawing.settings) {
             m_Out.Write("{ \"tolerance\": ");
             WriteNumber(drawing.settings->tolerance);
-            m_Out.Write(drawing.settings->fillOutline ? ", \"fillOutline\": true }"
-                                                      : ", \"fillOutline\": false }");
+            m_Out.Write(drawing.settings->fillOutline ? ", \"fillOutline\": true }" : ", \"fillOutline\": false }");
         } else {
             m_Out.Write("null");
         }
@@ -141,8 +140,7 @@ private:
     void WriteSections(const CSectionList& sections) {
         m_Out.Write(sections.IsClosed() ? ", \"closed\": true, \"sections\": ["
                                         : ", \"closed\": false, \"sections\": [");
-        for (const CSectObject* section = sections.GetFirst(); section != nullptr;
-             section = section->GetNext()) {
+        for (const CSectObject* section = sections.GetFirst(); section != nullptr; section = section->GetNext()) {
             m_Out.Write("{ \"type\": \"");
             m_Out.Write(TypeOf(section->GetKind()));
             m_Out.Write('"');

@@ -43,8 +43,7 @@ std::string CheckTogether(const Options& options) {
         if (options.output.empty()) return "several input files need a directory for their drawings: -o PATH";
         if (options.output == "-") return "the drawings of several input files can't share standard output";
         std::error_code ignored;
-        if (std::filesystem::exists(options.output, ignored) &&
-            !std::filesystem::is_directory(options.output, ignored))
+        if (std::filesystem::exists(options.output, ignored) && !std::filesystem::is_directory(options.output, ignored))
             return options.output + " is no directory, and there are several input files";
     }
     return {};
@@ -113,8 +112,7 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     auto* memoryOption = app.add_option("--memory", megabytes, "Most memory that one import may take")
                              ->option_text("MB")
                              ->check(CheckPositive);
-    app.add_flag("--allow-file-access", options.allowFileAccess,
-                 "Let programs in EPS files use the file system");
+    app.add_flag("--allow-file-access", options.allowFileAccess, "Let programs in EPS files use the file system");
     app.add_flag("-q,--quiet", options.quiet, "Don't show message boxes on standard error");
 
     try {
@@ -132,8 +130,8 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     if (memoryOption->count() > 0) {
         const double bytes = megabytes * 1024 * 1024;
         constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
-        options.memoryLimit = bytes < static_cast<double>(kMost) ? static_cast<std::uint64_t>(bytes)
-                                                                 : static_cast<std::uint64_t>(kMost);
+        options.memoryLimit =
+            bytes < static_cast<double>(kMost) ? static_cast<std::uint64_t>(bytes) : static_cast<std::uint64_t>(kMost);
     }
     if (const std::string mistake = CheckTogether(options); !mistake.empty()) {
         std::cerr << "epsimport: " << mistake << "\nRun with --help for more information.\n";

@@ -37,8 +37,7 @@ std::vector<std::string> PlanOutputs(const Options& options) {
     }
     std::set<std::string> taken;
     for (std::size_t i = 0; i < outputs.size(); ++i) {
-        const std::string base =
-            options.files[i] == "-" ? "stdin" : fs::path(options.files[i]).stem().string();
+        const std::string base = options.files[i] == "-" ? "stdin" : fs::path(options.files[i]).stem().string();
         std::string name = base;
         for (int n = 2; !taken.insert(name).second; ++n) name = base + "-" + std::to_string(n);
         outputs[i] = (fs::path(options.output) / (name + EndingOf(options.format))).string();
@@ -101,8 +100,7 @@ bool COutputFile::Close() {
 }
 
 void COutputFile::Flush() {
-    if (m_pFile != nullptr && std::fwrite(m_Buffer.data(), 1, m_Buffer.size(), m_pFile) != m_Buffer.size())
-        Fail();
+    if (m_pFile != nullptr && std::fwrite(m_Buffer.data(), 1, m_Buffer.size(), m_pFile) != m_Buffer.size()) Fail();
     m_Buffer.clear();
 }
 

@@ -28,8 +28,7 @@ CPluginLibrary::CPluginLibrary() {
         return;
     }
     m_hLibrary = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (m_hLibrary != nullptr)
-        m_pfnMain = reinterpret_cast<decltype(m_pfnMain)>(::dlsym(m_hLibrary, "PlugFilterMain"));
+    if (m_hLibrary != nullptr) m_pfnMain = reinterpret_cast<decltype(m_pfnMain)>(::dlsym(m_hLibrary, "PlugFilterMain"));
     if (m_pfnMain == nullptr) m_Error = ::dlerror();
 }
 

@@ -36,8 +36,7 @@ void CSvgWriter::BeginDrawing(const Survey& survey) {
     const double margin = std::max(kLeastMargin, kMarginOfSize * std::max(box.Width(), box.Height()));
     const double width = box.Width() + 2 * margin;
     const double height = box.Height() + 2 * margin;
-    m_Out.Write(
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"");
+    m_Out.Write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"");
     WriteNumber(width);
     m_Out.Write("mm\" height=\"");
     WriteNumber(height);
@@ -61,8 +60,7 @@ void CSvgWriter::BeginDrawing(const Survey& survey) {
 
 void CSvgWriter::WriteFigure(const Figure& figure) {
     char color[8];
-    std::snprintf(color, sizeof color, "#%02x%02x%02x", Red(figure.color), Green(figure.color),
-                  Blue(figure.color));
+    std::snprintf(color, sizeof color, "#%02x%02x%02x", Red(figure.color), Green(figure.color), Blue(figure.color));
     m_Out.Write("<path stroke=\"");
     m_Out.Write(color);
     m_Out.Write("\" vector-effect=\"non-scaling-stroke\" d=\"M");

@@ -22,9 +22,7 @@ void WriteAll(std::string_view text) {
 
 }  // namespace
 
-std::string JsonText(std::string_view text) {
-    return json(text).dump(-1, ' ', false, json::error_handler_t::replace);
-}
+std::string JsonText(std::string_view text) { return json(text).dump(-1, ' ', false, json::error_handler_t::replace); }
 
 std::string ForTerminal(std::string_view text) {
     std::string shown;

@@ -27,17 +27,13 @@ void SetHostMainFrame(CFrameWnd* frame) noexcept { g_pMainFrame = frame; }
 
 void SetHostVersion(int major) noexcept { g_nMajorVersion = major; }
 
-void SetHostLocalResources(const char* component, HINSTANCE resources) {
-    g_LocalResources[component] = resources;
-}
+void SetHostLocalResources(const char* component, HINSTANCE resources) { g_LocalResources[component] = resources; }
 
 void SetHostDefaultFont(const char* name) noexcept {
     std::snprintf(g_FontParam.szFont, sizeof g_FontParam.szFont, "%s", name);
 }
 
-void glbf_GetSysVersion(tagVersionInfo* info) noexcept {
-    *info = {static_cast<std::uint16_t>(g_nMajorVersion), 0, 0};
-}
+void glbf_GetSysVersion(tagVersionInfo* info) noexcept { *info = {static_cast<std::uint16_t>(g_nMajorVersion), 0, 0}; }
 
 CDataManager* glbf_GetDataManager() noexcept { return &g_DataManager; }
 

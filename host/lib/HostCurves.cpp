@@ -66,8 +66,7 @@ int Pieces(double wanted, int least, int limit) {
 template <class Put>
 int FlattenArc(const EllipticArc& arc, double tolerance, Put put) {
     const double radius = std::max(std::fabs(arc.a), std::fabs(arc.b));
-    if (!(radius > 0) || !std::isfinite(arc.a) || !std::isfinite(arc.b) || !std::isfinite(arc.sweep))
-        return 0;
+    if (!(radius > 0) || !std::isfinite(arc.a) || !std::isfinite(arc.b) || !std::isfinite(arc.sweep)) return 0;
     // A chord over the angle h lies off its arc by r (1 - cos(h / 2)) = 2 r sin^2(h / 4), in an ellipse by no
     // more.
     const double off = tolerance > 0 ? std::min(tolerance / (2 * radius), 1.0) : 0.0;
@@ -92,9 +91,7 @@ EllipticArc Circle(point_2d centre, double radius, double start, double sweep) {
     return {centre, radius, radius, 0, start, sweep};
 }
 
-EllipticArc Ellipse(point_2d centre, double a, double b, double rotation) {
-    return {centre, a, b, rotation, 0, TURN};
-}
+EllipticArc Ellipse(point_2d centre, double a, double b, double rotation) { return {centre, a, b, rotation, 0, TURN}; }
 
 }  // namespace
 
@@ -297,8 +294,7 @@ int CSectArc::CreateSEST(point_2d start, point_2d end, point_2d tangent) noexcep
     m_bMade = false;
     const Vec chord = FromPoint(end) - FromPoint(start);
     const double length = Length(chord);
-    const double magnitude =
-        std::max({std::fabs(start.x), std::fabs(start.y), std::fabs(end.x), std::fabs(end.y)});
+    const double magnitude = std::max({std::fabs(start.x), std::fabs(start.y), std::fabs(end.x), std::fabs(end.y)});
     if (length <= 4e-7 * magnitude) return CreateCRA(start, 0, {0, 0});
     const Vec unit = (1 / Length(FromPoint(tangent))) * FromPoint(tangent);
     const double across = Cross(unit, chord);
@@ -314,7 +310,7 @@ int CSectArc::CreateSEST(point_2d start, point_2d end, point_2d tangent) noexcep
 }
 
 void CSectArc::GetBezierPoints(int capacity, int& count, point_2d* points) const noexcept {
-    constexpr double LONGEST_SEGMENT = TURN / 6;  // 60 degrees: off by 2.4e-5 of the radius
+    constexpr double LONGEST_SEGMENT = TURN / 6;                      // 60 degrees: off by 2.4e-5 of the radius
     constexpr double LONGEST_TO_FIT = 1.25 * LONGEST_SEGMENT + 1e-6;  // 75 degrees: 9.1e-5
     count = 0;
     if (!m_bMade || capacity < 1 || !std::isfinite(m_fStart) || !std::isfinite(m_fEnd)) return;
@@ -329,8 +325,7 @@ void CSectArc::GetBezierPoints(int capacity, int& count, point_2d* points) const
     if (arc.sweep == 0 || m_fRadius == 0 || room == 0) return;
     const int segments = Pieces(std::fabs(arc.sweep) / LONGEST_SEGMENT - 1e-6, 1, room);
     const double step = arc.sweep / segments;
-    const double handle =
-        4.0 / 3.0 * std::tan(step / 4);  // its length in radii for which the curve's middle is exact
+    const double handle = 4.0 / 3.0 * std::tan(step / 4);  // its length in radii for which the curve's middle is exact
     const auto at = [this](Vec unit) { return ToPoint(FromPoint(m_ptCentre) + m_fRadius * unit); };
     for (int i = 0; i < segments; ++i) {
         const double s = arc.start + step * i;
@@ -406,8 +401,7 @@ void CSectionList::AddSectToTail(CSectObject* section) noexcept {
 
 // Flattening into blocks
 
-int ArcToLine(point_2d centre, float radius, float start, float end, float tolerance,
-              point_2d* out) noexcept {
+int ArcToLine(point_2d centre, float radius, float start, float end, float tolerance, point_2d* out) noexcept {
     return FlattenArc(Circle(centre, radius, start, SweepOf(start, end)), tolerance, WriteTo(out));
 }
 

@@ -41,8 +41,8 @@ void CEntGroup::DeleteChildren() noexcept {
     m_nCount = 0;
 }
 
-CEntText* CreateMultiText(const char* text, point_2d position, const char* font, float charWidth,
-                          float height, int, int, int alignment, int) {
+CEntText* CreateMultiText(const char* text, point_2d position, const char* font, float charWidth, float height, int,
+                          int, int alignment, int) {
     if (!text || *text == '\0') return nullptr;
     auto entity = std::make_unique<CEntText>();
     entity->m_strText = text;

@@ -30,8 +30,8 @@ int mathUniVec2D(double* v, double tolerance) noexcept {
     return length > tolerance ? 1 : 0;
 }
 
-int mathIntLin2DEx(const double* a0, const double* a1, const double* b0, const double* b1,
-                   double pointTolerance, double angleTolerance, double* out) noexcept {
+int mathIntLin2DEx(const double* a0, const double* a1, const double* b0, const double* b1, double pointTolerance,
+                   double angleTolerance, double* out) noexcept {
     const double a[2] = {a1[0] - a0[0], a1[1] - a0[1]};
     const double b[2] = {b1[0] - b0[0], b1[1] - b0[1]};
     const double lengthA = std::hypot(a[0], a[1]);

@@ -59,9 +59,8 @@ int AddArc(CFilterEPS& m, bool clockwise) {
     m.Drop(5);
     OrderAngles(clockwise, angle1, angle2);
     CSectArc arc;
-    arc.CreateCRA(
-        {x, y}, radius,
-        {static_cast<float>(angle1 * RADIANS_PER_DEGREE), static_cast<float>(angle2 * RADIANS_PER_DEGREE)});
+    arc.CreateCRA({x, y}, radius,
+                  {static_cast<float>(angle1 * RADIANS_PER_DEGREE), static_cast<float>(angle2 * RADIANS_PER_DEGREE)});
     if (AddArcCurve(m, arc) == 0) {
         const point_2d origin;
         m.AppendCurve(&origin, 1);
@@ -107,8 +106,7 @@ int AddTangentArc(CFilterEPS& m, point_2d touch[2]) {
     OffsetLine(p0, p1, p2, r, first);
     OffsetLine(p1, p2, p0, r, second);
     double centre[2];
-    if (mathIntLin2DEx(first, first + 2, second, second + 2, 0.001, 0.001, centre) != 1)
-        return m.Fail(PSERR_SYNTAX);
+    if (mathIntLin2DEx(first, first + 2, second, second + 2, 0.001, 0.001, centre) != 1) return m.Fail(PSERR_SYNTAX);
     double touch1[2];
     double touch2[2];
     mathPrjPntLin2DEx(centre, p0, p1, touch1);

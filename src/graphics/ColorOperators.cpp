@@ -138,8 +138,7 @@ bool ReadEntry(const CDictionary& pattern, std::string_view key, std::int32_t& v
 
 /// The name of the space that uncoloured patterns take their colour in; null when there is none.
 const CName* UnderlyingName(const CElement* space) {
-    if (const auto* array = As<CArrayElement>(space); array && array->m_nType == ET_ARRAY)
-        space = array->GetAt(0);
+    if (const auto* array = As<CArrayElement>(space); array && array->m_nType == ET_ARRAY) space = array->GetAt(0);
     const auto* name = As<CSimpElement>(space);
     return name ? name->m_pName : nullptr;
 }

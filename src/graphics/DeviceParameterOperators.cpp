@@ -83,8 +83,7 @@ bool ReadsHalftone(Operands& in) {
 }
 
 /// Pops frequency, angle and spot function or halftone into the fields of a screen.
-void TakeScreen(CFilterEPS& m, bool halftone, float& frequency, float& angle, CStateCell& proc,
-                CStateCell& dict) {
+void TakeScreen(CFilterEPS& m, bool halftone, float& frequency, float& angle, CStateCell& proc, CStateCell& dict) {
     (halftone ? dict : proc).Set(m.Pop());
     (halftone ? proc : dict).Set(nullptr);
     angle = static_cast<float>(Take<CNumberElement>(m)->GetReal());

@@ -60,8 +60,8 @@ bool CDeviceParameters::HasOwn() const noexcept {
     const auto own = [](const CStateCell& cell) { return cell.IsOwn(); };
     const auto anyOwn = [&](const CStateCell(&cells)[4]) { return std::any_of(cells, cells + 4, own); };
     return own(m_pHalftone) || own(m_pScreenProc) || own(m_pScreenHalftone) || anyOwn(m_pColorScreenProc) ||
-           anyOwn(m_pColorScreenHalftone) || own(m_pTransfer) || anyOwn(m_pColorTransfer) ||
-           own(m_pBlackGeneration) || own(m_pUnderColorRemoval) || own(m_pColorRendering);
+           anyOwn(m_pColorScreenHalftone) || own(m_pTransfer) || anyOwn(m_pColorTransfer) || own(m_pBlackGeneration) ||
+           own(m_pUnderColorRemoval) || own(m_pColorRendering);
 }
 
 CDeviceCell::CDeviceCell(const CDeviceCell& other) {
@@ -86,8 +86,7 @@ const CDeviceParameters& CDeviceCell::Get() const {
 }
 
 CDeviceParameters& CDeviceCell::Change() {
-    if (!m_pBlock || m_pBlock.IsShared())
-        m_pBlock = CSharedRef<CDeviceParameters>(new CDeviceParameters(Get()));
+    if (!m_pBlock || m_pBlock.IsShared()) m_pBlock = CSharedRef<CDeviceParameters>(new CDeviceParameters(Get()));
     m_pCopy = {};
     return *m_pBlock;
 }

@@ -56,8 +56,7 @@ void ReplaceTopGState(CFilterEPS& m, TypedPtr<CGStateElement> element) {
 }
 
 void MarkGStatesSaved(CFilterEPS& m) noexcept {
-    for (CElement* e = m.m_GStateStack.Bottom(); e; e = e->m_pNext)
-        static_cast<CGStateElement*>(e)->SetSaved();
+    for (CElement* e = m.m_GStateStack.Bottom(); e; e = e->m_pNext) static_cast<CGStateElement*>(e)->SetSaved();
 }
 
 void KeepGStates(CFilterEPS& m, std::int32_t level) {

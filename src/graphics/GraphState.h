@@ -41,9 +41,8 @@ public:
     CPath m_Path;                                   ///< host units
 
 protected:
-    CStateCell m_pDash;  ///< empty: an empty array that no program knows yet
-    CStateCell
-        m_pColorSpace;  ///< empty: the array of the one name of m_nColorKind, which no program knows yet
+    CStateCell m_pDash;        ///< empty: an empty array that no program knows yet
+    CStateCell m_pColorSpace;  ///< empty: the array of the one name of m_nColorKind, which no program knows yet
     CStateCell m_pPatternColor;
     CStateCell m_pFont;
     CDeviceCell m_pDevice;
@@ -112,14 +111,10 @@ public:
     /// Never null.
     [[nodiscard]] CArrayElement* GetColorSpace();
     /// Null also stands for the array of the one name of the current kind.
-    [[nodiscard]] const CArrayElement* PeekColorSpace() const {
-        return As<CArrayElement>(m_pColorSpace.Peek());
-    }
+    [[nodiscard]] const CArrayElement* PeekColorSpace() const { return As<CArrayElement>(m_pColorSpace.Peek()); }
     /// The pattern dictionary, then the colour operands for the underlying space.
     void SetPatternColor(TypedPtr<CArrayElement> p) noexcept { m_pPatternColor.Set(std::move(p)); }
-    [[nodiscard]] CArrayElement* GetPatternColor() {
-        return As<CArrayElement>(m_pPatternColor.Expose(*this));
-    }
+    [[nodiscard]] CArrayElement* GetPatternColor() { return As<CArrayElement>(m_pPatternColor.Expose(*this)); }
 
     void SetDash(TypedPtr<CArrayElement> p) noexcept { m_pDash.Set(std::move(p)); }
     /// SetDash of a new empty array.

@@ -50,8 +50,8 @@ int RunProcedures(CFilterEPS& m, const std::vector<ElementPtr>& sources, std::in
 
 /// Makes the sources give up their data. The type of `leading`, which is one of them, decides for all. A
 /// total of -1 has been refused by TotalBytes.
-int Consume(CFilterEPS& m, const std::vector<ElementPtr>& sources, const CElement& leading,
-            std::int64_t total, UnknownSource unknown) {
+int Consume(CFilterEPS& m, const std::vector<ElementPtr>& sources, const CElement& leading, std::int64_t total,
+            UnknownSource unknown) {
     if (total < 0) return -1;
     if (leading.IsProcedure()) return RunProcedures(m, sources, total);
     switch (leading.m_nType) {
@@ -145,16 +145,14 @@ int ImageOfDict(CFilterEPS& m, const CDictionary& operand) {
     if (!image) return -1;
     if (!image.Flag("MultipleDataSources")) {
         const std::vector<ElementPtr> sources = Single(std::move(source));
-        return Consume(m, sources, *sources.front(), TotalBytes(m, height, {bits, width}),
-                       UnknownSource::ignore);
+        return Consume(m, sources, *sources.front(), TotalBytes(m, height, {bits, width}), UnknownSource::ignore);
     }
     const auto* list = As<CArrayElement>(source.get());
     if (!list || list->GetLength() == 0) return m.Fail(PSERR_TYPECHECK);
     const std::int32_t count = list->GetLength();
     std::vector<ElementPtr> sources;
     for (std::int32_t i = 0; i < count; ++i) sources.push_back(list->GetAt(i)->Clone());
-    return Consume(m, sources, *sources.front(), TotalBytes(m, height, {count, bits, width}),
-                   UnknownSource::typecheck);
+    return Consume(m, sources, *sources.front(), TotalBytes(m, height, {count, bits, width}), UnknownSource::typecheck);
 }
 
 int MaskOfDict(CFilterEPS& m, const CDictionary& dict) {
@@ -182,8 +180,7 @@ int OpImage(CFilterEPS& m) {
     if (!in) return -1;
     const std::vector<ElementPtr> sources = Single(m.Pop());
     m.Drop(4);
-    return Consume(m, sources, *sources.front(), TotalBytes(m, height, {bits, width}),
-                   UnknownSource::typecheck);
+    return Consume(m, sources, *sources.front(), TotalBytes(m, height, {bits, width}), UnknownSource::typecheck);
 }
 
 // width height polarity matrix source | dict  imagemask  -   STACKUNDERFLOW TYPECHECK RANGE IO UNSUPPORTED

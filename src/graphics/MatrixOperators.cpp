@@ -219,9 +219,8 @@ constexpr OpRow kCoreRows[] = {
 };
 
 constexpr OpRow kRows[] = {
-    {"initmatrix", OpInitMatrix},         {"identmatrix", OpIdentMatrix},
-    {"defaultmatrix", OpIdentMatrix},     {"dtransform", OpMap<MatDTransform>},
-    {"itransform", OpMap<MatITransform>}, {"idtransform", OpMap<MatIDTransform>},
+    {"initmatrix", OpInitMatrix},         {"identmatrix", OpIdentMatrix},       {"defaultmatrix", OpIdentMatrix},
+    {"dtransform", OpMap<MatDTransform>}, {"itransform", OpMap<MatITransform>}, {"idtransform", OpMap<MatIDTransform>},
     {"invertmatrix", OpInvertMatrix},
 };
 

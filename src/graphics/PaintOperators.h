@@ -7,8 +7,7 @@ class CArrayElement;
 class CFilterEPS;
 
 extern constinit const OpTable kPaintCoreOperators;  ///< fill, stroke
-extern constinit const OpTable
-    kPaintOperators;  ///< erasepage, the other fills and strokes, shfill, rectangles
+extern constinit const OpTable kPaintOperators;      ///< erasepage, the other fills and strokes, shfill, rectangles
 
 /// A copy of the current state that is on top for a scope.
 class CGStateScope {

@@ -63,8 +63,7 @@ namespace {
 void AddUserPoints(CFilterEPS& m, int n, double* coords, PathLetter letter) {
     CGraphState* state = m.GetCurrentGState();
     state->TransformPoints(n, coords);
-    for (int i = 0; i < n; ++i)
-        m.m_ptScratch[i] = {m.ToHostUnits(coords[2 * i]), m.ToHostUnits(coords[2 * i + 1])};
+    for (int i = 0; i < n; ++i) m.m_ptScratch[i] = {m.ToHostUnits(coords[2 * i]), m.ToHostUnits(coords[2 * i + 1])};
     state->AddPathPoint(m.m_ptScratch, letter);
 }
 

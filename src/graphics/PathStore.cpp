@@ -106,9 +106,7 @@ int CGraphState::GetLastPoint(point_2d& point) const noexcept {
     return 1;
 }
 
-int CGraphState::GetSubpathStart(point_2d& point) const noexcept {
-    return m_Path.GetSubpathStart(point) ? 1 : 0;
-}
+int CGraphState::GetSubpathStart(point_2d& point) const noexcept { return m_Path.GetSubpathStart(point) ? 1 : 0; }
 
 std::int32_t CGraphState::CountSubpathRecords() const noexcept { return m_Path.CountSubpathRecords(); }
 

@@ -85,8 +85,7 @@ bool PushCurvePoints(CFilterEPS& m, std::int32_t index, int n) {
     point_2d points[3];
     for (int i = 0; i < n; ++i) {
         tagPLPoint record;
-        if (m.GetCurrentGState()->GetPathRecord(index + i, record) == 0 || record.nOp != PATH_CURVE)
-            return false;
+        if (m.GetCurrentGState()->GetPathRecord(index + i, record) == 0 || record.nOp != PATH_CURVE) return false;
         points[i] = record.pt;
     }
     m.HostToUser(n, points);
@@ -139,14 +138,11 @@ int OpRectClip(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kRows[] = {{"flattenpath", OpNothing}, {"reversepath", OpNothing},
-                           {"strokepath", OpNothing},  {"ustrokepath", OpUStrokePath},
-                           {"charpath", OpCharPath},   {"uappend", OpUAppend},
-                           {"clippath", OpNothing},    {"setbbox", OpSetBBox},
-                           {"pathbbox", OpPathBBox},   {"pathforall", OpPathForAll},
-                           {"upath", OpUnsupported},   {"initclip", OpNothing},
-                           {"clip", OpNothing},        {"eoclip", OpNothing},
-                           {"rectclip", OpRectClip},   {"ucache", OpNothing}};
+constexpr OpRow kRows[] = {
+    {"flattenpath", OpNothing}, {"reversepath", OpNothing},   {"strokepath", OpNothing}, {"ustrokepath", OpUStrokePath},
+    {"charpath", OpCharPath},   {"uappend", OpUAppend},       {"clippath", OpNothing},   {"setbbox", OpSetBBox},
+    {"pathbbox", OpPathBBox},   {"pathforall", OpPathForAll}, {"upath", OpUnsupported},  {"initclip", OpNothing},
+    {"clip", OpNothing},        {"eoclip", OpNothing},        {"rectclip", OpRectClip},  {"ucache", OpNothing}};
 
 }  // namespace
 

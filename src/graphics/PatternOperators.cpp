@@ -53,8 +53,7 @@ int OpExecForm(CFilterEPS& m) {
     return m.ExecuteProcedure(static_cast<const CArrayElement*>(procedure.get()));
 }
 
-constexpr OpRow kRows[] = {
-    {"makepattern", OpMakePattern}, {"setpattern", OpSetPattern}, {"execform", OpExecForm}};
+constexpr OpRow kRows[] = {{"makepattern", OpMakePattern}, {"setpattern", OpSetPattern}, {"execform", OpExecForm}};
 
 }  // namespace
 

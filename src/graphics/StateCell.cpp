@@ -44,9 +44,8 @@ bool MarkBodies(const CElement& e, std::size_t& budget, int depth = 0) {
         CArrayBody* body = array->GetBody();
         if (!body || depth >= MAX_MARK_DEPTH) return true;
         body->m_bSnapshotted = true;
-        return std::all_of(body->m_Elements.begin(), body->m_Elements.end(), [&](const ElementPtr& element) {
-            return MarkBodies(*element, budget, depth + 1);
-        });
+        return std::all_of(body->m_Elements.begin(), body->m_Elements.end(),
+                           [&](const ElementPtr& element) { return MarkBodies(*element, budget, depth + 1); });
     }
     if (const auto* string = As<CStringElement>(&e)) {
         if (CStringBody* body = string->GetBody()) body->m_bSnapshotted = true;
@@ -55,8 +54,7 @@ bool MarkBodies(const CElement& e, std::size_t& budget, int depth = 0) {
         if (!body) return true;
         body->m_bSnapshotted = true;
         bool fits = true;
-        ForEachCopiedValue(*dict,
-                           [&](const CElement& value) { fits = fits && MarkBodies(value, budget, depth); });
+        ForEachCopiedValue(*dict, [&](const CElement& value) { fits = fits && MarkBodies(value, budget, depth); });
         return fits;
     }
     return true;
@@ -99,9 +97,7 @@ CSharedRef<CSnapshot> CSnapshot::Of(const CElement& value) {
     return snapshot;
 }
 
-std::size_t CSnapshot::CountBodies() noexcept {
-    return g_pSnapshotRegistry ? g_pSnapshotRegistry->GetCount() : 0;
-}
+std::size_t CSnapshot::CountBodies() noexcept { return g_pSnapshotRegistry ? g_pSnapshotRegistry->GetCount() : 0; }
 
 bool CSnapshot::TakeOver(ElementPtr element) {
     m_pElement = std::move(element);

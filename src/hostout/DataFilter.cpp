@@ -101,8 +101,7 @@ int CDataFilter::AddBezier(const point_2d* points, int count) {
 int CDataFilter::EndPLine() {
     std::unique_ptr<CEntPLine> line(std::exchange(m_pPLine, nullptr));
     if (!line || line->m_Sections.IsEmpty()) return 1;
-    if (m_bChainStarted && line->GetKind() == ENT_PLINE &&
-        m_fChainTolerance > m_ptChainStart.DistFrom(m_ptChainEnd)) {
+    if (m_bChainStarted && line->GetKind() == ENT_PLINE && m_fChainTolerance > m_ptChainStart.DistFrom(m_ptChainEnd)) {
         line->m_Sections.SetCloseFlag(1);
     }
     HandOver(std::move(line));
@@ -110,8 +109,7 @@ int CDataFilter::EndPLine() {
 }
 
 int CDataFilter::CheckChain(point_2d point) {
-    if (!m_pPLine || m_pPLine->GetKind() != ENT_PLINE || m_pPLine->m_Sections.IsEmpty() || !m_bChainStarted)
-        return 0;
+    if (!m_pPLine || m_pPLine->GetKind() != ENT_PLINE || m_pPLine->m_Sections.IsEmpty() || !m_bChainStarted) return 0;
     if (!(m_ptChainEnd.DistFrom(point) > m_fChainTolerance)) return 0;
     EndPLine();
     BeginPLine();
@@ -170,8 +168,8 @@ void CutLineFeed(std::string& text) {
 
 }  // namespace
 
-int CDataFilter::PlaceText(const std::string& text, point_2d position, float charWidth, float height,
-                           int alignment, float angle) {
+int CDataFilter::PlaceText(const std::string& text, point_2d position, float charWidth, float height, int alignment,
+                           float angle) {
     tagFontParam font{};
     glbf_GetDataManager()->GetDefFontParam(&font);
     std::unique_ptr<CEntText> entity(
@@ -320,8 +318,7 @@ private:
 void CDataFilter::WriteSections(const CSectObject* first) {
     tagVersionInfo version{};
     glbf_GetSysVersion(&version);
-    const float tolerance =
-        version.nMajor < 5 ? 0.5f : 0.0125f;  // 1/80 mm in the host unit of either version
+    const float tolerance = version.nMajor < 5 ? 0.5f : 0.0125f;  // 1/80 mm in the host unit of either version
     const auto outChain = [this](const FlattenBlock& block, int count) {
         if (count == 0) return;
         OutBegin();
@@ -346,8 +343,8 @@ void CDataFilter::WriteSections(const CSectObject* first) {
                     break;
                 }
                 const FlattenBlock block;
-                const int count = ArcToLine(arc.m_ptCentre, arc.m_fRadius, arc.m_fStart, arc.m_fEnd,
-                                            tolerance, block.Points());
+                const int count =
+                    ArcToLine(arc.m_ptCentre, arc.m_fRadius, arc.m_fStart, arc.m_fEnd, tolerance, block.Points());
                 if (count > 0) OutLines(block.Points(), count);
                 break;
             }
@@ -364,8 +361,7 @@ void CDataFilter::WriteSections(const CSectObject* first) {
             case SECT_ELLIPSE: {
                 const auto& e = static_cast<const CSectEllipse&>(*section);
                 const FlattenBlock block;
-                outChain(block,
-                         EllipseToLine(e.m_ptCentre, e.m_fA, e.m_fB, e.m_fAngle, tolerance, block.Points()));
+                outChain(block, EllipseToLine(e.m_ptCentre, e.m_fA, e.m_fB, e.m_fAngle, tolerance, block.Points()));
                 break;
             }
             default:

@@ -215,8 +215,6 @@ inline constexpr int FLATTEN_MAX_POINTS = FLATTEN_BLOCK_BYTES / static_cast<int>
 // Flattening into a block of FLATTEN_BLOCK_BYTES, as CSectObject::Flatten does: first and last point exact,
 // chords within the tolerance, none of more than a quarter turn. Turns that only draw the circle again are
 // left out. Each gives the count of points: 0 for a radius that is 0 or no finite number.
-HOST_API int ArcToLine(point_2d centre, float radius, float start, float end, float tolerance,
-                       point_2d* out) noexcept;
+HOST_API int ArcToLine(point_2d centre, float radius, float start, float end, float tolerance, point_2d* out) noexcept;
 HOST_API int CircleToLine(point_2d centre, float radius, float tolerance, point_2d* out) noexcept;
-HOST_API int EllipseToLine(point_2d centre, float a, float b, float angle, float tolerance,
-                           point_2d* out) noexcept;
+HOST_API int EllipseToLine(point_2d centre, float a, float b, float angle, float tolerance, point_2d* out) noexcept;

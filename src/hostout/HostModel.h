@@ -131,9 +131,9 @@ private:
 
 /// Makes a text, the caller's. Character width and height are host units, the alignment one of TextAlignment;
 /// the reserved arguments are the host's and have no meaning here. Null for an empty text.
-[[nodiscard]] HOST_API CEntText* CreateMultiText(const char* text, point_2d position, const char* font,
-                                                 float charWidth, float height, int reserved1, int reserved2,
-                                                 int alignment, int reserved3);
+[[nodiscard]] HOST_API CEntText* CreateMultiText(const char* text, point_2d position, const char* font, float charWidth,
+                                                 float height, int reserved1, int reserved2, int alignment,
+                                                 int reserved3);
 
 /// Font parameters of the drawing.
 struct tagFontParam {

@@ -11,9 +11,7 @@ struct point_2d {
     float x = 0;
     float y = 0;
 
-    [[nodiscard]] float DistFrom(const point_2d& other) const noexcept {
-        return std::hypot(x - other.x, y - other.y);
-    }
+    [[nodiscard]] float DistFrom(const point_2d& other) const noexcept { return std::hypot(x - other.x, y - other.y); }
 };
 
 /// A rotation or other affine map in the row order of PostScript: x' = m[0] x + m[2] y + m[4],

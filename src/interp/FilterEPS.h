@@ -164,17 +164,17 @@ public:
     int SkipFilterData(const CFilterElement* filter);
 
     std::int32_t m_nHostVersion;
-    point_2d m_ptScratch[3];         ///< points on their way to the path store
-    double m_dCoord[6] = {};         ///< popped coordinates
-    float m_fCharWX = 0;             ///< advance of the last glyph, glyph space
+    point_2d m_ptScratch[3];  ///< points on their way to the path store
+    double m_dCoord[6] = {};  ///< popped coordinates
+    float m_fCharWX = 0;      ///< advance of the last glyph, glyph space
     float m_fCharWY = 0;
-    float m_fCacheArgs[8] = {};      ///< operands of the glyph metric operators; nothing reads them
+    float m_fCacheArgs[8] = {};  ///< operands of the glyph metric operators; nothing reads them
     std::int32_t m_nCacheSize = 500000;
     std::int32_t m_nCacheLower = 500;
     std::int32_t m_nCacheUpper = 5000;
     CElementStack m_OperandStack;
-    CElementStack m_DictStack;       ///< systemdict, globaldict, userdict at the start; never below these
-    CElementStack m_GStateStack;     ///< CGStateElements; never empty once constructed
+    CElementStack m_DictStack;    ///< systemdict, globaldict, userdict at the start; never below these
+    CElementStack m_GStateStack;  ///< CGStateElements; never empty once constructed
     TypedPtr<CDictionary> m_pFontDirectory;
     TypedPtr<CDictionary> m_pSharedFontDirectory;
     TypedPtr<CDictionary> m_pDefaultFont;
@@ -182,8 +182,8 @@ public:
     TypedPtr<CFileElement> m_pCurrentFile;
     TypedPtr<CDictionary> m_pInternalDict;
     TypedPtr<CDictionary> m_pPageDevice;
-    std::minstd_rand m_Random{1};    ///< what `rand` draws from, so that a file draws the same on every run
-    bool m_bPacking = false;         ///< procedures are built as packed arrays
+    std::minstd_rand m_Random{1};  ///< what `rand` draws from, so that a file draws the same on every run
+    bool m_bPacking = false;       ///< procedures are built as packed arrays
     std::int32_t m_nRandSeed = 0;
     std::int32_t m_nObjectFormat = 2;
     float m_fMergeTolerance = 0.01f;   ///< shortest straight segment, millimetres

@@ -52,26 +52,27 @@ inline constexpr CDelimiterTable g_Delimiters;
 }
 
 enum class Lexeme {
-    end,         ///< the input is used up, or stops here in order
-    failure,     ///< m_Error says why
-    token,       ///< a name or number that stands for itself
-    literal,     ///< /name
-    immediate,   ///< //name
-    string,      ///< its bytes, escapes resolved
-    hexString,   ///< its bytes
-    procedure,   ///< the text between the braces
-    braceOpen,   ///< only where a rule asks for it: the opening brace alone
+    end,        ///< the input is used up, or stops here in order
+    failure,    ///< m_Error says why
+    token,      ///< a name or number that stands for itself
+    literal,    ///< /name
+    immediate,  ///< //name
+    string,     ///< its bytes, escapes resolved
+    hexString,  ///< its bytes
+    procedure,  ///< the text between the braces
+    braceOpen,  ///< only where a rule asks for it: the opening brace alone
     arrayBegin,
     arrayEnd,
     dictBegin,
     dictEnd,
-    comment      ///< only where a rule asks for it
+    comment  ///< only where a rule asks for it
 };
 
 /// Bytes of a text in memory.
 class CTextSource {
 public:
-    explicit CTextSource(std::string_view text) noexcept : m_pBegin(text.data()), m_pAt(m_pBegin), m_pEnd(m_pBegin + text.size()) {}
+    explicit CTextSource(std::string_view text) noexcept
+        : m_pBegin(text.data()), m_pAt(m_pBegin), m_pEnd(m_pBegin + text.size()) {}
 
     /// 1 with a byte, 0 at the end.
     int Get(unsigned char& c) noexcept {
@@ -141,11 +142,11 @@ private:
 
 /// The rules of the scanners.
 struct FileRules {
-    static constexpr bool pairsCr = true;            ///< CR LF outside of everything is one delimiter
-    static constexpr bool endDropsOpen = true;       ///< what is open at the end is dropped without a word
-    static constexpr bool eofComment = true;         ///< a comment of exactly %%EOF ends the run
-    static constexpr bool braceLeavesHex = true;     ///< a brace in a hex string starts a procedure
-    static constexpr bool slashLooksAhead = true;    ///< // is told from /
+    static constexpr bool pairsCr = true;          ///< CR LF outside of everything is one delimiter
+    static constexpr bool endDropsOpen = true;     ///< what is open at the end is dropped without a word
+    static constexpr bool eofComment = true;       ///< a comment of exactly %%EOF ends the run
+    static constexpr bool braceLeavesHex = true;   ///< a brace in a hex string starts a procedure
+    static constexpr bool slashLooksAhead = true;  ///< // is told from /
     static constexpr bool commentIsLexeme = false;
     static constexpr bool braceIsLexeme = false;
 };
@@ -467,8 +468,8 @@ private:
 
     Source m_Source;
     std::string m_Text;
-    std::string m_Hex;        ///< digits of the hex string so far
-    size_t m_nToken = 0;      ///< bytes of the open token
+    std::string m_Hex;    ///< digits of the hex string so far
+    size_t m_nToken = 0;  ///< bytes of the open token
     bool m_bLiteral = false;
     bool m_bImmediate = false;
     bool m_bHex = false;

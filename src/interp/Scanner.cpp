@@ -224,10 +224,11 @@ private:
 
 /// A procedure under construction.
 struct BodyFrame {
-    BodyFrame(std::string_view text, size_t position) : lexer(CTextSource(text)), start(position), length(text.size()) {}
+    BodyFrame(std::string_view text, size_t position)
+        : lexer(CTextSource(text)), start(position), length(text.size()) {}
 
     CLexer<CTextSource, BodyRules> lexer;
-    size_t start;   ///< of its text in the outermost text
+    size_t start;  ///< of its text in the outermost text
     size_t length;
     std::vector<ElementPtr> elements;
 };

@@ -40,7 +40,6 @@ ElementPtr EmptyEncoding() {
     return MakeElement<CArrayElement>(std::move(list));
 }
 
-
 }  // namespace
 
 void CFilterEPS::BuildDefaultFont() {
@@ -84,7 +83,9 @@ void CFilterEPS::BuildSystemDict() {
     systemDict->Put("product", Text("Orvelle 5.0"));
     systemDict->Put("StandardEncoding", EmptyEncoding());
     systemDict->Put("ISOLatin1Encoding", EmptyEncoding());
-    const auto op = [](const char* name) -> ElementPtr { return MakeElement<COperatorElement>(std::string_view(name)); };
+    const auto op = [](const char* name) -> ElementPtr {
+        return MakeElement<COperatorElement>(std::string_view(name));
+    };
     systemDict->Put("findencoding", PackedProcedure(Name("Encoding"), op("findresource")));
     systemDict->Put("findfont", PackedProcedure(op(".findfontop")));
     ResolveOperators();
@@ -120,11 +121,12 @@ void CFilterEPS::BuildSystemDict() {
 // Departure: errors never look here. The entries stand for programs that read, wrap or replace them.
 void CFilterEPS::BuildErrorDict(CDictionary& dict) {
     constexpr const char* names[] = {
-        "configurationerror", "dictfull", "dictstackoverflow", "dictstackunderflow", "execstackoverflow",
-        "handleerror", "interrupt", "invalidaccess", "invalidexit", "invalidfileaccess", "invalidfont",
-        "invalidrestore", "ioerror", "limitcheck", "nocurrentpoint", "rangecheck", "stackoverflow",
-        "stackunderflow", "syntaxerror", "timeout", "typecheck", "undefined", "undefinedfilename",
-        "undefinedresource", "undefinedresult", "unmatchedmark", "unregistered", "VMerror",
+        "configurationerror", "dictfull",       "dictstackoverflow", "dictstackunderflow", "execstackoverflow",
+        "handleerror",        "interrupt",      "invalidaccess",     "invalidexit",        "invalidfileaccess",
+        "invalidfont",        "invalidrestore", "ioerror",           "limitcheck",         "nocurrentpoint",
+        "rangecheck",         "stackoverflow",  "stackunderflow",    "syntaxerror",        "timeout",
+        "typecheck",          "undefined",      "undefinedfilename", "undefinedresource",  "undefinedresult",
+        "unmatchedmark",      "unregistered",   "VMerror",
     };
     for (const char* name : names) dict.Put(name, PackedProcedure());
 }

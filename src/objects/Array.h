@@ -14,8 +14,7 @@ inline constexpr std::int32_t MAX_ARRAY_LENGTH = 1 << 22;
 /// The elements of an array; owns them. No slot is ever null.
 class CArrayBody final : public CBody {
 public:
-    explicit CArrayBody(std::vector<ElementPtr> elements) noexcept
-        : CBody(BK_ARRAY), m_Elements(std::move(elements)) {}
+    explicit CArrayBody(std::vector<ElementPtr> elements) noexcept : CBody(BK_ARRAY), m_Elements(std::move(elements)) {}
 
     std::vector<ElementPtr> m_Elements;
 };
@@ -52,7 +51,7 @@ public:
     [[nodiscard]] ElementPtr DeepCopy() const override;
 
     CBodyRef<CArrayBody> m_Body;
-    bool m_bView = false;       ///< when set, m_nStart and m_nLength tell the part of the body that is covered
+    bool m_bView = false;  ///< when set, m_nStart and m_nLength tell the part of the body that is covered
     std::int32_t m_nStart = 0;
     std::int32_t m_nLength = 0;
 

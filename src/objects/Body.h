@@ -29,10 +29,10 @@ public:
     virtual ~CBody() = default;
 
     std::int32_t m_nKind;
-    bool m_bGlobal;                     ///< g_bGlobalMode at construction
-    bool m_bSnapshotted = false;        ///< a copy of it is being shared: see g_nSnapshotEpoch
+    bool m_bGlobal;                      ///< g_bGlobalMode at construction
+    bool m_bSnapshotted = false;         ///< a copy of it is being shared: see g_nSnapshotEpoch
     std::uint32_t m_nRegistryIndex = 0;  ///< place in the registry's list
-    RegistryId m_nRegistry = 0;         ///< 0 until registered
+    RegistryId m_nRegistry = 0;          ///< 0 until registered
 
     /// Says that the contents change: copies made of them earlier no longer show what a copy made now would.
     void Touch() noexcept;

@@ -30,7 +30,8 @@ std::uint64_t HashCell(double cell) { return std::bit_cast<std::uint64_t>(cell +
 /// Hash of a key that is no number; equal keys have equal hashes.
 std::uint64_t HashOther(const CElement* key) {
     const auto mix = [key](const void* p) {
-        return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(p)) * 31 + static_cast<std::uint64_t>(key->m_nType);
+        return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(p)) * 31 +
+               static_cast<std::uint64_t>(key->m_nType);
     };
     if (const auto* simple = As<CSimpElement>(key)) return mix(simple->m_pName);
     if (const auto* op = As<COperatorElement>(key)) return mix(op->m_pName);

@@ -95,10 +95,10 @@ private:
     void Rehash(size_t slots);
     void EraseSlot(size_t slot) noexcept;
 
-    std::vector<CDictNode*> m_Slots;                ///< size a power of two; owns the nodes
-    mutable std::vector<CDictNode*> m_Order;        ///< nodes in the order of iteration, when valid
+    std::vector<CDictNode*> m_Slots;          ///< size a power of two; owns the nodes
+    mutable std::vector<CDictNode*> m_Order;  ///< nodes in the order of iteration, when valid
     mutable bool m_bOrderValid = false;
-    std::uint32_t m_nBuckets;                       ///< smallest prime at or above the requested count
+    std::uint32_t m_nBuckets;  ///< smallest prime at or above the requested count
     std::int32_t m_nCount = 0;
     std::uint64_t m_nNextSequence = 0;
 };

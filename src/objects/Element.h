@@ -69,11 +69,11 @@ public:
     }
     [[nodiscard]] bool IsArrayKind() const noexcept { return m_nType == ET_ARRAY || m_nType == ET_PACKEDARRAY; }
 
-    std::int32_t m_nType;                   ///< ElementType
+    std::int32_t m_nType;                    ///< ElementType
     std::int32_t m_nAccess = ACC_UNLIMITED;  ///< AccessAttribute
-    bool m_bExec = false;                   ///< the executable attribute
-    CElement* m_pNext = nullptr;            ///< towards the top of the stack that holds this element
-    CElement* m_pPrev = nullptr;            ///< towards the bottom of that stack
+    bool m_bExec = false;                    ///< the executable attribute
+    CElement* m_pNext = nullptr;             ///< towards the top of the stack that holds this element
+    CElement* m_pPrev = nullptr;             ///< towards the bottom of that stack
 
 protected:
     explicit CElement(ElementType type) noexcept : m_nType(type) {}

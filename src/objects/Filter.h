@@ -27,8 +27,8 @@ public:
         : CBody(BK_FILTER), m_nFilterKind(kind), m_pSource(std::move(source)), m_pParams(std::move(params)) {}
 
     FilterKind m_nFilterKind;
-    ElementPtr m_pSource;              ///< file, filter, string or procedure
-    TypedPtr<CDictionary> m_pParams;   ///< the dictionary operand; nothing reads it
+    ElementPtr m_pSource;             ///< file, filter, string or procedure
+    TypedPtr<CDictionary> m_pParams;  ///< the dictionary operand; nothing reads it
 };
 
 class CFilterElement final : public CElement, public CPooled<CFilterElement> {

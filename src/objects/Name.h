@@ -18,12 +18,12 @@ inline constexpr int MAX_KEY_LENGTH = 127;
 
 /// One interned text. Entries live until ClearNames and never move.
 struct CName {
-    std::uint32_t m_nLength;        ///< bytes without the terminator
-    std::uint32_t m_nHash;          ///< well mixed; for pointer-keyed tables
-    std::uint32_t m_nBucketHash;    ///< h = h * 8 + signed byte; fixes the order in which dictionaries are walked
-    NumberClass m_nNumberClass;     ///< what ClassifyNumber says of the text
-    bool m_bValidNumber;            ///< false for a radix number that has no value
-    double m_fNumber;               ///< the value when it is a valid number
+    std::uint32_t m_nLength;           ///< bytes without the terminator
+    std::uint32_t m_nHash;             ///< well mixed; for pointer-keyed tables
+    std::uint32_t m_nBucketHash;       ///< h = h * 8 + signed byte; fixes the order in which dictionaries are walked
+    NumberClass m_nNumberClass;        ///< what ClassifyNumber says of the text
+    bool m_bValidNumber;               ///< false for a radix number that has no value
+    double m_fNumber;                  ///< the value when it is a valid number
     mutable OperatorFn m_pfnOperator;  ///< the operator of this name, or null; filled by the operator chain
 
     [[nodiscard]] const char* c_str() const noexcept { return reinterpret_cast<const char*>(this + 1); }

@@ -58,7 +58,7 @@ public:
     [[nodiscard]] ElementPtr DeepCopy() const override;
 
     CBodyRef<CStringBody> m_Body;
-    bool m_bView = false;       ///< when set, m_nStart and m_nLength tell the part of the body that is covered
+    bool m_bView = false;  ///< when set, m_nStart and m_nLength tell the part of the body that is covered
     std::int32_t m_nStart = 0;
     std::int32_t m_nLength = 0;
 

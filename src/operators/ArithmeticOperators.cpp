@@ -111,9 +111,7 @@ std::int64_t Quotient(std::int64_t a, std::int64_t b) { return a / b; }
 std::int64_t Remainder(std::int64_t a, std::int64_t b) { return a % b; }
 
 /// The 32-bit negation, which leaves -2147483648 as it is.
-std::int32_t NegateInt(std::int32_t n) {
-    return static_cast<std::int32_t>(0u - static_cast<std::uint32_t>(n));
-}
+std::int32_t NegateInt(std::int32_t n) { return static_cast<std::int32_t>(0u - static_cast<std::uint32_t>(n)); }
 std::int32_t AbsInt(std::int32_t n) { return n < 0 ? NegateInt(n) : n; }
 double NegateReal(double f) { return -f; }
 double AbsReal(double f) { return std::fabs(f); }

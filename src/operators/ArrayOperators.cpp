@@ -271,8 +271,7 @@ LoopPass ForAllEntries(CFilterEPS& m, const CDictionary& dict, const CArrayEleme
     std::vector<ElementPtr> others;
     names.reserve(static_cast<size_t>(dict.GetNameCount()));
     others.reserve(static_cast<size_t>(dict.GetOtherCount()));
-    for (std::int32_t i = 0; const CDictNode* node = dict.GetNameNodeAt(i); ++i)
-        names.push_back(node->m_pKey);
+    for (std::int32_t i = 0; const CDictNode* node = dict.GetNameNodeAt(i); ++i) names.push_back(node->m_pKey);
     for (std::int32_t i = 0; const CDictNode2* node = dict.GetOtherNodeAt(i); ++i) {
         others.push_back(node->GetKey()->Clone());
     }

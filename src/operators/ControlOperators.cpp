@@ -149,9 +149,8 @@ int OpStopped(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kCoreRows[] = {{"if", OpIf},         {"ifelse", OpIfelse},  {"for", OpFor},
-                               {"repeat", OpRepeat}, {"loop", OpLoop},      {"exit", OpExit},
-                               {"stop", OpStop},     {"stopped", OpStopped}};
+constexpr OpRow kCoreRows[] = {{"if", OpIf},     {"ifelse", OpIfelse}, {"for", OpFor},   {"repeat", OpRepeat},
+                               {"loop", OpLoop}, {"exit", OpExit},     {"stop", OpStop}, {"stopped", OpStopped}};
 
 // any  exec  -                               STACKUNDERFLOW UNSUPPORTED
 // any  exec  any                             for an object that doesn't run
@@ -181,9 +180,8 @@ int OpEexec(CFilterEPS& m) {
     return file->SkipToZeros() == 0 ? m.Fail(PSERR_IO) : 1;
 }
 
-constexpr OpRow kRows[] = {
-    {"exec", OpExec},        {"countexecstack", OpUnsupported}, {"execstack", OpUnsupported},
-    {"quit", OpUnsupported}, {"start", OpUnsupported},          {"eexec", OpEexec}};
+constexpr OpRow kRows[] = {{"exec", OpExec},        {"countexecstack", OpUnsupported}, {"execstack", OpUnsupported},
+                           {"quit", OpUnsupported}, {"start", OpUnsupported},          {"eexec", OpEexec}};
 
 }  // namespace
 

@@ -264,8 +264,7 @@ int OpDictstack(CFilterEPS& m) {
     if (!in) return -1;
     TypedPtr<CArrayElement> view = array->GetInterval(0, m.m_DictStack.GetCount());
     std::int32_t i = 0;
-    for (const CElement* dict = m.m_DictStack.Bottom(); dict; dict = dict->m_pNext)
-        view->SetAt(i++, dict->Clone());
+    for (const CElement* dict = m.m_DictStack.Bottom(); dict; dict = dict->m_pNext) view->SetAt(i++, dict->Clone());
     m.Drop(1);
     m.Push(std::move(view));
     return 1;

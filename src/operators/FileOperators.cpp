@@ -101,8 +101,8 @@ int OpReadstring(CFilterEPS& m) {
     }
     std::string bytes(static_cast<size_t>(string->GetLength()), '\0');
     unsigned count = 0;
-    const int result = static_cast<const CFileElement&>(*source).ReadBlock(
-        bytes.data(), static_cast<unsigned>(bytes.size()), &count);
+    const int result =
+        static_cast<const CFileElement&>(*source).ReadBlock(bytes.data(), static_cast<unsigned>(bytes.size()), &count);
     if (result < 0) return m.Fail(PSERR_IO);
     return PushRead(m, *string, std::string_view(bytes).substr(0, count), result == 1);
 }

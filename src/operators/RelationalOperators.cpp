@@ -116,8 +116,7 @@ int OpBitshift(CFilterEPS& m) {
     if (!in) return -1;
     const auto places = static_cast<int>(std::abs(static_cast<std::int64_t>(shift)) % 32);
     m.Drop(2);
-    m.PushInt(shift > 0 ? static_cast<std::int32_t>(static_cast<std::uint32_t>(value) << places)
-                        : value >> places);
+    m.PushInt(shift > 0 ? static_cast<std::int32_t>(static_cast<std::uint32_t>(value) << places) : value >> places);
     return 1;
 }
 

@@ -97,11 +97,10 @@ bool IsListed(const CFilterEPS&, const CName* key) {
     return std::find(std::begin(Names), std::end(Names), key->Text()) != std::end(Names);
 }
 
-constexpr ResourceCategory kCategories[] = {
-    {"Font", DefineFont, UndefineFont, FindFont, IsFontPresent},
-    {"CMap", DefineCMap, UndefineCMap, FindCMap, IsCMapPresent},
-    {"ProcSet", nullptr, nullptr, FindProcSet, IsListed<kProcSets>},
-    {"Category", nullptr, nullptr, nullptr, IsListed<kCategoryNames>}};
+constexpr ResourceCategory kCategories[] = {{"Font", DefineFont, UndefineFont, FindFont, IsFontPresent},
+                                            {"CMap", DefineCMap, UndefineCMap, FindCMap, IsCMapPresent},
+                                            {"ProcSet", nullptr, nullptr, FindProcSet, IsListed<kProcSets>},
+                                            {"Category", nullptr, nullptr, nullptr, IsListed<kCategoryNames>}};
 
 constexpr ResourceCategory kRefused{};
 
@@ -116,9 +115,8 @@ public:
         if (!m_In) return;
         m_pKey = KeyNameOf(*key);
         m_In.Require(category->m_pName->IsKey() && m_pKey->IsKey(), PSERR_RANGE);
-        const auto* known =
-            std::find_if(std::begin(kCategories), std::end(kCategories),
-                         [&](const auto& row) { return row.name == category->m_pName->Text(); });
+        const auto* known = std::find_if(std::begin(kCategories), std::end(kCategories),
+                                         [&](const auto& row) { return row.name == category->m_pName->Text(); });
         if (known != std::end(kCategories)) m_pCategory = known;
     }
     [[nodiscard]] explicit operator bool() const noexcept { return static_cast<bool>(m_In); }

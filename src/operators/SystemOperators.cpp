@@ -37,8 +37,7 @@ int OpGcheck(CFilterEPS& m) {
 class UserObjects {
 public:
     UserObjects(CFilterEPS& m, Operands& in)
-        : m_pUserDict(static_cast<CDictionary*>(m.m_DictStack.AtFromBottom(2))),
-          m_pKey(InternName("UserObjects")) {
+        : m_pUserDict(static_cast<CDictionary*>(m.m_DictStack.AtFromBottom(2))), m_pKey(InternName("UserObjects")) {
         CElement* value = m_pUserDict->GetValue(m_pKey);
         m_pArray = As<CArrayElement>(value);
         in.Require(!value || m_pArray, PSERR_TYPECHECK);

@@ -164,9 +164,9 @@ int OpCvn(CFilterEPS& m) {
 std::string RealText(double value) {
     constexpr int precision = 7;
     std::array<char, 32> buffer;
-    char* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                    std::chars_format::scientific, precision - 1)
-                          .ptr;
+    char* const end =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific, precision - 1)
+            .ptr;
     const std::string_view text(buffer.data(), static_cast<size_t>(end - buffer.data()));
     const size_t mark = text.find('e');
     if (mark == std::string_view::npos) return std::string(text);  // an infinity or a not-a-number

@@ -47,9 +47,7 @@ bool ParseNumber(std::string_view text, float& value) {
     return result.ec == std::errc() && result.ptr == end && std::isfinite(value);
 }
 
-bool IsPushButton(ControlKind kind) {
-    return kind == ControlKind::pushButton || kind == ControlKind::defaultButton;
-}
+bool IsPushButton(ControlKind kind) { return kind == ControlKind::pushButton || kind == ControlKind::defaultButton; }
 
 bool IsEdit(ControlKind kind) { return kind == ControlKind::edit || kind == ControlKind::multiLineEdit; }
 
@@ -71,8 +69,7 @@ void CDataExchange::Fail(std::string_view message) {
     m_bFailed = true;
     for (auto undo = m_Undo.rbegin(); undo != m_Undo.rend(); ++undo) (*undo)();
     m_Dialog.SetFocus(m_nLastControl);
-    m_Dialog.MessageBox(std::string(message).c_str(), m_Dialog.GetWindowText().c_str(),
-                        MB_OK | MB_ICONEXCLAMATION);
+    m_Dialog.MessageBox(std::string(message).c_str(), m_Dialog.GetWindowText().c_str(), MB_OK | MB_ICONEXCLAMATION);
 }
 
 void DDX_Text(CDataExchange* pDX, int id, float& value) {
@@ -128,9 +125,7 @@ CControl* CDialog::GetDlgItem(int id) noexcept {
     return found == m_Controls.end() ? nullptr : &*found;
 }
 
-const CControl* CDialog::GetDlgItem(int id) const noexcept {
-    return const_cast<CDialog*>(this)->GetDlgItem(id);
-}
+const CControl* CDialog::GetDlgItem(int id) const noexcept { return const_cast<CDialog*>(this)->GetDlgItem(id); }
 
 void CDialog::SetDlgItemText(int id, std::string_view text) {
     if (CControl* control = GetDlgItem(id)) control->SetWindowText(text);

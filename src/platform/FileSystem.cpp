@@ -57,9 +57,7 @@ std::FILE* OpenRegular(const char* name, const char* mode) {
 
 namespace FileSystem {
 
-std::FILE* Open(const char* name, const char* mode) noexcept {
-    return HasLeave() ? OpenRegular(name, mode) : nullptr;
-}
+std::FILE* Open(const char* name, const char* mode) noexcept { return HasLeave() ? OpenRegular(name, mode) : nullptr; }
 
 std::FILE* OpenInput(const char* path, const char* mode) noexcept { return OpenRegular(path, mode); }
 
@@ -98,8 +96,7 @@ std::vector<std::string> FindFiles(const char* pattern) {
             const std::filesystem::path path = matches.gl_pathv[i];
             std::error_code failed;
             const std::filesystem::path absolute = std::filesystem::absolute(path, failed);
-            if (!failed && path.filename() != "." && path.filename() != "..")
-                paths.push_back(absolute.string());
+            if (!failed && path.filename() != "." && path.filename() != "..") paths.push_back(absolute.string());
         }
     }
     std::sort(paths.begin(), paths.end());

@@ -27,9 +27,7 @@ double NumberOf(std::string_view word, NumberClass numberClass) {
     return NumberFromText(word.substr(0, word.find('#')), numberClass, value) ? value : 0;
 }
 float Real(std::string_view word) { return static_cast<float>(NumberOf(word, NumberClass::real)); }
-std::int32_t Integer(std::string_view word) {
-    return static_cast<std::int32_t>(NumberOf(word, NumberClass::integer));
-}
+std::int32_t Integer(std::string_view word) { return static_cast<std::int32_t>(NumberOf(word, NumberClass::integer)); }
 
 /// The distance of two bounds; wraps around instead of overflowing.
 std::int32_t Extent(std::string_view low, std::string_view high) {
@@ -63,8 +61,7 @@ void ReadBoundingBox(CEPSFileInfo& info, const Comment& comment) {
 
 void ReadSuppliedResource(CEPSFileInfo& info, const Comment& comment) {
     const auto& words = comment.words;
-    if (words.size() >= 5)
-        info.m_SuppliedRes.push_back({std::string(words[2]), Real(words[3]), Real(words[4])});
+    if (words.size() >= 5) info.m_SuppliedRes.push_back({std::string(words[2]), Real(words[3]), Real(words[4])});
 }
 
 /// The raw line behind as many bytes as the keyword has, also when blanks stand before the keyword.
@@ -115,8 +112,7 @@ int CEPSImportInfoDlg::AnalyseHeader() {
     m_Info = {};
     m_pFile = std::make_unique<CFileBody>(m_pJob->szPath, "r+b");
     m_pFile->SetFileKind(FK_INPUT);
-    const bool read =
-        m_pFile->Open() == 1 && CheckFileHeader() == 1 && ReadFirstLine() == 1 && ReadComments() == 1;
+    const bool read = m_pFile->Open() == 1 && CheckFileHeader() == 1 && ReadFirstLine() == 1 && ReadComments() == 1;
     m_Info.m_nFileLength = m_pFile->GetFileSize();
     m_pFile->Close();
     return read ? 1 : -1;
@@ -175,9 +171,8 @@ int CEPSImportInfoDlg::ReadComments() {
             continue;
         }
         continues = word == SUPPLIED_RESOURCES;
-        const auto* keyword =
-            std::find_if(std::begin(KEYWORDS), std::end(KEYWORDS),
-                         [word](const Keyword& candidate) { return candidate.text == word; });
+        const auto* keyword = std::find_if(std::begin(KEYWORDS), std::end(KEYWORDS),
+                                           [word](const Keyword& candidate) { return candidate.text == word; });
         if (keyword != std::end(KEYWORDS)) keyword->read(m_Info, comment);
     }
 }

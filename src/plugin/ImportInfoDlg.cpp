@@ -64,8 +64,7 @@ std::string CEPSImportInfoDlg::InfoText() const {
     std::string text = Text(m_Info.m_nFileType == 0 ? IDS_PLAIN_FILE : IDS_PREVIEW_FILE);
     text += Text(IDS_DSC_VERSION, static_cast<double>(m_Info.m_fDSCVersion));
     text += Text(IDS_EPS_VERSION, static_cast<double>(m_Info.m_fEPSVersion));
-    text += m_Info.m_nLanguageLevel != 0 ? Text(IDS_LANGUAGE_LEVEL, m_Info.m_nLanguageLevel)
-                                         : Text(IDS_LEVEL_UNKNOWN);
+    text += m_Info.m_nLanguageLevel != 0 ? Text(IDS_LANGUAGE_LEVEL, m_Info.m_nLanguageLevel) : Text(IDS_LEVEL_UNKNOWN);
     if (m_Info.m_pszTitle) text += Text(IDS_TITLE, m_Info.m_pszTitle->c_str());
     if (m_Info.m_pszCreator) text += Text(IDS_CREATOR, m_Info.m_pszCreator->c_str());
     if (m_Info.m_pszCreationDate) text += Text(IDS_CREATION_DATE, m_Info.m_pszCreationDate->c_str());

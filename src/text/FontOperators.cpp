@@ -12,9 +12,7 @@ namespace {
 
 using FontPtr = TypedPtr<CDictionary>;
 
-FontPtr CloneFont(const CDictionary& font) {
-    return FontPtr(static_cast<CDictionary*>(font.Clone().release()));
-}
+FontPtr CloneFont(const CDictionary& font) { return FontPtr(static_cast<CDictionary*>(font.Clone().release())); }
 
 /// The text of a key operand; a key too long is PSERR_RANGE.
 const CName* FontKey(Operands& in, int depth) {

@@ -3,5 +3,4 @@
 
 #include "interp/OperatorTable.h"
 
-extern constinit const OpTable
-    kShowOperators;  ///< show to kshow, setcachedevice, setcachedevice2, setcharwidth
+extern constinit const OpTable kShowOperators;  ///< show to kshow, setcachedevice, setcachedevice2, setcharwidth

@@ -37,8 +37,7 @@ std::string Svg(const Drawing& drawing) {
 }
 
 std::string Dxf(const Drawing& drawing) {
-    return Written(
-        [&](COutputFile& out) { CDxfWriter(out, CurveStyle::Spline, 0.05).WriteDrawing(drawing); });
+    return Written([&](COutputFile& out) { CDxfWriter(out, CurveStyle::Spline, 0.05).WriteDrawing(drawing); });
 }
 
 CEntPLine* AddPolyline(Drawing& drawing, CSectObject* section, bool closed = false) {
@@ -80,14 +79,13 @@ TEST(Writers, TheHostsOtherKindsAreWritten) {
     drawing.entities.push_back(CreateMultiText("a \"b\" \xFF", {5, 6}, "font", 1, 2, 0, 0, ALIGN_LEFT, 0));
 
     const std::string json = Json(drawing);
-    for (
-        const char* expected :
-        {R"("sections": [{ "type": "arc", "center": [1,2], "radius": 3, "startAngle": 0, "endAngle": 1.5 }])",
-         R"({ "type": "circle", "color": [0,0,0], "center": [10,10], "radius": 2 })",
-         R"({ "type": "ellipse", "color": [0,0,0], "center": [20,20], "a": 4, "b": 2, "angle": 0.5 })",
-         R"({ "type": "point", "color": [0,0,0], "position": [7,8] })",
-         R"("text": "a \"b\" )"
-         "\xEF\xBF\xBD\""})
+    for (const char* expected :
+         {R"("sections": [{ "type": "arc", "center": [1,2], "radius": 3, "startAngle": 0, "endAngle": 1.5 }])",
+          R"({ "type": "circle", "color": [0,0,0], "center": [10,10], "radius": 2 })",
+          R"({ "type": "ellipse", "color": [0,0,0], "center": [20,20], "a": 4, "b": 2, "angle": 0.5 })",
+          R"({ "type": "point", "color": [0,0,0], "position": [7,8] })",
+          R"("text": "a \"b\" )"
+          "\xEF\xBF\xBD\""})
         EXPECT_NE(json.find(expected), std::string::npos) << expected << '\n' << json;
 
     const std::string svg = Svg(drawing);
@@ -103,8 +101,7 @@ TEST(Writers, ExtremeNumbersStayReadable) {
     constexpr float kLeast = std::numeric_limits<float>::denorm_min();
     Drawing drawing;
     AddPolyline(drawing, Line({{kMost, -kMost}, {kLeast, -0.0f}, {-1e-7f, 16777216}}));
-    EXPECT_NE(Json(drawing).find("[[3.4028235e+38,-3.4028235e+38], [1e-45,-0], [-1e-07,16777216]]"),
-              std::string::npos)
+    EXPECT_NE(Json(drawing).find("[[3.4028235e+38,-3.4028235e+38], [1e-45,-0], [-1e-07,16777216]]"), std::string::npos)
         << Json(drawing);
     EXPECT_NE(Svg(drawing).find(" L0,0 0,-16777216\"/>"), std::string::npos) << Svg(drawing);
     EXPECT_NE(Dxf(drawing).find(" 20\n-3.4028235e+38\n"), std::string::npos);

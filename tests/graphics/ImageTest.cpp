@@ -23,8 +23,7 @@ TEST(ImageTest, Procedures) {
         {"components", "/n 0 def 2 2 8 matrix {/n n 1 add def (abc)} false 3 colorimage n", "4"},
         {"several in the order of the program", "1 1 8 matrix {/r (a)} {/g (a)} {/b (a)} true 3 colorimage",
          "/r /g /b"},
-        {"all of them in each pass", "2 1 8 matrix {/r (a)} {/g (a)} {/b (a)} true 3 colorimage",
-         "/r /g /b /r /g /b"},
+        {"all of them in each pass", "2 1 8 matrix {/r (a)} {/g (a)} {/b (a)} true 3 colorimage", "/r /g /b /r /g /b"},
         {"no string", "1 1 8 matrix {7} image", "7", PSERR_TYPECHECK},
         {"nothing at all", "1 1 8 matrix {} image", "", PSERR_STACKUNDERFLOW},
         {"a failing one", "1 1 8 matrix {nosuch} image", "", PSERR_UNDEFINED},
@@ -37,13 +36,11 @@ TEST(ImageTest, Strings) {
         {"long enough", "7 5 2 8 matrix (0123456789) image", "7"},
         {"too short", "7 5 2 8 matrix (012345678) image", "7", PSERR_IO},
         {"a mask", "5 2 true matrix (01) imagemask", ""},
-        {"components", "1 1 8 matrix (012) false 3 colorimage 1 1 8 matrix (012) false 4 colorimage", "",
-         PSERR_IO},
+        {"components", "1 1 8 matrix (012) false 3 colorimage 1 1 8 matrix (012) false 4 colorimage", "", PSERR_IO},
         {"together long enough", "1 1 8 matrix (a) () (bc) true 3 colorimage", ""},
         {"together too short", "1 1 8 matrix (a) () (b) true 3 colorimage", "", PSERR_IO},
         {"one of another type", "1 1 8 matrix (a) 7 (bc) true 3 colorimage", "", PSERR_TYPECHECK},
-        {"a total beyond all numbers", "2147483647 dup 32 matrix () false 2147483647 colorimage", "",
-         PSERR_IO},
+        {"a total beyond all numbers", "2147483647 dup 32 matrix () false 2147483647 colorimage", "", PSERR_IO},
         {"a width below zero", "-1 10 8 matrix (a) image", "", PSERR_RANGE},
         {"two sizes below zero", "-8 10 -8 matrix (a) image", "", PSERR_RANGE},
         {"a height below zero", "10 -1 true matrix (a) imagemask", "", PSERR_RANGE},
@@ -58,10 +55,10 @@ TEST(ImageTest, Operands) {
         {"no width", "(x) 1 8 matrix (a) image", "(x) 1 8 [1.0 0.0 0.0 1.0 0.0 0.0] (a)", PSERR_TYPECHECK},
         {"too few", "8 matrix (a) image", "8 [1.0 0.0 0.0 1.0 0.0 0.0] (a)", PSERR_STACKUNDERFLOW},
         {"nothing", "image", "", PSERR_STACKUNDERFLOW},
-        {"no components", "1 1 8 matrix (a) false 0 colorimage",
-         "1 1 8 [1.0 0.0 0.0 1.0 0.0 0.0] (a) false 0", PSERR_RANGE},
-        {"more components than operands", "1 1 8 1 (a) true 2147483647 colorimage",
-         "1 1 8 1 (a) true 2147483647", PSERR_STACKUNDERFLOW},
+        {"no components", "1 1 8 matrix (a) false 0 colorimage", "1 1 8 [1.0 0.0 0.0 1.0 0.0 0.0] (a) false 0",
+         PSERR_RANGE},
+        {"more components than operands", "1 1 8 1 (a) true 2147483647 colorimage", "1 1 8 1 (a) true 2147483647",
+         PSERR_STACKUNDERFLOW},
         {"neither true nor false", "1 1 8 1 (a) 1 1 colorimage", "1 1 8 1 (a) 1 1", PSERR_TYPECHECK},
         {"another source of one", "1 1 8 1 /a false 3 colorimage", "", PSERR_UNSUPPORTED},
         {"another first source of several", "1 1 8 1 (a) (a) /a true 3 colorimage", "", PSERR_TYPECHECK},
@@ -71,14 +68,13 @@ TEST(ImageTest, Operands) {
 
 TEST(ImageTest, Dictionaries) {
     CheckStacks({
-        {"a single source",
-         "<< /ImageType 1 /Width 5 /Height 2 /BitsPerComponent 8 /DataSource (0123456789) >> image", ""},
+        {"a single source", "<< /ImageType 1 /Width 5 /Height 2 /BitsPerComponent 8 /DataSource (0123456789) >> image",
+         ""},
         {"departure: one component whatever the space",
          "/DeviceRGB setcolorspace << /ImageType 1 /Width 1 /Height 1 /BitsPerComponent 8 /DataSource (0) >> "
          "image",
          ""},
-        {"too short",
-         "<< /ImageType 4 /Width 5 /Height 2 /BitsPerComponent 8 /DataSource (012345678) >> image", "",
+        {"too short", "<< /ImageType 4 /Width 5 /Height 2 /BitsPerComponent 8 /DataSource (012345678) >> image", "",
          PSERR_IO},
         {"several sources",
          "<< /ImageType 1 /Width 1 /Height 1 /BitsPerComponent 8 /MultipleDataSources true /DataSource [{/a "
@@ -95,13 +91,11 @@ TEST(ImageTest, Dictionaries) {
          ">> image",
          "", PSERR_TYPECHECK},
         {"the data below a mask",
-         "<< /ImageType 3 /DataDict << /Width 1 /Height 1 /BitsPerComponent 8 /DataSource (1) >> >> image",
-         ""},
+         "<< /ImageType 3 /DataDict << /Width 1 /Height 1 /BitsPerComponent 8 /DataSource (1) >> >> image", ""},
         {"no data below a mask", "<< /ImageType 3 >> image", "", PSERR_SYNTAX},
         {"another type", "<< /ImageType 2 >> image", "", PSERR_RANGE},
         {"no type", "<< /Width 1 >> image", "", PSERR_TYPECHECK},
-        {"no width", "<< /ImageType 1 /Height 1 /BitsPerComponent 8 /DataSource (1) >> image", "",
-         PSERR_TYPECHECK},
+        {"no width", "<< /ImageType 1 /Height 1 /BitsPerComponent 8 /DataSource (1) >> image", "", PSERR_TYPECHECK},
         {"no source", "<< /ImageType 1 /Width 1 /Height 1 /BitsPerComponent 8 >> image", "", PSERR_TYPECHECK},
         {"a source of another type is let be",
          "<< /ImageType 1 /Width 1 /Height 1 /BitsPerComponent 8 /DataSource /a >> image", ""},
@@ -112,23 +106,19 @@ TEST(ImageTest, Dictionaries) {
 
 TEST(ImageTest, DataInTheFile) {
     const std::string line = "#000000 open L 0,0 25.4,0";
-    EXPECT_EQ(DrawnBehind("/b 3 string def 3 2 8 matrix {currentfile b readhexstring pop} image",
-                          "000102 03040\n5"),
+    EXPECT_EQ(DrawnBehind("/b 3 string def 3 2 8 matrix {currentfile b readhexstring pop} image", "000102 03040\n5"),
               line);
     EXPECT_EQ(DrawnBehind("2 2 8 matrix currentfile /ASCIIHexDecode filter image", "00 01 02 03>"), line);
     EXPECT_EQ(DrawnBehind("2 2 8 matrix currentfile /ASCII85Decode filter image", "lineto stroke ~>"), line);
-    EXPECT_EQ(DrawnBehind("2 2 1 matrix currentfile /RunLengthDecode filter imagemask", "lineto stroke \x80"),
-              line);
+    EXPECT_EQ(DrawnBehind("2 2 1 matrix currentfile /RunLengthDecode filter imagemask", "lineto stroke \x80"), line);
     EXPECT_EQ(
-        DrawnBehind("2 2 8 matrix currentfile /ASCII85Decode filter /DCTDecode filter false 3 colorimage",
-                    "aa~>"),
+        DrawnBehind("2 2 8 matrix currentfile /ASCII85Decode filter /DCTDecode filter false 3 colorimage", "aa~>"),
         line)
         << "the mark is that of the filter next to the file";
-    EXPECT_EQ(
-        DrawnBehind("1 1 8 matrix currentfile /ASCIIHexDecode filter currentfile /ASCIIHexDecode filter "
-                    "currentfile /ASCIIHexDecode filter true 3 colorimage",
-                    "00> 01> 02>"),
-        line);
+    EXPECT_EQ(DrawnBehind("1 1 8 matrix currentfile /ASCIIHexDecode filter currentfile /ASCIIHexDecode filter "
+                          "currentfile /ASCIIHexDecode filter true 3 colorimage",
+                          "00> 01> 02>"),
+              line);
     EXPECT_EQ(DrawnBehind("<< /ImageType 1 /Width 2 /Height 2 /BitsPerComponent 8 /DataSource currentfile "
                           "/ASCIIHexDecode filter >> image",
                           "00 01 02 03>"),
@@ -138,9 +128,8 @@ TEST(ImageTest, DataInTheFile) {
               line)
         << "the data of a reusable stream has been read when the stream was made";
     EXPECT_EQ(RunAsFile(std::string(kHeader) + "1 1 8 matrix currentfile image\n").error, PSERR_UNSUPPORTED);
-    EXPECT_EQ(
-        RunAsFile(std::string(kHeader) + "1 1 8 matrix currentfile /ASCIIHexDecode filter image 00").error,
-        PSERR_IO)
+    EXPECT_EQ(RunAsFile(std::string(kHeader) + "1 1 8 matrix currentfile /ASCIIHexDecode filter image 00").error,
+              PSERR_IO)
         << "no end mark";
 }
 

@@ -26,30 +26,25 @@ constexpr RunSettings kNoFills{.fillOutline = false};
 TEST(PaintTest, Stroke) {
     CheckDrawings({
         {"a line", "0 0 moveto 72 72 lineto stroke", "#000000 open L 0,0 25.4,25.4"},
-        {"old hosts count 1/40 mm", "0 0 moveto 72 72 lineto stroke", "#000000 open L 0,0 1016,1016",
-         kVersion4},
+        {"old hosts count 1/40 mm", "0 0 moveto 72 72 lineto stroke", "#000000 open L 0,0 1016,1016", kVersion4},
         {"nothing of a point", "72 0 moveto stroke", ""},
         {"nothing of a line of no length", "72 0 moveto 72 0 lineto stroke", ""},
         {"nothing in front of the first moveto", "72 0 lineto 0 0 moveto 72 0 lineto stroke",
          "#000000 open L 0,0 25.4,0"},
         {"nothing without a moveto", "72 0 lineto 0 0 72 0 72 72 curveto 0 0 lineto closepath stroke", ""},
-        {"a curve is never too short", "0 0 moveto 0 0 0 0 0 0 curveto stroke",
-         "#000000 closed B 0,0 0,0 0,0 0,0"},
+        {"a curve is never too short", "0 0 moveto 0 0 0 0 0 0 curveto stroke", "#000000 closed B 0,0 0,0 0,0 0,0"},
         {"two subpaths", "0 0 moveto 72 0 lineto 0 72 moveto 72 72 lineto stroke",
          "#000000 open L 0,0 25.4,0\n#000000 open L 0,25.4 25.4,25.4"},
-        {"the path goes on behind a closepath",
-         "0 0 moveto 72 0 lineto 72 72 lineto closepath 0 72 lineto stroke",
+        {"the path goes on behind a closepath", "0 0 moveto 72 0 lineto 72 72 lineto closepath 0 72 lineto stroke",
          "#000000 open L 0,0 25.4,0 L 25.4,0 25.4,25.4 L 25.4,25.4 0,0 L 0,0 0,25.4"},
         {"closed without a closepath", "0 0 moveto 72 0 lineto 72 72 lineto 0 0.001 lineto stroke",
          "#000000 closed L 0,0 25.4,0 L 25.4,0 25.4,25.4 L 25.4,25.4 0,0.000352778"},
-        {"no closing line where the ends meet",
-         "0 0 moveto 72 0 lineto 72 72 lineto 0 0 lineto closepath stroke",
+        {"no closing line where the ends meet", "0 0 moveto 72 0 lineto 72 72 lineto 0 0 lineto closepath stroke",
          "#000000 closed L 0,0 25.4,0 L 25.4,0 25.4,25.4 L 25.4,25.4 0,0"},
         {"line parameters do not show", "100 setlinewidth [1] 0 setdash 0 0 moveto 72 0 lineto stroke",
          "#000000 open L 0,0 25.4,0"},
         {"the clip does not show", "0 0 moveto 72 0 lineto clip stroke", "#000000 open L 0,0 25.4,0"},
-        {"the path is consumed", "0 0 moveto 72 0 lineto stroke 72 72 lineto stroke",
-         "#000000 open L 0,0 25.4,0"},
+        {"the path is consumed", "0 0 moveto 72 0 lineto stroke 72 72 lineto stroke", "#000000 open L 0,0 25.4,0"},
         {"drawn before the fault", "0 0 moveto 72 0 lineto stroke nosuch", "#000000 open L 0,0 25.4,0"},
     });
 }
@@ -109,8 +104,7 @@ TEST(PaintTest, Rectangles) {
         {"an array and a matrix", "[0 0 72 72] matrix rectstroke", inch},
         {"what stands below a matrix may be anything", "/a matrix rectstroke 0 0 72 72 rectstroke", inch},
         {"an encoded string draws nothing", "(abc) rectstroke (abc) matrix rectstroke", ""},
-        {"the path stays", "0 0 moveto 0 0 72 72 rectstroke 72 0 lineto stroke",
-         inch + "\n#000000 open L 0,0 25.4,0"},
+        {"the path stays", "0 0 moveto 0 0 72 72 rectstroke 72 0 lineto stroke", inch + "\n#000000 open L 0,0 25.4,0"},
         {"under the CTM", "2 1 scale 0 0 36 72 rectstroke", inch},
         {"not wanted", "0 0 72 72 rectfill [1 2] rectfill (a) rectfill", "", kNoFills},
     });
@@ -124,8 +118,7 @@ TEST(PaintTest, Rectangles) {
         {"nothing below a matrix", "matrix rectstroke", "", PSERR_STACKUNDERFLOW},
         {"a packed array", "1 2 3 4 4 packedarray rectstroke", "[1 2 3 4]", PSERR_TYPECHECK},
         {"three numbers", "1 2 3 rectstroke", "1 2 3", PSERR_STACKUNDERFLOW},
-        {"the CTM stays", "1 2 3 4 [2 0 0 2 0 0] rectstroke matrix currentmatrix",
-         "[1.0 0.0 0.0 1.0 0.0 0.0]"},
+        {"the CTM stays", "1 2 3 4 [2 0 0 2 0 0] rectstroke matrix currentmatrix", "[1.0 0.0 0.0 1.0 0.0 0.0]"},
     });
     EXPECT_EQ(RunText("[1 2 3] rectstroke").gstateDepth, 1);
     const RunResult unwanted = RunText("/a rectfill", kNoFills);
@@ -162,16 +155,14 @@ TEST(PaintTest, UserPaths) {
         {"an encoded path", "7 [1 2] ustroke", "7", PSERR_UNSUPPORTED},
         {"no path", "(a) ustroke", "(a)", PSERR_TYPECHECK},
         {"nothing", "ufill", "", PSERR_STACKUNDERFLOW},
-        {"the matrix is gone behind it", "{0 0 moveto} [2 0 0 2 0 0] ustroke matrix currentmatrix 0 get",
-         "1.0"},
-        {"states that the path left",
-         "3 setlinewidth {gsave 0 0 moveto gsave 5 setlinewidth} ustroke currentlinewidth", "3.0"},
+        {"the matrix is gone behind it", "{0 0 moveto} [2 0 0 2 0 0] ustroke matrix currentmatrix 0 get", "1.0"},
+        {"states that the path left", "3 setlinewidth {gsave 0 0 moveto gsave 5 setlinewidth} ustroke currentlinewidth",
+         "3.0"},
         {"a path that pops its own state",
          "3 setlinewidth {grestore grestore grestore grestore 0 0 moveto} ustroke currentlinewidth", "3.0"},
     });
     EXPECT_EQ(RunText("{nosuch} ustroke").gstateDepth, 1);
-    EXPECT_EQ(RunText("{gsave gsave} ustroke").error, PSERR_UNSUPPORTED)
-        << "two elements are an encoded path";
+    EXPECT_EQ(RunText("{gsave gsave} ustroke").error, PSERR_UNSUPPORTED) << "two elements are an encoded path";
 }
 
 }  // namespace

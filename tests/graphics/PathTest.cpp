@@ -23,19 +23,16 @@ void CheckRecords(std::initializer_list<RecordCase> cases) {
 }
 
 /// Leaves the number of records on the stack.
-constexpr const char* kCountRecords =
-    " 0 {pop pop 1 add} {pop pop 1 add} {6 {pop} repeat 3 add} {1 add} pathforall";
+constexpr const char* kCountRecords = " 0 {pop pop 1 add} {pop pop 1 add} {6 {pop} repeat 3 add} {1 add} pathforall";
 
 TEST(PathTest, Records) {
     CheckRecords({
         {"nothing", "", ""},
         {"move, line and curve", "0 0 moveto 72 36 lineto 1 2 144 4 72 72 curveto",
          "0.0 0.0 /m 72.0 36.0 /l 1.0 2.0 144.0 4.0 72.0 72.0 /c"},
-        {"the second of two movetos counts", "0 0 moveto 72 0 moveto 72 72 lineto",
-         "72.0 0.0 /m 72.0 72.0 /l"},
+        {"the second of two movetos counts", "0 0 moveto 72 0 moveto 72 72 lineto", "72.0 0.0 /m 72.0 72.0 /l"},
         {"departure: no moveto is needed", "72 0 lineto 0 72 lineto", "72.0 0.0 /l 0.0 72.0 /l"},
-        {"points relative to one current point",
-         "72 72 moveto 72 0 rlineto 36 0 36 72 0 72 rcurveto -72 -72 rmoveto",
+        {"points relative to one current point", "72 72 moveto 72 0 rlineto 36 0 36 72 0 72 rcurveto -72 -72 rmoveto",
          "72.0 72.0 /m 144.0 72.0 /l 180.0 72.0 180.0 144.0 144.0 144.0 /c 72.0 72.0 /m"},
         {"the CTM counts when the operator runs", "72 0 moveto 2 2 scale 72 0 lineto .5 .5 scale",
          "72.0 0.0 /m 144.0 0.0 /l"},
@@ -49,8 +46,7 @@ TEST(PathTest, ClosePath) {
     CheckRecords({
         {"an empty path", "closepath", ""},
         {"departure: one line stays open", "0 0 moveto 72 0 lineto closepath", "0.0 0.0 /m 72.0 0.0 /l"},
-        {"two lines", "36 0 moveto 72 0 lineto 72 72 lineto closepath",
-         "36.0 0.0 /m 72.0 0.0 /l 72.0 72.0 /l /h"},
+        {"two lines", "36 0 moveto 72 0 lineto 72 72 lineto closepath", "36.0 0.0 /m 72.0 0.0 /l 72.0 72.0 /l /h"},
         {"a curve alone", "36 0 moveto 0 0 72 0 72 72 curveto closepath",
          "36.0 0.0 /m 0.0 0.0 72.0 0.0 72.0 72.0 /c /h"},
         {"the second does nothing", "0 0 moveto 72 0 lineto 72 72 lineto closepath closepath",
@@ -64,8 +60,8 @@ TEST(PathTest, ClosePath) {
         {"behind an emptied path", "0 0 moveto 72 0 lineto newpath 72 0 lineto 72 72 lineto closepath",
          "72.0 0.0 /l 72.0 72.0 /l"},
     });
-    CheckStacks({{"the current point behind it",
-                  "36 72 moveto 72 0 lineto 72 72 lineto closepath currentpoint", "36.0 72.0"}});
+    CheckStacks(
+        {{"the current point behind it", "36 72 moveto 72 0 lineto 72 72 lineto closepath currentpoint", "36.0 72.0"}});
 }
 
 TEST(PathTest, Failures) {
@@ -92,27 +88,24 @@ TEST(PathTest, Limit) {
     check("a line fits", fill + "72 72 lineto currentpoint" + kCountRecords, "72.0 72.0 9999");
     const std::string full = fill + "72 72 lineto 72 0 lineto ";
     check("the last one", full + "currentpoint" + kCountRecords, "72.0 0.0 10000");
-    check("what is too much is dropped",
-          full + "36 36 lineto closepath 0 72 moveto currentpoint" + kCountRecords, "72.0 0.0 10000");
+    check("what is too much is dropped", full + "36 36 lineto closepath 0 72 moveto currentpoint" + kCountRecords,
+          "72.0 0.0 10000");
     check("a full path does not replace its last moveto either",
           fill + "72 72 lineto 72 0 moveto 0 0 moveto currentpoint", "72.0 0.0");
-    check(
-        "a curve to the brim",
-        "0 0 moveto 1 1 9996 {0 lineto} for 1 1 2 2 72 72 curveto currentpoint" + std::string(kCountRecords),
-        "72.0 72.0 10000");
+    check("a curve to the brim",
+          "0 0 moveto 1 1 9996 {0 lineto} for 1 1 2 2 72 72 curveto currentpoint" + std::string(kCountRecords),
+          "72.0 72.0 10000");
 }
 
 TEST(PathTest, CopiesOfTheStateHaveTheirOwnPath) {
     CheckRecords({
         {"added behind gsave", "0 0 moveto gsave 72 0 lineto grestore 0 72 lineto", "0.0 0.0 /m 0.0 72.0 /l"},
         {"seen behind gsave", "0 0 moveto gsave 72 0 lineto", "0.0 0.0 /m 72.0 0.0 /l"},
-        {"emptied behind gsave", "0 0 moveto 72 0 lineto gsave newpath 36 0 moveto grestore",
-         "0.0 0.0 /m 72.0 0.0 /l"},
+        {"emptied behind gsave", "0 0 moveto 72 0 lineto gsave newpath 36 0 moveto grestore", "0.0 0.0 /m 72.0 0.0 /l"},
         {"added below a copy", "0 0 moveto 72 0 lineto gstate 0 72 lineto newpath 36 36 moveto setgstate",
          "0.0 0.0 /m 72.0 0.0 /l"},
         {"replaced in the copy", "0 0 moveto gsave 36 0 moveto grestore", "0.0 0.0 /m"},
-        {"a subpath's start is kept",
-         "36 0 moveto 72 0 lineto gsave 0 0 moveto grestore 72 72 lineto closepath",
+        {"a subpath's start is kept", "36 0 moveto 72 0 lineto gsave 0 0 moveto grestore 72 72 lineto closepath",
          "36.0 0.0 /m 72.0 0.0 /l 72.0 72.0 /l /h"},
     });
 }

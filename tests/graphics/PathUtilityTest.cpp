@@ -4,9 +4,9 @@
 namespace {
 
 TEST(PathUtilityTest, OperatorsThatLeaveThePathAlone) {
-    for (const char* op : {"flattenpath", "reversepath", "strokepath", "clippath", "initclip", "clip",
-                           "eoclip", "ucache", "(text) true charpath", "1 (a) /b 4 setbbox",
-                           "{1 2 3} ustrokepath", "{0 0 moveto} matrix ustrokepath"}) {
+    for (const char* op :
+         {"flattenpath", "reversepath", "strokepath", "clippath", "initclip", "clip", "eoclip", "ucache",
+          "(text) true charpath", "1 (a) /b 4 setbbox", "{1 2 3} ustrokepath", "{0 0 moveto} matrix ustrokepath"}) {
         SCOPED_TRACE(op);
         const RunResult result = RunText("0 0 moveto 0 0 9 9 72 0 curveto 0 72 lineto " + std::string(op) +
                                          " {/m} {/l} {/c} {/h} pathforall");
@@ -37,8 +37,8 @@ TEST(PathUtilityTest, PathBBox) {
         {"lines", "72 36 moveto 144 0 lineto 0 72 lineto pathbbox", "0.0 0.0 144.0 72.0"},
         {"control points count", "0 0 moveto 0 72 72 72 72 0 curveto pathbbox", "0.0 0.0 72.0 72.0"},
         {"user space", "2 2 scale 36 36 moveto 72 72 lineto pathbbox", "36.0 36.0 72.0 72.0"},
-        {"departure: each corner is mapped by itself",
-         "0 0 moveto 72 36 lineto [0 1 -1 0 0 0] setmatrix pathbbox", "0.0 0.0 36.0 -72.0"},
+        {"departure: each corner is mapped by itself", "0 0 moveto 72 36 lineto [0 1 -1 0 0 0] setmatrix pathbbox",
+         "0.0 0.0 36.0 -72.0"},
         {"no path", "pathbbox", "", PSERR_SYNTAX},
         {"one point has no box", "0 0 moveto pathbbox", "", PSERR_SYNTAX},
         {"clippath makes no path", "clippath pathbbox", "", PSERR_SYNTAX},
@@ -47,19 +47,15 @@ TEST(PathUtilityTest, PathBBox) {
 
 TEST(PathUtilityTest, PathForAll) {
     CheckStacks({
-        {"a close has no operands",
-         "0 0 moveto 72 0 lineto 72 72 lineto closepath {/m} {/l} {/c} {count} pathforall",
+        {"a close has no operands", "0 0 moveto 72 0 lineto 72 72 lineto closepath {/m} {/l} {/c} {count} pathforall",
          "0.0 0.0 /m 72.0 0.0 /l 72.0 72.0 /l 9"},
-        {"user space of the moment", "72 0 moveto 144 0 lineto 2 2 scale {} {} {} {} pathforall",
-         "36.0 0.0 72.0 0.0"},
+        {"user space of the moment", "72 0 moveto 144 0 lineto 2 2 scale {} {} {} {} pathforall", "36.0 0.0 72.0 0.0"},
         {"exit ends it", "0 0 moveto 72 0 lineto 36 0 lineto {pop pop} {exit} {} {} pathforall 1 {2} exec",
          "72.0 0.0 1 2"},
-        {"an emptied path", "0 0 moveto 72 0 lineto 36 0 lineto {newpath} {} {} {} pathforall count",
-         "0.0 0.0 2"},
+        {"an emptied path", "0 0 moveto 72 0 lineto 36 0 lineto {newpath} {} {} {} pathforall count", "0.0 0.0 2"},
         {"a path that grows is walked as far as it was",
          "0 0 moveto 72 0 lineto {2 copy lineto} {2 copy lineto} {} {} pathforall", "0.0 0.0 72.0 0.0"},
-        {"a replaced path",
-         "0 0 moveto 72 0 lineto 36 0 lineto {newpath 9 9 9 9 9 9 curveto} {/l} {} {} pathforall",
+        {"a replaced path", "0 0 moveto 72 0 lineto 36 0 lineto {newpath 9 9 9 9 9 9 curveto} {/l} {} {} pathforall",
          "0.0 0.0 9.0 9.0", PSERR_SYNTAX},
         {"a failing procedure", "0 0 moveto {pop pop nosuch} {} {} {} pathforall", "", PSERR_UNDEFINED},
         {"packed procedures", "0 0 moveto {} 0 packedarray cvx {} {} pathforall", "0.0 0.0"},
@@ -75,8 +71,7 @@ TEST(PathUtilityTest, UAppend) {
          "pathforall",
          "72.0 72.0 1 2 2"},
         {"a literal array of tokens", "[0 0 /moveto cvx] uappend currentpoint", "0.0 0.0"},
-        {"names mean the operators", "/lineto {nosuch} def {0 0 moveto 72 0 lineto} uappend currentpoint",
-         "72.0 0.0"},
+        {"names mean the operators", "/lineto {nosuch} def {0 0 moveto 72 0 lineto} uappend currentpoint", "72.0 0.0"},
         {"dictionaries that it left", "{1 dict begin 0 0 moveto 2 dict begin} uappend countdictstack", "3"},
         {"an encoded path", "7 [(a) (b)] uappend", "7", PSERR_UNSUPPORTED},
         {"no array", "(a) uappend", "(a)", PSERR_TYPECHECK},

@@ -6,8 +6,7 @@ namespace {
 TEST(PatternTest, MakePattern) {
     CheckStacks({
         {"the dictionary itself", "1 dict dup matrix makepattern /x 1 put /x known", "true"},
-        {"a packed matrix", "1 dict 1 0 0 1 0 0 6 packedarray makepattern", "<<0>> [1 0 0 1 0 0]",
-         PSERR_TYPECHECK},
+        {"a packed matrix", "1 dict 1 0 0 1 0 0 6 packedarray makepattern", "<<0>> [1 0 0 1 0 0]", PSERR_TYPECHECK},
         {"no dictionary", "1 matrix makepattern", "1 [1.0 0.0 0.0 1.0 0.0 0.0]", PSERR_TYPECHECK},
         {"nothing", "matrix makepattern", "[1.0 0.0 0.0 1.0 0.0 0.0]", PSERR_STACKUNDERFLOW},
     });
@@ -24,12 +23,11 @@ TEST(PatternTest, SetPattern) {
         {"a second one leaves the space alone",
          "/p << /PatternType 1 /PaintType 1 >> def p setpattern p setpattern currentcolorspace",
          "[/Pattern [/DeviceGray]]"},
-        {"nothing under the space", "/Pattern setcolorspace .5 << /PatternType 1 /PaintType 2 >> setpattern",
-         "0.5", PSERR_SYNTAX},
+        {"nothing under the space", "/Pattern setcolorspace .5 << /PatternType 1 /PaintType 2 >> setpattern", "0.5",
+         PSERR_SYNTAX},
         {"no kind", "1 dict setpattern", "", PSERR_TYPECHECK},
         {"too few operands", "<< /PatternType 1 /PaintType 2 >> setpattern", "", PSERR_STACKUNDERFLOW},
-        {"an operand of another type", "(a) << /PatternType 1 /PaintType 2 >> setpattern", "(a)",
-         PSERR_TYPECHECK},
+        {"an operand of another type", "(a) << /PatternType 1 /PaintType 2 >> setpattern", "(a)", PSERR_TYPECHECK},
         {"no dictionary", "1 setpattern", "1", PSERR_TYPECHECK},
     });
     EXPECT_EQ(Drawn("1 setgray << /PatternType 1 /PaintType 1 /PaintProc {nosuch} >> setpattern 0 0 moveto "
@@ -46,8 +44,7 @@ TEST(PatternTest, ExecForm) {
               "#000000 open L 0,0 25.4,0\n#000000 open L 0,0 0,25.4")
         << "path and CTM come back";
     CheckStacks({
-        {"the procedure finds the form", "<< /Matrix matrix /PaintProc {/Matrix get 0 get} >> execform",
-         "1.0"},
+        {"the procedure finds the form", "<< /Matrix matrix /PaintProc {/Matrix get 0 get} >> execform", "1.0"},
         {"states that it left",
          "2 setlinewidth << /Matrix matrix /PaintProc {pop gsave gsave 3 setlinewidth} >> execform "
          "currentlinewidth",

@@ -31,8 +31,7 @@ Vec ToVec(point_2d p) { return {p.x, p.y}; }
 double DistanceToChord(Vec p, Vec a, Vec b) {
     const Vec d = {b.x - a.x, b.y - a.y};
     const double length = d.x * d.x + d.y * d.y;
-    const double t =
-        length > 0 ? std::clamp(((p.x - a.x) * d.x + (p.y - a.y) * d.y) / length, 0.0, 1.0) : 0.0;
+    const double t = length > 0 ? std::clamp(((p.x - a.x) * d.x + (p.y - a.y) * d.y) / length, 0.0, 1.0) : 0.0;
     return Distance(p, {a.x + t * d.x, a.y + t * d.y});
 }
 
@@ -102,15 +101,12 @@ CSectArc& Made(CSectArc& arc, point_2d centre, float radius, double startDegrees
 }
 
 Vec OnCircle(const CSectArc& arc, double angle) {
-    return {arc.m_ptCentre.x + arc.m_fRadius * std::cos(angle),
-            arc.m_ptCentre.y + arc.m_fRadius * std::sin(angle)};
+    return {arc.m_ptCentre.x + arc.m_fRadius * std::cos(angle), arc.m_ptCentre.y + arc.m_fRadius * std::sin(angle)};
 }
 
 class Random {
 public:
-    double Between(double low, double high) {
-        return std::uniform_real_distribution<double>(low, high)(m_Engine);
-    }
+    double Between(double low, double high) { return std::uniform_real_distribution<double>(low, high)(m_Engine); }
     point_2d Point(double size) {
         return {static_cast<float>(Between(-size, size)), static_cast<float>(Between(-size, size))};
     }
@@ -270,8 +266,8 @@ TEST(ArcMaking, ByEndsAndTangent) {
         const point_2d end = random.Point(100);
         const point_2d tangent = random.Point(30);
         const Vec chord = {end.x - start.x, end.y - start.y};
-        const double across = (tangent.x * chord.y - tangent.y * chord.x) /
-                              (Distance(ToVec(tangent), {0, 0}) * Distance(chord, {0, 0}));
+        const double across =
+            (tangent.x * chord.y - tangent.y * chord.x) / (Distance(ToVec(tangent), {0, 0}) * Distance(chord, {0, 0}));
         if (std::fabs(across) < 0.01) continue;
         CSectArc arc;
         ASSERT_EQ(arc.CreateSEST(start, end, tangent), 1);
@@ -282,8 +278,8 @@ TEST(ArcMaking, ByEndsAndTangent) {
         ASSERT_LT(Distance(walk.last, ToVec(end)), slack);
         // An end on the tangent's left is reached counter-clockwise; between chord and tangent stands half
         // the sweep.
-        const double along = (tangent.x * chord.x + tangent.y * chord.y) /
-                             (Distance(ToVec(tangent), {0, 0}) * Distance(chord, {0, 0}));
+        const double along =
+            (tangent.x * chord.x + tangent.y * chord.y) / (Distance(ToVec(tangent), {0, 0}) * Distance(chord, {0, 0}));
         ASSERT_NEAR(walk.sweep, 2 * std::atan2(across, along), 1e-3);
         std::vector<point_2d> points(20);
         int count = 0;
@@ -311,8 +307,8 @@ TEST(ArcMaking, RefusesWhatIsNoArc) {
     };
     for (const Case& c :
          {Case{"straight on", {0, 0}, {10, 0}, {1, 0}}, Case{"straight back", {0, 0}, {10, 0}, {-1, 0}},
-          Case{"straight but for a rounding", {0, 0}, {10, 1e-6f}, {1, 0}},
-          Case{"no tangent", {0, 0}, {10, 0}, {0, 0}}, Case{"no number", {0, 0}, {NOT_A_NUMBER, 0}, {0, 1}},
+          Case{"straight but for a rounding", {0, 0}, {10, 1e-6f}, {1, 0}}, Case{"no tangent", {0, 0}, {10, 0}, {0, 0}},
+          Case{"no number", {0, 0}, {NOT_A_NUMBER, 0}, {0, 1}},
           Case{"no numbered tangent", {0, 0}, {10, 0}, {0, NOT_A_NUMBER}}}) {
         SCOPED_TRACE(c.name);
         arc.CreateCRA({0, 0}, 1, {0, 1});
@@ -415,9 +411,7 @@ TEST(Flattening, BezierPiecesKeepTheirTolerance) {
         const auto tolerance = static_cast<float>(std::pow(10, random.Between(-2, 2)));
         std::vector<point_2d> line;
         bezier.Flatten(tolerance, line);
-        const auto curve = [&](double t) {
-            return t < 0.5 ? OnCubic(points, 2 * t) : OnCubic(points + 3, 2 * t - 1);
-        };
+        const auto curve = [&](double t) { return t < 0.5 ? OnCubic(points, 2 * t) : OnCubic(points + 3, 2 * t - 1); };
         SCOPED_TRACE(testing::Message() << "tolerance " << tolerance << ", " << line.size() << " points");
         ASSERT_LE(FarthestFrom(line, curve), tolerance + 1e-4);
         ASSERT_EQ(line.front().DistFrom(points[0]), 0);

@@ -87,9 +87,7 @@ struct Drawing {
         }
         return text.str();
     }
-    void Lines(const std::vector<point_2d>& points) {
-        filter.AddLines(points.data(), static_cast<int>(points.size()));
-    }
+    void Lines(const std::vector<point_2d>& points) { filter.AddLines(points.data(), static_cast<int>(points.size())); }
     void Bezier(int count) {
         const std::vector<point_2d> points = {{0, 0}, {1, 2}, {2, 2}, {3, 0}, {4, -2}, {5, -2}, {6, 0}};
         filter.AddBezier(points.data(), count);
@@ -440,8 +438,7 @@ TEST(ExportFace, FlattensBezierCurvesToPointsOnThem) {
         for (const point_2d& p : reader.m_Points) EXPECT_LE(p.y, 3.0001f);
         EXPECT_EQ(reader.m_Points.front().DistFrom(arch[0]), 0);
         EXPECT_EQ(reader.m_Points.back().DistFrom(arch[3]), 0);
-        EXPECT_EQ(reader.m_fOutTolerance, std::max(tolerance, 0.005f))
-            << "a finer tolerance is raised for good";
+        EXPECT_EQ(reader.m_fOutTolerance, std::max(tolerance, 0.005f)) << "a finer tolerance is raised for good";
         *count++ = reader.m_Points.size();
     }
     EXPECT_LT(counts[0], counts[1]);

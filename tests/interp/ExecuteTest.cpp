@@ -47,8 +47,8 @@ TEST(ExecuteTest, FontDirectoryCannotBeHidden) {
 TEST(ExecuteTest, FlagsTravel) {
     CheckStacks({
         {"exit at the top level stays up until a loop", "{1 2 exit 3} exec {4 count pop 5} exec", "1 2 4 3"},
-        {"behind an executable string the flag is not looked at",
-         "/p [ (exit) cvx 1 2 /count cvx 3 ] cvx def p", "1 2 2"},
+        {"behind an executable string the flag is not looked at", "/p [ (exit) cvx 1 2 /count cvx 3 ] cvx def p",
+         "1 2 2"},
         {"exit leaves the innermost loop", "2 {1 {exit 9} repeat 3} repeat", "3 3"},
         {"stop ends a loop and is swallowed", "{{stop} loop 5} stopped", "5 false"},
         {"stop without a loop", "{1 stop 2} stopped", "1 true"},
@@ -59,7 +59,8 @@ TEST(ExecuteTest, FlagsTravel) {
 TEST(ExecuteTest, ErrorsPassStopped) {
     CheckStacks({{"in stopped", "{1 0 get} stopped 5", "1 0", PSERR_TYPECHECK},
                  {"errordict is not asked", "errordict /undefined {pop 5} put nosuch", "", PSERR_UNDEFINED}});
-    const RunResult result = RunAsFile("%!PS\n0 0 moveto 9 9 lineto stroke {nosuch} stopped 0 0 moveto 5 5 lineto stroke ");
+    const RunResult result =
+        RunAsFile("%!PS\n0 0 moveto 9 9 lineto stroke {nosuch} stopped 0 0 moveto 5 5 lineto stroke ");
     EXPECT_EQ(result.entities.size(), 1u);
     ASSERT_EQ(result.boxes.size(), 1u);
     EXPECT_EQ(result.boxes[0], "EPS文件解释失败!\n错误类型:名称未定义");
@@ -79,22 +80,25 @@ TEST(ExecuteTest, StaleObjectsAreHarmless) {
     // Objects newer than a save, left behind on stacks and in old objects: empty from the restore on.
     for (const char* program :
          {"save [1 2] exch restore length", "save (abc) exch restore length", "save 3 dict exch restore length",
-          "save 3 dict begin restore /a 1 def currentdict length", "/p 1 array def save p 0 [5] put restore p 0 get length",
-          "save {1 2} exch restore exec", "save {1 2} bind exch restore cvx exec", "save (1 2) cvx exch restore exec",
+          "save 3 dict begin restore /a 1 def currentdict length",
+          "/p 1 array def save p 0 [5] put restore p 0 get length", "save {1 2} exch restore exec",
+          "save {1 2} bind exch restore cvx exec", "save (1 2) cvx exch restore exec",
           "save gstate exch restore setgstate 1 1 moveto currentpoint", "save [3] 0 setdash restore currentdash",
-          "save << /FontType 3 >> setfont restore (a) {show} stopped", "save << >> setpagedevice restore currentpagedevice length",
-          "save [1] cvx exch restore 1 exch repeat", "save [1 2] exch restore {} forall",
-          "save [1 2] exch restore aload", "save [1 2] exch restore dup eq", "save (a) exch restore cvn",
-          "save currentfile exch restore closefile", "true setglobal << >> false setglobal dup /x save [1] exch 4 1 roll put restore /x get length"}) {
+          "save << /FontType 3 >> setfont restore (a) {show} stopped",
+          "save << >> setpagedevice restore currentpagedevice length", "save [1] cvx exch restore 1 exch repeat",
+          "save [1 2] exch restore {} forall", "save [1 2] exch restore aload", "save [1 2] exch restore dup eq",
+          "save (a) exch restore cvn", "save currentfile exch restore closefile",
+          "true setglobal << >> false setglobal dup /x save [1] exch 4 1 roll put restore /x get length"}) {
         const RunResult result = RunText(program);
         SUCCEED() << program << result.stack;
     }
 }
 
 TEST(OperatorChainTest, EveryNameIsClaimedWhereItShouldBe) {
-    const std::set<std::string> refused = {
-        "setsystemparams", "currentsystemparams", "setuserparams",   "currentuserparams", "setdevparams", "currentdevparams",
-        "vmreclaim",       "setvmthreshold",      "vmstatus",        "setucacheparams",   "ucachestatus"};
+    const std::set<std::string> refused = {"setsystemparams",   "currentsystemparams", "setuserparams",
+                                           "currentuserparams", "setdevparams",        "currentdevparams",
+                                           "vmreclaim",         "setvmthreshold",      "vmstatus",
+                                           "setucacheparams",   "ucachestatus"};
     std::set<std::string> claimed;
     int lastPlace = 0;
     for (const ChainLink& link : OperatorChain()) {

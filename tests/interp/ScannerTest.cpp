@@ -163,7 +163,9 @@ TEST(ScannerTest, EofComment) {
 TEST(ScannerTest, LineEndsInFiles) {
     for (const char* end : {"\n", "\r", "\r\n"}) {
         const std::string nl = end;
-        EXPECT_EQ(EntitiesOf("%!PS" + nl + "% comment" + nl + "10 10 moveto" + nl + "20 20 lineto" + nl + "stroke" + nl + " "), 1u);
+        EXPECT_EQ(EntitiesOf("%!PS" + nl + "% comment" + nl + "10 10 moveto" + nl + "20 20 lineto" + nl + "stroke" +
+                             nl + " "),
+                  1u);
     }
 }
 
@@ -176,7 +178,8 @@ TEST(ScannerTest, BraceInHexStringOfAFile) {
 
 TEST(ScannerTest, BlockBoundaries) {
     // Tokens, strings, escapes and comments meet the end of a block at every offset.
-    const std::string program = "/a(b\\101(c))def %x\r\n<62 41 28 63 29>a eq not{nosuch}if 10 10 moveto 20 20 lineto stroke\r\n";
+    const std::string program =
+        "/a(b\\101(c))def %x\r\n<62 41 28 63 29>a eq not{nosuch}if 10 10 moveto 20 20 lineto stroke\r\n";
     for (size_t pad = 9900; pad < 10010; ++pad) {
         EXPECT_EQ(EntitiesOf("%!PS\n" + std::string(pad, ' ') + program), 1u) << pad;
     }

@@ -12,7 +12,8 @@ TEST(StartupTest, WellKnownEntries) {
         {"departure: encodings are empty", "StandardEncoding 65 get ISOLatin1Encoding length", "/.notdef 256"},
         {"operators are entries", "systemdict /add get type systemdict /true get type", "/operatortype /operatortype"},
         {"the dictionary stack", "countdictstack currentdict userdict eq currentglobal", "3 true false"},
-        {"what is global", "systemdict gcheck userdict gcheck globaldict gcheck statusdict gcheck", "true false true false"},
+        {"what is global", "systemdict gcheck userdict gcheck globaldict gcheck statusdict gcheck",
+         "true false true false"},
         {"errordict", "errordict length errordict /typecheck get xcheck", "28 true"},
         {"$error", "$error length $error /newerror get", "6 false"},
         {"the internal dictionary", "1183615869 internaldict /superexec known", "true"},
@@ -25,7 +26,8 @@ TEST(StartupTest, WellKnownEntries) {
 
 TEST(StartupTest, MachinesStartAfresh) {
     EXPECT_EQ(RunText("true setglobal save save 5 {1} repeat exit /x 1 def nosuch").error, PSERR_UNDEFINED);
-    EXPECT_EQ(RunText("currentglobal save pop save pop save pop save pop 3 {7} repeat /x where").stack, "false 7 7 7 false");
+    EXPECT_EQ(RunText("currentglobal save pop save pop save pop save pop 3 {7} repeat /x where").stack,
+              "false 7 7 7 false");
     EXPECT_EQ(RunText("5001 {1} repeat count").error, PSERR_NONE);
     EXPECT_EQ(g_nNumberPoolSize, NUMBER_POOL_STEP);
     EXPECT_EQ(g_nSaveLevel, 0);

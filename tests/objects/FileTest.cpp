@@ -130,7 +130,8 @@ TEST(FileTest, FiltersAreReadOverToTheRightByte) {
     EXPECT_EQ(entities("currentfile /ASCII85Decode filter 9 string readstring\nab~c~~>L~> pop pop L "), 1u)
         << "a tilde takes the byte behind it along";
     EXPECT_EQ(entities("currentfile /RunLengthDecode filter 9 string readstring\nabc\x80L pop pop L "), 2u);
-    EXPECT_EQ(entities("currentfile /ASCIIHexDecode filter /DCTDecode filter 9 string readstring\n4142>L pop pop L "), 2u);
+    EXPECT_EQ(entities("currentfile /ASCIIHexDecode filter /DCTDecode filter 9 string readstring\n4142>L pop pop L "),
+              2u);
     const RunResult unended = RunAsFile(head + "L currentfile /ASCIIHexDecode filter 9 string readstring\n4142");
     EXPECT_EQ(unended.error, PSERR_IO);
     EXPECT_EQ(unended.entities.size(), 1u);

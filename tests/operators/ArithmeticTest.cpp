@@ -37,8 +37,7 @@ TEST(ArithmeticTest, SignsAndWholeNumbers) {
     CheckStacks({
         {"abs", "-5 abs 5 abs -2.5 abs", "5 5 2.5"},
         {"neg", "5 neg -2.5 neg 0 neg", "-5 2.5 0"},
-        {"the smallest integer has no opposite", "-2147483648 abs -2147483648 neg",
-         "-2147483648 -2147483648"},
+        {"the smallest integer has no opposite", "-2147483648 abs -2147483648 neg", "-2147483648 -2147483648"},
         {"ceiling", "2.1 ceiling -2.9 ceiling 4 ceiling", "3.0 -2.0 4"},
         {"floor", "2.9 floor -2.1 floor 4 floor", "2.0 -3.0 4"},
         {"truncate", "2.9 truncate -2.9 truncate 4 truncate", "2.0 -2.0 4"},

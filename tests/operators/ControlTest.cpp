@@ -53,18 +53,15 @@ TEST(ControlOperatorsTest, RepeatAndLoop) {
 
 TEST(ControlOperatorsTest, TheFlags) {
     CheckStacks({
-        {"exit at the top ends the next procedure behind its first name", "{1 2 exit 3} exec {4 pop 5} exec",
-         "1 2"},
+        {"exit at the top ends the next procedure behind its first name", "{1 2 exit 3} exec {4 pop 5} exec", "1 2"},
         {"a loop clears it", "exit {} loop {4 pop 5} exec", "5"},
         {"strings go on scanning", "{(1 exit 2) cvx exec 3} exec", "1 2"},
-        {"departure: no look behind an executable string element", "[(exit) cvx 1 2 /pop cvx 3] cvx exec",
-         "1"},
+        {"departure: no look behind an executable string element", "[(exit) cvx 1 2 /pop cvx 3] cvx exec", "1"},
         {"stop", "{1 stop 2} stopped", "1 true"},
         {"no stop", "{1} stopped", "1 false"},
         {"through calls", "/p {stop 9} def {{p 8} exec 7} stopped", "true"},
         {"departure: a loop swallows stop",
-         "{{stop} loop 1} stopped {1 {stop} repeat 2} stopped {[1] {stop} forall} stopped",
-         "1 false 2 false 1 false"},
+         "{{stop} loop 1} stopped {1 {stop} repeat 2} stopped {[1] {stop} forall} stopped", "1 false 2 false 1 false"},
         {"exit passes through stopped", "{{exit} stopped 1} loop 2", "false 2"},
         {"departure: errors pass through stopped", "{1 0 get} stopped", "1 0", PSERR_TYPECHECK},
     });
@@ -76,8 +73,7 @@ TEST(ControlOperatorsTest, ExecAndStopped) {
          "1 2 /add cvx exec 3 /add load exec (4 add) cvx exec {5 add} exec [6 /add cvx] cvx exec", "21"},
         {"literals stay", "/x exec 5 exec [1] exec", "/x 5 [1]"},
         {"literals stay under stopped", "5 stopped /x stopped", "5 false /x false"},
-        {"executable objects that don't run stay", "mark cvx exec 5 cvx exec 1 dict cvx stopped",
-         "mark 5 <<0>> false"},
+        {"executable objects that don't run stay", "mark cvx exec 5 cvx exec 1 dict cvx stopped", "mark 5 <<0>> false"},
         {"raw tokens stay, made executable they run as in a procedure",
          "{add 7} 0 get exec pop 1 2 {add 7} 0 get cvx exec {add 7} 1 get cvx exec", "3 7"},
         {"files are refused", "(%lineedit) (r) file cvx exec", "-file-", PSERR_UNSUPPORTED},
@@ -100,19 +96,16 @@ std::string Zeros(size_t count) { return std::string(count, '0'); }
 TEST(ControlOperatorsTest, Eexec) {
     // What stands behind the zeros runs, and cleartomark finds the mark.
     const auto error = [&](const std::string& program) {
-        return RunAsFile(
-                   "%!PS\n" + program +
-                   "cleartomark count 1 ne {/wrong load} if currentdict /x known {} {/wrong load} ifelse\n")
+        return RunAsFile("%!PS\n" + program +
+                         "cleartomark count 1 ne {/wrong load} if currentdict /x known {} {/wrong load} ifelse\n")
             .error;
     };
     const std::string begin = "/x 1 def 7 currentfile eexec ";
     EXPECT_EQ(error(begin + "/wrong load\n" + Zeros(100) + "\r\n\t " + Zeros(100)), PSERR_NONE);
     EXPECT_EQ(error(begin + Zeros(199) + "x" + Zeros(200)), PSERR_NONE) << "a letter sets the count back";
     EXPECT_EQ(error(begin + Zeros(199) + "x" + Zeros(201)), PSERR_UNDEFINED) << "the 201st zero is read";
-    EXPECT_EQ(error("/x 1 def 7 5 dict currentfile eexec " + Zeros(200)), PSERR_NONE)
-        << "the dictionary goes";
-    EXPECT_EQ(RunAsFile("%!PS\ncurrentfile eexec 0000 /wrong load\n").error, PSERR_NONE)
-        << "the end of the file";
+    EXPECT_EQ(error("/x 1 def 7 5 dict currentfile eexec " + Zeros(200)), PSERR_NONE) << "the dictionary goes";
+    EXPECT_EQ(RunAsFile("%!PS\ncurrentfile eexec 0000 /wrong load\n").error, PSERR_NONE) << "the end of the file";
     CheckStacks({
         {"a string is dropped", "1 dict (abc) eexec", "<<0>>"},
         {"a file that is not open", "(%lineedit) (r) file eexec", "mark", PSERR_IO},

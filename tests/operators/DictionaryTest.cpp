@@ -6,8 +6,7 @@ namespace {
 TEST(DictionaryOperatorsTest, Keys) {
     CheckStacks({
         {"names and strings are one", "/a 1 def (a) load (b) 2 def /b load", "1 2"},
-        {"a string counts up to its zero byte",
-         "/s 3 string def s 0 97 put s 1 0 put s 2 98 put /a 7 def s load", "7"},
+        {"a string counts up to its zero byte", "/s 3 string def s 0 97 put s 1 0 put s 2 98 put /a 7 def s load", "7"},
         {"numbers by value", "1 (x) def 1.0 load", "(x)"},
         {"any object", "true 1 def null 2 def true load null load", "1 2"},
     });
@@ -29,8 +28,7 @@ TEST(DictionaryOperatorsTest, MakingAndFilling) {
         {"no number", "(1) dict", "(1)", PSERR_TYPECHECK},
         {"dict on nothing", "dict", "", PSERR_STACKUNDERFLOW},
         {"maxlength of another type", "[] maxlength", "[]", PSERR_TYPECHECK},
-        {"def takes raw tokens and procedures as they are", "/p {add 1} def /p load xcheck /p load 0 get",
-         "true add"},
+        {"def takes raw tokens and procedures as they are", "/p {add 1} def /p load xcheck /p load 0 get", "true add"},
         {"def on one operand", "/a def", "/a", PSERR_STACKUNDERFLOW},
         {"dictionary literal", "<< /a 1 (b) 2 >> dup length exch /b get", "2 2"},
         {"as operators", "{<< /a 1 >>} exec /a get", "1"},
@@ -77,16 +75,14 @@ TEST(DictionaryOperatorsTest, TheStack) {
         {"begin of no dictionary", "1 begin", "1", PSERR_TYPECHECK},
         {"the last three stay", "end", "", PSERR_DICTSTACKUNDERFLOW},
         {"cleardictstack",
-         "cleardictstack 5 dict begin 5 dict begin cleardictstack countdictstack currentdict userdict eq",
-         "3 true"},
-        {"dictstack, bottom first",
-         "5 array dictstack dup length exch dup 0 get systemdict eq exch 2 get userdict eq", "3 true true"},
+         "cleardictstack 5 dict begin 5 dict begin cleardictstack countdictstack currentdict userdict eq", "3 true"},
+        {"dictstack, bottom first", "5 array dictstack dup length exch dup 0 get systemdict eq exch 2 get userdict eq",
+         "3 true true"},
         {"dictstack fills the array given", "/a 4 array def a dictstack pop a 0 get systemdict eq a 3 get",
          "true null"},
         {"dictstack: too short", "2 array dictstack", "[null null]", PSERR_RANGE},
         {"dictstack: a packed array", "1 2 3 4 4 packedarray dictstack", "[1 2 3 4]", PSERR_TYPECHECK},
-        {"internaldict", "1183615869 internaldict /superexec known 1183615869.5 internaldict type",
-         "true /dicttype"},
+        {"internaldict", "1183615869 internaldict /superexec known 1183615869.5 internaldict type", "true /dicttype"},
         {"internaldict: wrong", "1 internaldict", "1", PSERR_TYPECHECK},
         {"superexec is there and refused", "1183615869 internaldict begin superexec", "", PSERR_UNSUPPORTED},
     });
@@ -94,15 +90,12 @@ TEST(DictionaryOperatorsTest, TheStack) {
 
 TEST(DictionaryOperatorsTest, Bind) {
     CheckStacks({
-        {"operators, not numbers and unknown names", "{add 3.5 nothing /sub} bind",
-         "{--add-- 3.5 nothing /sub}"},
-        {"nested procedures, not literal arrays", "{{add} 1} dup 1 [{add} 0 get] put bind",
-         "{{--add--} [add]}"},
+        {"operators, not numbers and unknown names", "{add 3.5 nothing /sub} bind", "{--add-- 3.5 nothing /sub}"},
+        {"nested procedures, not literal arrays", "{{add} 1} dup 1 [{add} 0 get] put bind", "{{--add--} [add]}"},
         {"a name above systemdict", "/add {} def {add sub} bind", "{add --sub--}"},
         {"an operator above systemdict", "/add /sub load def {add} bind", "{add}"},
         {"a procedure of systemdict", "{findfont} bind", "{findfont}"},
-        {"the text of the operator that was found", "systemdict /plus /add load put {plus} bind",
-         "{--add--}"},
+        {"the text of the operator that was found", "systemdict /plus /add load put {plus} bind", "{--add--}"},
         {"name objects stay", "[/add cvx] cvx bind", "{add}"},
         {"attributes don't protect", "{add} readonly bind", "{--add--}"},
         {"views bind their part", "{add sub mul} dup 1 1 getinterval bind pop", "{add --sub-- mul}"},
@@ -115,8 +108,7 @@ TEST(DictionaryOperatorsTest, Bind) {
         {"bound operators survive a redefinition", "/p {1 2 add} bind def /add {pop} def p", "3"},
     });
     // Far deeper and wider than a walk by recursion, or one that visits shared parts again, could go.
-    EXPECT_EQ(RunText("{add} 1 1 100000 {pop 1 array dup 0 4 -1 roll put cvx} for bind pop").error,
-              PSERR_NONE);
+    EXPECT_EQ(RunText("{add} 1 1 100000 {pop 1 array dup 0 4 -1 roll put cvx} for bind pop").error, PSERR_NONE);
     EXPECT_EQ(RunText("{add} 1 1 200 {pop dup 2 array astore cvx} for bind pop").error, PSERR_NONE);
 }
 

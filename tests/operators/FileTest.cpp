@@ -43,10 +43,8 @@ TEST(FileOperatorsTest, Reading) {
               "(ab) true (cd) true (ef) true (g) false () false");
     EXPECT_EQ(stack("2 string readline"), "(ab) true") << "a line of just the string's length";
     EXPECT_EQ(RunText(open + "1 string readline").error, PSERR_IO);
-    EXPECT_EQ(stack("5 string dup 3 1 roll readline pop pop"), "(ab000)")
-        << "the bytes are those of the string given";
-    EXPECT_EQ(stack("dup 3 setfileposition dup fileposition exch dup bytesavailable exch read pop"),
-              "3 8 99");
+    EXPECT_EQ(stack("5 string dup 3 1 roll readline pop pop"), "(ab000)") << "the bytes are those of the string given";
+    EXPECT_EQ(stack("dup 3 setfileposition dup fileposition exch dup bytesavailable exch read pop"), "3 8 99");
     EXPECT_EQ(stack("dup 11 setfileposition dup read 3 -1 roll read"), "-1 true false")
         << "departure: the end of a stream shows once as a byte";
     EXPECT_EQ(RunText(open + "dup -1 setfileposition").error, PSERR_IO);
@@ -60,11 +58,11 @@ TEST(FileOperatorsTest, Reading) {
 
 TEST(FileOperatorsTest, Writing) {
     const TempFile file("");
-    EXPECT_EQ(RunText(Opened(file, "w") +
-                      "dup 65 write dup 321 write dup (xyz) writestring dup (not this) writehexstring "
-                      "dup flushfile closefile")
-                  .error,
-              PSERR_NONE);
+    EXPECT_EQ(
+        RunText(Opened(file, "w") + "dup 65 write dup 321 write dup (xyz) writestring dup (not this) writehexstring "
+                                    "dup flushfile closefile")
+            .error,
+        PSERR_NONE);
     EXPECT_EQ(Contents(file.Path()), "AAxyz");
     EXPECT_EQ(RunText(Opened(file, "a") + "/s (12345) def s 2 0 put s writestring flush").error, PSERR_NONE);
     EXPECT_EQ(Contents(file.Path()), "AAxyz12") << "up to the zero byte";
@@ -76,16 +74,13 @@ TEST(FileOperatorsTest, ClosedAndUnusableFiles) {
     const TempFile file("abc");
     const auto error = [](const std::string& program) { return RunText(program).error; };
     EXPECT_EQ(error(Opened(file) + "dup closefile dup closefile resetfile"), PSERR_NONE);
-    for (const char* op :
-         {"read", "bytesavailable", "fileposition", "3 string readstring", "3 string readline",
-          "3 string readhexstring", "1 write", "(a) writestring", "0 setfileposition"}) {
+    for (const char* op : {"read", "bytesavailable", "fileposition", "3 string readstring", "3 string readline",
+                           "3 string readhexstring", "1 write", "(a) writestring", "0 setfileposition"}) {
         EXPECT_EQ(error(Opened(file) + "dup closefile " + op), PSERR_IO) << op;
-        EXPECT_EQ(error("save " + Opened(file) + "exch restore " + op), PSERR_IO)
-            << op << " after its body is gone";
+        EXPECT_EQ(error("save " + Opened(file) + "exch restore " + op), PSERR_IO) << op << " after its body is gone";
         EXPECT_EQ(error(std::string("(%lineedit) (r) file ") + op), PSERR_IO) << op;
     }
-    EXPECT_EQ(error("save " + Opened(file) + "exch restore dup flushfile dup status pop closefile"),
-              PSERR_NONE);
+    EXPECT_EQ(error("save " + Opened(file) + "exch restore dup flushfile dup status pop closefile"), PSERR_NONE);
     EXPECT_EQ(error("(/no/such/file) (r) file"), PSERR_IO);
     EXPECT_EQ(error("(/) (r) file"), PSERR_IO);
     EXPECT_EQ(error(Quoted(file.Path()) + "(nonsense) file"), PSERR_IO);
@@ -127,8 +122,7 @@ TEST(FileOperatorsTest, TheInputFile) {
     EXPECT_TRUE(HoldsInFile("currentfile status"));
     EXPECT_EQ(RunAsFile("%!PS\ncurrentfile 65 write\n").error, PSERR_IO);
     EXPECT_EQ(RunAsFile("%!PS\ncurrentfile (A) writestring\n").error, PSERR_IO);
-    const RunResult closed =
-        RunAsFile("%!PS\n0 0 moveto 99 99 lineto stroke currentfile closefile\n/wrong load\n");
+    const RunResult closed = RunAsFile("%!PS\n0 0 moveto 99 99 lineto stroke currentfile closefile\n/wrong load\n");
     EXPECT_EQ(closed.entities.size(), 1u);
     EXPECT_NE(closed.error, PSERR_UNDEFINED) << "nothing is read from a closed input";
 }
@@ -156,33 +150,28 @@ TEST(FileOperatorsTest, Filters) {
         {"over a number", "1 /ASCII85Decode filter", "1 /ASCII85Decode", PSERR_TYPECHECK},
         {"no name", "(abc) 5 filter", "(abc) 5", PSERR_TYPECHECK},
         {"missing source", "/ASCII85Decode filter", "/ASCII85Decode", PSERR_STACKUNDERFLOW},
-        {"missing source below a dictionary", "1 dict /DCTDecode filter", "<<0>> /DCTDecode",
-         PSERR_STACKUNDERFLOW},
+        {"missing source below a dictionary", "1 dict /DCTDecode filter", "<<0>> /DCTDecode", PSERR_STACKUNDERFLOW},
         {"departure: others are refused, the name gone", "(abc) 1 dict /LZWDecode filter", "(abc) <<0>>",
          PSERR_UNSUPPORTED},
         {"encoders, too", "(abc) /ASCIIHexEncode filter", "(abc)", PSERR_UNSUPPORTED},
         {"a reusable stream reads at once", "(abc) /ReusableStreamDecode filter", "", PSERR_UNSUPPORTED},
-        {"no data comes from a string", "(abc) /ASCIIHexDecode filter 3 string readstring", "",
-         PSERR_UNSUPPORTED},
-        {"a procedure runs once and its string goes",
-         "1 {(ab) 2 (cd)} /ASCII85Decode filter 3 string readstring", "1 (ab) 2 (000) true"},
+        {"no data comes from a string", "(abc) /ASCIIHexDecode filter 3 string readstring", "", PSERR_UNSUPPORTED},
+        {"a procedure runs once and its string goes", "1 {(ab) 2 (cd)} /ASCII85Decode filter 3 string readstring",
+         "1 (ab) 2 (000) true"},
         {"and stays under a hexadecimal filter", "{(ab)} /ASCIIHexDecode filter 3 string readstring",
          "(ab) (000) true"},
         {"a failing procedure", "{nothing} /ASCIIHexDecode filter 3 string readstring", "", PSERR_UNDEFINED},
-        {"the filter goes away while it reads",
-         "save {restore (x)} /ASCII85Decode filter 3 string readstring", "() true"},
+        {"the filter goes away while it reads", "save {restore (x)} /ASCII85Decode filter 3 string readstring",
+         "() true"},
     });
     // The scan goes on right behind the end mark of the encoding closest to the file.
-    EXPECT_TRUE(
-        HoldsInFile("/s (xy) def currentfile /ASCIIHexDecode filter s readstring\n61 62> exch (xy) eq and"));
+    EXPECT_TRUE(HoldsInFile("/s (xy) def currentfile /ASCIIHexDecode filter s readstring\n61 62> exch (xy) eq and"));
     EXPECT_TRUE(HoldsInFile("currentfile /ASCII85Decode filter 3 string readstring\n9~x~~~~>~> exch pop"));
     EXPECT_TRUE(HoldsInFile("currentfile /RunLengthDecode filter 3 string readstring\nab\x80 exch pop"));
-    EXPECT_TRUE(HoldsInFile(
-        "currentfile /ASCII85Decode filter /DCTDecode filter 3 string readstring\n>ab~> exch pop"));
-    EXPECT_TRUE(HoldsInFile(
-        "currentfile /RunLengthDecode filter /ReusableStreamDecode filter\nab\x80 type /filetype eq"));
-    EXPECT_EQ(RunAsFile("%!PS\ncurrentfile /ASCIIHexDecode filter 3 string readstring\n61 62 63").error,
-              PSERR_IO);
+    EXPECT_TRUE(HoldsInFile("currentfile /ASCII85Decode filter /DCTDecode filter 3 string readstring\n>ab~> exch pop"));
+    EXPECT_TRUE(
+        HoldsInFile("currentfile /RunLengthDecode filter /ReusableStreamDecode filter\nab\x80 type /filetype eq"));
+    EXPECT_EQ(RunAsFile("%!PS\ncurrentfile /ASCIIHexDecode filter 3 string readstring\n61 62 63").error, PSERR_IO);
 }
 
 /// A fresh directory that goes with the object.
@@ -219,8 +208,7 @@ TEST(FileOperatorsTest, StatusDeleteRename) {
     EXPECT_EQ(RunText(Quoted(a) + Quoted(b) + " renamefile").error, PSERR_NONE);
     EXPECT_EQ(Contents(b), "again");
     dir.Add("a", "other");
-    EXPECT_EQ(RunText(Quoted(a) + Quoted(b) + " renamefile").error, PSERR_IO)
-        << "a file of the new name stays";
+    EXPECT_EQ(RunText(Quoted(a) + Quoted(b) + " renamefile").error, PSERR_IO) << "a file of the new name stays";
     EXPECT_EQ(Contents(b), "again");
 
     EXPECT_EQ(RunText(Quoted(b) + " deletefile").error, PSERR_NONE);
@@ -243,8 +231,8 @@ TEST(FileOperatorsTest, Filenameforall) {
     EXPECT_EQ(RunText(matches + " {} 4 string filenameforall").stack,
               Quoted(two.substr(0, 4)) + " " + Quoted(two.substr(0, 4)))
         << "cut at the end of the scratch string";
-    EXPECT_EQ(RunText(matches + " {pop} 500 string dup 4 1 roll filenameforall 0 " +
-                      std::to_string(two.size() + 2) + " getinterval")
+    EXPECT_EQ(RunText(matches + " {pop} 500 string dup 4 1 roll filenameforall 0 " + std::to_string(two.size() + 2) +
+                      " getinterval")
                   .stack,
               Quoted(two + "00"))
         << "the tail stays";

@@ -32,18 +32,16 @@ TEST(ResourceOperatorsTest, CMaps) {
         {"status", "/X /CMap resourcestatus /X 1 dict /CMap defineresource pop /X /CMap resourcestatus",
          "false 0 -1 true"},
         {"unknown", "1 /X /CMap findresource", "1", PSERR_UNDEFINED},
-        {"undefine", "/X 1 dict /CMap defineresource pop /X /CMap undefineresource /X /CMap resourcestatus",
-         "false"},
+        {"undefine", "/X 1 dict /CMap defineresource pop /X /CMap undefineresource /X /CMap resourcestatus", "false"},
         {"no dictionary", "/X 5 /CMap defineresource", "", PSERR_TYPECHECK},
-        {"goes with its save level",
-         "save /X 1 dict /CMap defineresource pop restore /X /CMap resourcestatus", "false"},
+        {"goes with its save level", "save /X 1 dict /CMap defineresource pop restore /X /CMap resourcestatus",
+         "false"},
     });
 }
 
 TEST(ResourceOperatorsTest, ListsAndRefusals) {
     CheckStacks({
-        {"categories", "/Pattern /Category resourcestatus /NoSuch /Category resourcestatus",
-         "0 -1 true false"},
+        {"categories", "/Pattern /Category resourcestatus /NoSuch /Category resourcestatus", "0 -1 true false"},
         {"procedure sets", "/BitmapFontInit /ProcSet resourcestatus /NoSuch /ProcSet resourcestatus",
          "0 -1 true false"},
         {"a listed set that is not there", "/BitmapFontInit /ProcSet findresource", "", PSERR_UNSUPPORTED},
@@ -69,8 +67,7 @@ TEST(ResourceOperatorsTest, ListsAndRefusals) {
     "/bytes {[ exch {} forall ]} def " \
     "/CIDInit /ProcSet findresource begin 12 dict begin begincmap "
 // The ranges of the second table, with strings shown as arrays of bytes.
-#define CMAP_RANGES \
-    "endcmap .CodeMapData 1 get {dup type /stringtype eq {bytes} if} forall count array astore"
+#define CMAP_RANGES "endcmap .CodeMapData 1 get {dup type /stringtype eq {bytes} if} forall count array astore"
 
 TEST(ResourceOperatorsTest, CMapDefinition) {
     CheckStacks({
@@ -78,17 +75,16 @@ TEST(ResourceOperatorsTest, CMapDefinition) {
          "/CIDInit /ProcSet findresource /CIDInit /ProcSet findresource 1 index /a 1 put /a known exch "
          "gcheck count",
          "false true 2"},
-        {"the stacks and the mode are as before",
-         "/CIDInit /ProcSet findresource pop countdictstack currentglobal", "3 false"},
+        {"the stacks and the mode are as before", "/CIDInit /ProcSet findresource pop countdictstack currentglobal",
+         "3 false"},
         {"what begincmap defines",
          CMAP_HEAD ".CodeMapData FontMatrices .FontIndex .TempMaps {maxlength} forall CodeMap",
          "[[] [] []] [] 0 20 50 50 null"},
         {"an empty one", CMAP_HEAD "endcmap .CodeMapData currentdict /.TempMaps known FontMatrices",
          "[[] [] []] false [[] [] []]"},
         {"code spaces, block by block",
-         CMAP_HEAD
-         "2 begincodespacerange <00> <80> <8140> <9FFC> endcodespacerange "
-         "1 begincodespacerange <A0> <DF> endcodespacerange endcmap .CodeMapData 0 get {bytes} forall",
+         CMAP_HEAD "2 begincodespacerange <00> <80> <8140> <9FFC> endcodespacerange "
+                   "1 begincodespacerange <A0> <DF> endcodespacerange endcmap .CodeMapData 0 get {bytes} forall",
          "[0] [128] [129 64] [159 252] [160] [223]"},
         {"a range: prefix, header, tails, value, font",
          CMAP_HEAD "1 begincidrange <8140> <817E> 633 endcidrange " CMAP_RANGES,
@@ -96,8 +92,7 @@ TEST(ResourceOperatorsTest, CMapDefinition) {
         {"one code of a byte, and one of two",
          CMAP_HEAD "2 begincidrange <20> <20> 1 <8180> <8180> 2 endcidrange " CMAP_RANGES,
          "[[] [1 1 0 2] [32 32] [0 1] 0 [129] [1 1 0 2] [128 128] [0 2] 0]"},
-        {"the last byte is never in the prefix",
-         CMAP_HEAD "1 begincidrange <0102> <0202> 5 endcidrange " CMAP_RANGES,
+        {"the last byte is never in the prefix", CMAP_HEAD "1 begincidrange <0102> <0202> 5 endcidrange " CMAP_RANGES,
          "[[] [2 1 0 2] [1 2 2 2] [0 5] 0]"},
         {"neighbours with the same prefix are one, others are not",
          CMAP_HEAD "4 begincidrange <8140> <817E> 1 <8180> <81AC> 300 <8240> <8241> 7 <8142> <8143> 9 "
@@ -114,21 +109,16 @@ TEST(ResourceOperatorsTest, CMapDefinition) {
                    "wcheck exch 0 get wcheck",
          "false false false"},
         {"a tail of more than 255 bytes is a stop",
-         CMAP_HEAD
-         "{1 begincidrange 300 string dup dup length string copy dup 0 1 put 5 endcidrange} stopped "
-         ".TempMaps 1 get length 2 array astore /r exch def clear r",
+         CMAP_HEAD "{1 begincidrange 300 string dup dup length string copy dup 0 1 put 5 endcidrange} stopped "
+                   ".TempMaps 1 get length 2 array astore /r exch def clear r",
          "[true 0]"},
-        {"what the standard has beyond them is not defined", CMAP_HEAD "1 beginbfrange", "1",
-         PSERR_UNDEFINED},
+        {"what the standard has beyond them is not defined", CMAP_HEAD "1 beginbfrange", "1", PSERR_UNDEFINED},
         {"a CMap that is kept",
-         CMAP_HEAD
-         "1 begincidrange <00> <01> 1 endcidrange endcmap /X currentdict /CMap defineresource pop end end "
-         "/X /CMap findresource /.CodeMapData get 1 get length",
+         CMAP_HEAD "1 begincidrange <00> <01> 1 endcidrange endcmap /X currentdict /CMap defineresource pop end end "
+                   "/X /CMap findresource /.CodeMapData get 1 get length",
          "5"},
         {"after a save",
-         CMAP_HEAD
-         "save 1 begincidrange <00> <01> 1 endcidrange endcmap .CodeMapData 1 get length exch restore",
-         "5"},
+         CMAP_HEAD "save 1 begincidrange <00> <01> 1 endcidrange endcmap .CodeMapData 1 get length exch restore", "5"},
     });
 }
 
@@ -137,8 +127,7 @@ TEST(ResourceOperatorsTest, ProcSetUnderForeignDefinitions) {
         {"a definition that fails", "/bind {nothing} def /CIDInit /ProcSet findresource type countdictstack",
          "/dicttype 3"},
         {"one that asks again",
-         "/def {pop pop /CIDInit /ProcSet findresource} bind def /CIDInit /ProcSet findresource type",
-         "/dicttype"},
+         "/def {pop pop /CIDInit /ProcSet findresource} bind def /CIDInit /ProcSet findresource type", "/dicttype"},
         {"one that opens dictionaries",
          "/bind {5 dict begin} def /CIDInit /ProcSet findresource pop countdictstack count", "3 1"},
     });

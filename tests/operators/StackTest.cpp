@@ -69,8 +69,7 @@ TEST(StackTest, CopyOfArrays) {
         {"from a packed array", "1 2 2 packedarray 2 array copy", "[1 2]"},
         {"into a packed array", "[5] 1 1 packedarray copy", "[5]"},
         {"an empty one", "[] [1] copy", "[]"},
-        {"upwards within one body", "/a [1 2 3 4] def a 0 3 getinterval a 1 3 getinterval copy a",
-         "[1 2 3] [1 1 2 3]"},
+        {"upwards within one body", "/a [1 2 3 4] def a 0 3 getinterval a 1 3 getinterval copy a", "[1 2 3] [1 1 2 3]"},
         {"downwards within one body", "/a [1 2 3 4] def a 1 3 getinterval a 0 3 getinterval copy a",
          "[2 3 4] [2 3 4 4]"},
         {"departure: too short, both gone", "0 [1 2 3] [0] copy", "0", PSERR_SYNTAX},
@@ -82,20 +81,17 @@ TEST(StackTest, CopyOfArrays) {
 TEST(StackTest, CopyOfStringsAndDictionaries) {
     CheckStacks({
         {"a string", "(ab) (vwxyz) dup 3 1 roll copy", "(abxyz) (ab)"},
-        {"a string within its own body", "/s (abcd) def s 0 3 getinterval s 1 3 getinterval copy pop s",
-         "(aabc)"},
+        {"a string within its own body", "/s (abcd) def s 0 3 getinterval s 1 3 getinterval copy pop s", "(aabc)"},
         {"departure: too short, both gone", "(abc) (x) copy", "", PSERR_SYNTAX},
         {"a string on a name", "/a (x) copy", "/a (x)", PSERR_TYPECHECK},
-        {"a dictionary", "<< /a 1 /b 2 >> << /b 3 /c 4 >> copy dup /b get exch dup /c get exch length",
-         "2 4 3"},
+        {"a dictionary", "<< /a 1 /b 2 >> << /b 3 /c 4 >> copy dup /b get exch dup /c get exch length", "2 4 3"},
         {"other keys", "2 dict dup 1 (one) put 0 dict copy 1.0 get", "(one)"},
         {"onto itself", "<< /a 1 >> dup copy length", "1"},
         {"a dictionary on a number", "1 1 dict copy", "1 <<0>>", PSERR_TYPECHECK},
-        {"a dictionary that a restore took away: both gone", "save 1 dict exch restore 1 dict copy", "",
-         PSERR_SYNTAX},
+        {"a dictionary that a restore took away: both gone", "save 1 dict exch restore 1 dict copy", "", PSERR_SYNTAX},
         {"a state on a number", "1 gstate copy", "1 -gstate-", PSERR_TYPECHECK},
-        {"a state",
-         "5 setlinewidth gstate 7 setlinewidth gstate copy 9 setlinewidth setgstate currentlinewidth", "5.0"},
+        {"a state", "5 setlinewidth gstate 7 setlinewidth gstate copy 9 setlinewidth setgstate currentlinewidth",
+         "5.0"},
     });
 }
 
@@ -114,8 +110,8 @@ TEST(StackTest, Marks) {
 TEST(StackTest, LargeStacks) {
     CheckStacks({
         {"doubling", "mark 1 17 {counttomark copy} repeat counttomark /n exch def cleartomark n", "131072"},
-        {"many turns of many elements",
-         "mark 0 1 100000 {} for 100001 2000000000 roll /top exch def cleartomark top", "19999"},
+        {"many turns of many elements", "mark 0 1 100000 {} for 100001 2000000000 roll /top exch def cleartomark top",
+         "19999"},
     });
 }
 

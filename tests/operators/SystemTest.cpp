@@ -7,8 +7,7 @@ TEST(SystemOperatorsTest, GlobalMode) {
     CheckStacks({
         {"setglobal", "currentglobal true setglobal currentglobal", "false true"},
         {"gcheck of composite objects", "[1] true setglobal [1] gcheck exch gcheck", "true false"},
-        {"simple objects are global in either mode", "5 gcheck /a gcheck true setglobal 5 gcheck",
-         "true true true"},
+        {"simple objects are global in either mode", "5 gcheck /a gcheck true setglobal 5 gcheck", "true true true"},
         {"setglobal: no boolean", "1 setglobal", "1", PSERR_TYPECHECK},
         {"gcheck on nothing", "gcheck", "", PSERR_STACKUNDERFLOW},
         {"startjob", "true (x) startjob", "true (x)", PSERR_UNSUPPORTED},
@@ -27,17 +26,14 @@ TEST(SystemOperatorsTest, UserObjects) {
          "0 1 defineuserobject UserObjects 12 2 defineuserobject 14 3 defineuserobject "
          "length UserObjects length",
          "10 15"},
-        {"an array of the program's own", "/UserObjects [1 2] def 2 3 defineuserobject UserObjects",
-         "[1 2 3]"},
+        {"an array of the program's own", "/UserObjects [1 2] def 2 3 defineuserobject UserObjects", "[1 2 3]"},
         {"procedures, names and strings run",
          "0 {1 2} defineuserobject 1 /count cvx defineuserobject 2 (3 4) cvx defineuserobject "
          "0 execuserobject 1 execuserobject 2 execuserobject",
          "1 2 2 3 4"},
-        {"a raw token runs as in a procedure", "0 {count 1} 0 get cvx defineuserobject 0 execuserobject",
-         "0"},
+        {"a raw token runs as in a procedure", "0 {count 1} 0 get cvx defineuserobject 0 execuserobject", "0"},
         {"literals are pushed", "0 [1] defineuserobject 0 execuserobject 1 execuserobject", "[1] null"},
-        {"departure: an operator is refused", "0 /count load defineuserobject 0 execuserobject", "",
-         PSERR_UNSUPPORTED},
+        {"departure: an operator is refused", "0 /count load defineuserobject 0 execuserobject", "", PSERR_UNSUPPORTED},
         {"an error inside", "0 {1 nothing} defineuserobject 0 execuserobject", "1", PSERR_UNDEFINED},
         {"a procedure that undefines itself",
          "0 {0 undefineuserobject 1} defineuserobject 0 execuserobject 0 execuserobject", "1 null"},
@@ -53,15 +49,13 @@ TEST(SystemOperatorsTest, UserObjects) {
         {"no index: define", "/a 5 defineuserobject", "/a 5", PSERR_TYPECHECK},
         {"no index: exec", "/a execuserobject", "/a", PSERR_TYPECHECK},
         {"missing", "5 defineuserobject", "5", PSERR_STACKUNDERFLOW},
-        {"something else under the key", "userdict /UserObjects 5 put 0 1 defineuserobject", "0 1",
-         PSERR_TYPECHECK},
+        {"something else under the key", "userdict /UserObjects 5 put 0 1 defineuserobject", "0 1", PSERR_TYPECHECK},
     });
 }
 
 TEST(SystemOperatorsTest, UserObjectsComeBackAtRestore) {
     CheckStacks({
-        {"a change",
-         "0 1 defineuserobject save 0 2 defineuserobject 0 execuserobject exch restore 0 execuserobject",
+        {"a change", "0 1 defineuserobject save 0 2 defineuserobject 0 execuserobject exch restore 0 execuserobject",
          "2 1"},
         {"growth",
          "0 1 defineuserobject 12 5 defineuserobject save 20 2 defineuserobject 25 2 defineuserobject "
@@ -81,8 +75,8 @@ TEST(SystemOperatorsTest, DeviceAndCaches) {
          "false [3 4]"},
         {"its body goes away", "save << /a 1 >> setpagedevice restore currentpagedevice length", "0"},
         {"setpagedevice: no dictionary", "1 setpagedevice", "1", PSERR_TYPECHECK},
-        {"pages leave the state alone",
-         "3 setlinewidth 1 2 moveto showpage copypage nulldevice currentlinewidth count", "3.0 1"},
+        {"pages leave the state alone", "3 setlinewidth 1 2 moveto showpage copypage nulldevice currentlinewidth count",
+         "3.0 1"},
         {"cache parameters", "mark 1 2 3 setcacheparams currentcacheparams", "mark 1 2 3"},
         {"at the start", "currentcacheparams", "mark 500000 500 5000"},
         {"the status is fixed", "mark 1 2 3 setcacheparams 100 setcachelimit cachestatus",

@@ -11,8 +11,7 @@ TEST(TypeTest, Type) {
         {"arrays", "[] type {} type 0 packedarray type", "/arraytype /arraytype /packedarraytype"},
         {"other composite objects", "() type 1 dict type gstate type", "/stringtype /dicttype /gstatetype"},
         {"files", "(%lineedit) (r) file type (ab) /ASCIIHexDecode filter type", "/filetype /filetype"},
-        {"the rest", "true type null type /add load type save type",
-         "/booleantype /nulltype /operatortype /savetype"},
+        {"the rest", "true type null type /add load type save type", "/booleantype /nulltype /operatortype /savetype"},
         {"departure: the answer is literal", "1 type xcheck", "false"},
         {"empty stack", "type", "", PSERR_STACKUNDERFLOW},
     });
@@ -65,8 +64,7 @@ TEST(TypeTest, ToNames) {
 TEST(TypeTest, ToStrings) {
     CheckStacks({
         {"integers", "12 10 string cvs -7 10 string cvs", "(12) (-7)"},
-        {"names and strings", "/abc 10 string cvs (xy) 10 string cvs /add load 10 string cvs",
-         "(abc) (xy) (add)"},
+        {"names and strings", "/abc 10 string cvs (xy) 10 string cvs /add load 10 string cvs", "(abc) (xy) (add)"},
         {"booleans", "true 5 string cvs false 5 string cvs", "(true) (false)"},
         {"all others", "[1] 15 string cvs mark 15 string cvs null 15 string cvs {a} 0 get 15 string cvs",
          "(--nostringval--) (--nostringval--) (--nostringval--) (--nostringval--)"},
@@ -85,8 +83,7 @@ TEST(TypeTest, RealsAsText) {
         {"seven digits", "0.1 20 string cvs 3.14159265 20 string cvs -99.99999999 20 string cvs",
          "(0.1) (3.141593) (-100.)"},
         {"zeros at the end go", "12.50 20 string cvs 100.0 20 string cvs", "(12.5) (100.)"},
-        {"small ones", "0.05 20 string cvs 1e-5 20 string cvs 0.099999999 20 string cvs",
-         "(5.e-002) (1.e-005) (0.1)"},
+        {"small ones", "0.05 20 string cvs 1e-5 20 string cvs 0.099999999 20 string cvs", "(5.e-002) (1.e-005) (0.1)"},
         {"large ones", "12345678.0 20 string cvs 1e10 20 string cvs -1.5e300 20 string cvs",
          "(1.234568e+007) (1.e+010) (-1.5e+300)"},
         {"the text reads back", "0.05 20 string cvs cvr 1.5e-7 20 string cvs cvr", "0.05 1.5e-07"},

@@ -66,14 +66,12 @@ TEST(FileSystemTest, OnlyRegularFilesOpen) {
     const std::string pipe = dir / "pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0666), 0);
     EXPECT_TRUE(Opens(FileSystem::Open(file.c_str(), "r")));
-    for (const std::string& path :
-         {dir / "", pipe, std::string("/dev/zero"), dir / "missing", std::string()}) {
+    for (const std::string& path : {dir / "", pipe, std::string("/dev/zero"), dir / "missing", std::string()}) {
         SCOPED_TRACE(path);
         EXPECT_FALSE(Opens(FileSystem::Open(path.c_str(), "r")));
         EXPECT_FALSE(Opens(FileSystem::OpenInput(path.c_str(), "r+b")));
     }
-    for (const char* mode : {"", "x", "+", "b"})
-        EXPECT_FALSE(Opens(FileSystem::Open(file.c_str(), mode))) << mode;
+    for (const char* mode : {"", "x", "+", "b"}) EXPECT_FALSE(Opens(FileSystem::Open(file.c_str(), mode))) << mode;
 }
 
 /// Gives up root's right to write every file for as long as it lives.

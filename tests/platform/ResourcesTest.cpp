@@ -16,8 +16,7 @@ TEST(ResourcesTest, TextsAreCutBetweenCharacters) {
         int limit;
         const char* text;
     };
-    for (const Case& c :
-         {Case{200, "警告!"}, {8, "警告!"}, {7, "警告"}, {6, "警"}, {4, "警"}, {3, ""}, {1, ""}}) {
+    for (const Case& c : {Case{200, "警告!"}, {8, "警告!"}, {7, "警告"}, {6, "警"}, {4, "警"}, {3, ""}, {1, ""}}) {
         SCOPED_TRACE(c.limit);
         char buffer[200];
         std::memset(buffer, '#', sizeof buffer);

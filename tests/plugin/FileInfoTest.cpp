@@ -70,19 +70,18 @@ TEST(FileInfoTest, Signatures) {
         int failKind = AF_IO;
     };
     const std::string header = "\xC5\xD0\xD3\xC6"s;
-    for (const Case& c :
-         {Case{"whole", FIRST_LINE, 1},
-          {"first line alone, unfinished", "%!PS-Adobe-3.0 EPSF-3.0", 1},
-          {"three bytes", "%!P", -1},
-          {"empty", "", -1},
-          {"another file", "%PDF-1.4\n", -1, AF_FORMAT},
-          {"no EPSF word", "%!PS-Adobe-3.0\n", -1, AF_FORMAT},
-          {"another second word", "%!PS-Adobe-3.0 Resource-CMap\n", -1, AF_FORMAT},
-          {"plain PostScript", "%!PS\n", -1, AF_FORMAT},
-          {"blank first line", "%!PS", -1, AF_FORMAT},
-          {"header cut", header + "\x1e\0\0\0\x10"s, -1},
-          {"section outside the file", header + "\x7f\0\0\0\x10\0\0\0"s, -1, AF_FORMAT},
-          {"offset and length of all ones", header + std::string(8, '\xff'), -1, AF_FORMAT}}) {
+    for (const Case& c : {Case{"whole", FIRST_LINE, 1},
+                          {"first line alone, unfinished", "%!PS-Adobe-3.0 EPSF-3.0", 1},
+                          {"three bytes", "%!P", -1},
+                          {"empty", "", -1},
+                          {"another file", "%PDF-1.4\n", -1, AF_FORMAT},
+                          {"no EPSF word", "%!PS-Adobe-3.0\n", -1, AF_FORMAT},
+                          {"another second word", "%!PS-Adobe-3.0 Resource-CMap\n", -1, AF_FORMAT},
+                          {"plain PostScript", "%!PS\n", -1, AF_FORMAT},
+                          {"blank first line", "%!PS", -1, AF_FORMAT},
+                          {"header cut", header + "\x1e\0\0\0\x10"s, -1},
+                          {"section outside the file", header + "\x7f\0\0\0\x10\0\0\0"s, -1, AF_FORMAT},
+                          {"offset and length of all ones", header + std::string(8, '\xff'), -1, AF_FORMAT}}) {
         SCOPED_TRACE(c.name);
         const Analysis analysis = Analyse(c.bytes);
         EXPECT_EQ(analysis.result, c.result);
@@ -163,8 +162,8 @@ TEST(FileInfoTest, ReadingEndsAtEndCommentsAndFailsOnALongLine) {
 TEST(FileInfoTest, BinaryHeaderConfinesTheReading) {
     const std::string program = FIRST_LINE + "%%Title: inside\n";
     const auto length = static_cast<char>(program.size());
-    const std::string bytes = "\xC5\xD0\xD3\xC6\x1e\0\0\0"s + length + "\0\0\0"s + std::string(18, '\0') +
-                              program + "%%Title: outside\n";
+    const std::string bytes =
+        "\xC5\xD0\xD3\xC6\x1e\0\0\0"s + length + "\0\0\0"s + std::string(18, '\0') + program + "%%Title: outside\n";
     const Analysis analysis = Analyse(bytes);
     EXPECT_EQ(analysis.result, 1);
     EXPECT_EQ(analysis.info.m_nFileType, 1);

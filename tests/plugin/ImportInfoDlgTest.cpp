@@ -48,12 +48,8 @@ TEST(ImportInfoDlgTest, ToleranceInItsRangeIsTaken) {
         const char* text;
         float value;
     };
-    for (const Case& c : {Case{"0.0001", 0.0001f},
-                          {"5.0", 5.0f},
-                          {"5", 5.0f},
-                          {"1e-4", 0.0001f},
-                          {" .5\t", 0.5f},
-                          {"+2", 2.0f}}) {
+    for (const Case& c :
+         {Case{"0.0001", 0.0001f}, {"5.0", 5.0f}, {"5", 5.0f}, {"1e-4", 0.0001f}, {" .5\t", 0.5f}, {"+2", 2.0f}}) {
         SCOPED_TRACE(c.text);
         const Shown shown = Show([&](CDialog& dialog) {
             dialog.SetControlText(IDC_TOLERANCE, c.text);
@@ -140,8 +136,7 @@ TEST(ImportInfoDlgTest, FailedAnalysisLeavesOnlyCancel) {
         const Shown shown = Show(
             [&](CDialog& dialog) {
                 dialog.PressButton(IDC_FILE_INFO);
-                EXPECT_EQ(dialog.GetControlText(IDC_INFO_TEXT),
-                          std::string(c.message) + "\r\n请取消本次导入操作.");
+                EXPECT_EQ(dialog.GetControlText(IDC_INFO_TEXT), std::string(c.message) + "\r\n请取消本次导入操作.");
                 EXPECT_FALSE(dialog.PressButton(IDOK));
                 EXPECT_FALSE(dialog.PressButton(IDC_FILE_INFO));
                 EXPECT_TRUE(dialog.IsOpen());

@@ -92,8 +92,7 @@ TEST(PlugFilterMainTest, CommandsNotServedChangeNothing) {
 
 TEST(PlugFilterMainTest, MissingPointers) {
     EXPECT_EQ(PlugFilterMain(nullptr), 0);
-    for (const std::uint32_t command : {PFC_DESCRIBE, PFC_IMPORT, PFC_RESET})
-        EXPECT_EQ(Send(command), 0) << command;
+    for (const std::uint32_t command : {PFC_DESCRIBE, PFC_IMPORT, PFC_RESET}) EXPECT_EQ(Send(command), 0) << command;
     tagPlugImportJob job{};
     job.nImported = 8;
     EXPECT_EQ(Send(PFC_IMPORT, &job), 0);
@@ -105,9 +104,7 @@ TEST(PlugFilterMainTest, DescriptionWritesItsFieldsAndNothingElse) {
     std::memset(record, 0xAA, sizeof record);
     unsigned char expected[240];
     std::memset(expected, 0xAA, sizeof expected);
-    const auto put = [&](size_t at, const void* bytes, size_t count) {
-        std::memcpy(expected + at, bytes, count);
-    };
+    const auto put = [&](size_t at, const void* bytes, size_t count) { std::memcpy(expected + at, bytes, count); };
     put(0, "EPS 文件过滤器", sizeof "EPS 文件过滤器");
     put(128, "EPS Files (*.eps)", 18);
     put(178, "eps", 4);

@@ -75,7 +75,8 @@ std::string TextOf(const CEntity& entity) {
     std::string text = std::string(color) + (list.IsClosed() ? " closed" : " open");
     for (const CSectObject* section = list.GetFirst(); section; section = section->GetNext()) {
         text += section->GetKind() == SECT_BEZIER ? " B" : " L";
-        for (const point_2d& point : section->GetPoints()) text += " " + Coordinate(point.x) + "," + Coordinate(point.y);
+        for (const point_2d& point : section->GetPoints())
+            text += " " + Coordinate(point.x) + "," + Coordinate(point.y);
     }
     return text;
 }

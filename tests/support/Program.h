@@ -18,8 +18,8 @@ struct RunSettings {
 };
 
 struct RunResult {
-    int result = 0;             ///< of the scan: 1 or -1; of RunFile 0, 1 or -1
-    int error = PSERR_NONE;     ///< m_nError afterwards
+    int result = 0;          ///< of the scan: 1 or -1; of RunFile 0, 1 or -1
+    int error = PSERR_NONE;  ///< m_nError afterwards
     /// Operand stack, bottom first, separated by blanks: 7 7.0 /lit exec (str) [1 2] {raw tokens} <<3>> true mark
     /// null --add-- ; other types by their name in dashes, such as -file-. Reals with up to 7 digits.
     std::string stack;

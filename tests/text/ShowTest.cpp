@@ -24,23 +24,20 @@ TEST(ShowTest, Glyphs) {
     EXPECT_EQ(DrawnIn("font [0 7.2 -7.2 0 0 0] makefont setfont 72 0 moveto (ab) show"),
               "#000000 open L 25.4,0 25.4,2.54\n#000000 open L 25.4,0 25.4,2.54")
         << "departure: the advance knows only the axes";
-    EXPECT_EQ(DrawnIn("0 0 moveto 72 0 lineto (a) show"),
-              "#000000 open L 0,0 25.4,0\n#000000 open L 25.4,0 27.94,0")
+    EXPECT_EQ(DrawnIn("0 0 moveto 72 0 lineto (a) show"), "#000000 open L 0,0 25.4,0\n#000000 open L 25.4,0 27.94,0")
         << "the path in place belongs to the glyph";
-    EXPECT_EQ(DrawnIn("/Helvetica 12 selectfont 72 0 moveto (abc) show 0 0 lineto stroke"),
-              "#000000 open L 25.4,0 0,0")
+    EXPECT_EQ(DrawnIn("/Helvetica 12 selectfont 72 0 moveto (abc) show 0 0 lineto stroke"), "#000000 open L 25.4,0 0,0")
         << "other fonts draw nothing and move nothing";
 }
 
 TEST(ShowTest, WhatGlyphProceduresSee) {
     const auto shown = [](const std::string& entries, const std::string& text) {
-        return RunText("<< /FontType 3 /FontMatrix matrix /Encoding [/A /B /C] " + entries + " >> setfont " +
-                       text + " show")
+        return RunText("<< /FontType 3 /FontMatrix matrix /Encoding [/A /B /C] " + entries + " >> setfont " + text +
+                       " show")
             .stack;
     };
     EXPECT_EQ(shown("/BuildChar {}", "(a\\001)"), "<<4>> 97 <<4>> 1");
-    EXPECT_EQ(shown("/BuildChar {nosuch} /BuildGlyph {}", "(\\000\\002)"), "<<5>> /A <<5>> /C")
-        << "BuildGlyph wins";
+    EXPECT_EQ(shown("/BuildChar {nosuch} /BuildGlyph {}", "(\\000\\002)"), "<<5>> /A <<5>> /C") << "BuildGlyph wins";
     EXPECT_EQ(shown("/BuildChar {}", "(\\377)"), "<<4>> 255") << "codes are not signed";
     EXPECT_EQ(shown("/BuildChar {nosuch}", "()"), "");
     EXPECT_EQ(shown("/x 1 /BuildChar {pop /x get}", "(a)"), "1");
@@ -84,17 +81,14 @@ TEST(ShowTest, FontsThatCannotBeShown) {
         {"the font of the start", "(a) show", "", PSERR_SYNTAX},
         {"no type", "1 dict setfont () show", "", PSERR_SYNTAX},
         {"another type", "<< /FontType 1 >> setfont (a) show", ""},
-        {"neither procedure", "<< /FontType 3 /FontMatrix matrix /Encoding [] >> setfont (a) show", "",
-         PSERR_SYNTAX},
+        {"neither procedure", "<< /FontType 3 /FontMatrix matrix /Encoding [] >> setfont (a) show", "", PSERR_SYNTAX},
         {"not needed for an empty string", "<< /FontType 3 >> setfont () show", ""},
-        {"no encoding", "<< /FontType 3 /FontMatrix matrix /BuildChar {} >> setfont (a) show", "",
-         PSERR_SYNTAX},
+        {"no encoding", "<< /FontType 3 /FontMatrix matrix /BuildChar {} >> setfont (a) show", "", PSERR_SYNTAX},
         {"no matrix", "<< /FontType 3 /Encoding [] /BuildChar {} >> setfont (a) show", "", PSERR_SYNTAX},
-        {"no procedure", "<< /FontType 3 /FontMatrix matrix /Encoding [] /BuildChar 7 >> setfont (a) show",
-         "", PSERR_SYNTAX},
-        {"a code beyond the encoding",
-         "<< /FontType 3 /FontMatrix matrix /Encoding [/a] /BuildGlyph {} >> setfont (a) show", "",
+        {"no procedure", "<< /FontType 3 /FontMatrix matrix /Encoding [] /BuildChar 7 >> setfont (a) show", "",
          PSERR_SYNTAX},
+        {"a code beyond the encoding",
+         "<< /FontType 3 /FontMatrix matrix /Encoding [/a] /BuildGlyph {} >> setfont (a) show", "", PSERR_SYNTAX},
         {"a failing procedure",
          "<< /FontType 3 /FontMatrix matrix /Encoding [] /BuildChar {nosuch} >> setfont (a) show", "<<4>> 97",
          PSERR_UNDEFINED},
@@ -125,8 +119,7 @@ TEST(ShowTest, Relatives) {
 
 TEST(ShowTest, Metrics) {
     CheckStacks({
-        {"all operands go",
-         "7 1 2 3 4 5 6 setcachedevice 1 2 setcharwidth 1 2 3 4 5 6 7 8 9 10 setcachedevice2", "7"},
+        {"all operands go", "7 1 2 3 4 5 6 setcachedevice 1 2 setcharwidth 1 2 3 4 5 6 7 8 9 10 setcachedevice2", "7"},
         {"the width of setcachedevice",
          "<< /FontType 3 /FontMatrix matrix /Encoding [] /BuildChar {pop pop 72 36 0 0 9 9 setcachedevice} "
          ">> setfont (a) show currentpoint",
@@ -137,8 +130,7 @@ TEST(ShowTest, Metrics) {
          "currentpoint",
          "72.0 36.0"},
         {"nine operands", "1 2 3 4 5 6 7 8 9 setcachedevice2", "1 2 3 4 5 6 7 8 9", PSERR_RANGE},
-        {"one of another type", "1 2 3 4 5 /a 7 8 9 10 setcachedevice2", "1 2 3 4 5 /a 7 8 9 10",
-         PSERR_TYPECHECK},
+        {"one of another type", "1 2 3 4 5 /a 7 8 9 10 setcachedevice2", "1 2 3 4 5 /a 7 8 9 10", PSERR_TYPECHECK},
         {"five operands", "1 2 3 4 5 setcachedevice", "1 2 3 4 5", PSERR_STACKUNDERFLOW},
         {"no number", "1 (a) setcharwidth", "1 (a)", PSERR_TYPECHECK},
     });
