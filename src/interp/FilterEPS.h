@@ -17,6 +17,7 @@
 #include "objects/Number.h"
 #include "objects/SimpleElements.h"
 #include "objects/String.h"
+#include "platform/Window.h"
 
 class CGraphState;
 class CGStateElement;
@@ -183,6 +184,7 @@ public:
     TypedPtr<CDictionary> m_pInternalDict;
     TypedPtr<CDictionary> m_pPageDevice;
     std::minstd_rand m_Random{1};  ///< what `rand` draws from, so that a file draws the same on every run
+    tagRunReport m_Report;           ///< what the main window is told when the run ends
     bool m_bPacking = false;       ///< procedures are built as packed arrays
     std::int32_t m_nRandSeed = 0;
     std::int32_t m_nObjectFormat = 2;

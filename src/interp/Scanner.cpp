@@ -44,6 +44,7 @@ int CFilterEPS::RunFile(CEntGroup* group) {
     }
     m_OperandStack.Clear();
     if (result == -1) ReportError();
+    glbf_GetMainFrame()->OnRunEnded(m_Report);
     return result;
 }
 

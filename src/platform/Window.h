@@ -4,8 +4,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 class CDialog;
 
@@ -23,6 +25,48 @@ struct tagImportProgress {
     std::int64_t nBytesRead;   ///< position in the input file
     std::int64_t nBytesTotal;  ///< position at which the input ends
     std::int64_t nEntities;    ///< entities made so far
+};
+
+/// Why and where a program ended with an error.
+struct tagRunFailure {
+    std::int32_t nError = -1;   ///< the code behind the message box
+    std::string strError;       ///< the language's name of the error: "typecheck"
+    std::string strOperator;    ///< what was running; of an undefined name, that name; empty when nothing was
+    std::int64_t nLine = 1;     ///< where the scanner stood in the file, from 1
+    std::int64_t nOffset = 0;   ///< the same in bytes from the start of the file
+};
+
+/// What the program asked to draw and the drawing lacks.
+struct tagLeftOut {
+    std::int64_t nTexts = 0;                ///< calls of the show family
+    std::vector<std::string> strFonts;      ///< names of the fonts of these texts, each once, in the order of their first text
+    std::int64_t nImages = 0;
+    std::int64_t nShadings = 0;
+    std::int64_t nPatterns = 0;             ///< areas filled with a pattern
+    std::int64_t nPoints = 0;               ///< path points beyond the limit
+
+    [[nodiscard]] bool IsEmpty() const noexcept {
+        return nTexts == 0 && nImages == 0 && nShadings == 0 && nPatterns == 0 && nPoints == 0;
+    }
+};
+
+/// What of the program did not run although no error was met.
+enum RunTail : std::int32_t {
+    RT_NONE = 0,
+    RT_TOKEN = 1,      ///< the file ends inside a token, or behind one that nothing ends
+    RT_STRING = 2,     ///< the file ends inside a string
+    RT_PROCEDURE = 3,  ///< the file ends inside a procedure
+    RT_ENDCOMMENT = 4  ///< %%EOF stands before the end, with more program behind it
+};
+
+/// How a run came out, beside what the message boxes say.
+struct tagRunReport {
+    std::optional<tagRunFailure> failure;
+    tagLeftOut leftOut;
+    std::int32_t nTail = RT_NONE;    ///< RunTail
+    std::string strTail;             ///< RT_TOKEN: the token
+    std::int64_t nTailLine = 0;      ///< where it begins, from 1
+    std::int64_t nTailOffset = 0;    ///< the same in bytes from the start of the file
 };
 
 /// Any window or control: its text (UTF-8), and whether it takes the user's input.
@@ -62,6 +106,9 @@ public:
     /// Called when a run has used up the memory. True when the host tells the user by itself; otherwise the
     /// run ends with a message box.
     virtual bool OnMemoryExhausted() { return false; }
+
+    /// Called once at the end of each run, behind its message box.
+    virtual void OnRunEnded(const tagRunReport&) {}
 
     /// Whether the program inside an imported file may touch files of its own choice.
     [[nodiscard]] virtual bool AllowsFileAccess() const { return true; }
