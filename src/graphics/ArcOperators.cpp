@@ -72,7 +72,7 @@ int AddArc(CFilterEPS& m, bool clockwise) {
 int OpArc(CFilterEPS& m) { return AddArc(m, false); }
 
 // x y r angle1 angle2  arcn  -               STACKUNDERFLOW TYPECHECK
-int OpArcN(CFilterEPS& m) { return AddArc(m, true); }
+int OpArcn(CFilterEPS& m) { return AddArc(m, true); }
 
 /// The line a b moved by r towards a point beside it, each coordinate rounded to float.
 void OffsetLine(const double* a, const double* b, const double* towards, double r, double out[4]) {
@@ -121,13 +121,13 @@ int AddTangentArc(CFilterEPS& m, point_2d touch[2]) {
 }
 
 // x1 y1 x2 y2 r  arct  -                     NOCURRENTPOINT STACKUNDERFLOW TYPECHECK; SYNTAX, with all gone
-int OpArcT(CFilterEPS& m) {
+int OpArct(CFilterEPS& m) {
     point_2d touch[2];
     return AddTangentArc(m, touch);
 }
 
 // x1 y1 x2 y2 r  arcto  xt1 yt1 xt2 yt2      NOCURRENTPOINT STACKUNDERFLOW TYPECHECK; SYNTAX, with all gone
-int OpArcTo(CFilterEPS& m) {
+int OpArcto(CFilterEPS& m) {
     point_2d touch[2];
     if (AddTangentArc(m, touch) != 1) return -1;
     for (int i = 0; i < 2; ++i) {
@@ -137,8 +137,17 @@ int OpArcTo(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kCoreRows[] = {{"arc", OpArc}, {"arcn", OpArcN}};
-constexpr OpRow kTangentRows[] = {{"arct", OpArcT}, {"arcto", OpArcTo}};
+// Place 1 of the chain, compared after kPathCoreOperators.
+constexpr OpRow kCoreRows[] = {
+    {"arc", OpArc},
+    {"arcn", OpArcn},
+};
+
+// Place 24 of the chain, compared after kPathOperators.
+constexpr OpRow kTangentRows[] = {
+    {"arct", OpArct},
+    {"arcto", OpArcto},
+};
 
 }  // namespace
 

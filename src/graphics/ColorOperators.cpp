@@ -49,19 +49,9 @@ int OpSetDeviceColor(CFilterEPS& m) {
     return 1;
 }
 
-// -  currentgray  gray
-// -  currentrgbcolor  red green blue
-// -  currentcmykcolor  cyan magenta yellow black
-// Departure: what the store was set to last, whatever the colour space is now.
-template <std::int32_t Kind>
-int OpCurrentDeviceColor(CFilterEPS& m) {
-    PushComponents(m, StoreOf(*m.GetCurrentGState(), Kind), kComponents[Kind]);
-    return 1;
-}
-
 // array|name  setcolorspace  -               STACKUNDERFLOW TYPECHECK UNSUPPORTED
 // Departure: the colour values stay, and there are no spaces but the device spaces and Pattern.
-int OpSetColorSpace(CFilterEPS& m) {
+int OpSetcolorspace(CFilterEPS& m) {
     Operands in(m);
     in.OneOf(0, {ET_ARRAY, ET_NAME});
     if (!in) return -1;
@@ -81,14 +71,14 @@ int OpSetColorSpace(CFilterEPS& m) {
 }
 
 // -  currentcolorspace  array
-int OpCurrentColorSpace(CFilterEPS& m) {
+int OpCurrentcolorspace(CFilterEPS& m) {
     m.Push(m.GetCurrentGState()->GetColorSpace()->Clone());
     return 1;
 }
 
 // comp1..compN  setcolor  -                  STACKUNDERFLOW TYPECHECK UNSUPPORTED
 // comp1..compN pattern  setcolor  -
-int OpSetColor(CFilterEPS& m) {
+int OpSetcolor(CFilterEPS& m) {
     Operands in(m);
     const CElement* top = in.OneOf(0, {ET_NUMBER, ET_DICT});
     if (!in) return -1;
@@ -102,7 +92,7 @@ int OpSetColor(CFilterEPS& m) {
 // -  currentcolor  comp1..compN
 // -  currentcolor  pattern comp1..compN
 // Departure: the pattern comes first, and nothing before the first setcolor in a Pattern space.
-int OpCurrentColor(CFilterEPS& m) {
+int OpCurrentcolor(CFilterEPS& m) {
     CGraphState& state = *m.GetCurrentGState();
     if (state.m_nColorKind != COLOR_PATTERN) {
         PushComponents(m, StoreOf(state, state.m_nColorKind), kComponents[state.m_nColorKind]);
@@ -114,9 +104,19 @@ int OpCurrentColor(CFilterEPS& m) {
     return 1;
 }
 
+// -  currentgray  gray
+// -  currentrgbcolor  red green blue
+// -  currentcmykcolor  cyan magenta yellow black
+// Departure: what the store was set to last, whatever the colour space is now.
+template <std::int32_t Kind>
+int OpCurrentDeviceColor(CFilterEPS& m) {
+    PushComponents(m, StoreOf(*m.GetCurrentGState(), Kind), kComponents[Kind]);
+    return 1;
+}
+
 // hue saturation brightness  sethsbcolor  -  STACKUNDERFLOW TYPECHECK
 // Departure: the colour painted stays the last RGB colour.
-int OpSetHsbColor(CFilterEPS& m) {
+int OpSethsbcolor(CFilterEPS& m) {
     CGraphState& state = *m.GetCurrentGState();
     if (TakeComponents(m, state.m_fHSB, 3) != 1) return -1;
     state.SetColorKind(COLOR_RGB);
@@ -124,7 +124,7 @@ int OpSetHsbColor(CFilterEPS& m) {
 }
 
 // -  currenthsbcolor  hue saturation brightness
-int OpCurrentHsbColor(CFilterEPS& m) {
+int OpCurrenthsbcolor(CFilterEPS& m) {
     PushComponents(m, m.GetCurrentGState()->m_fHSB, 3);
     return 1;
 }
@@ -143,20 +143,22 @@ const CName* UnderlyingName(const CElement* space) {
     return name ? name->m_pName : nullptr;
 }
 
+// Place 7 of the chain, compared after kStateCoreOperators.
 constexpr OpRow kCoreRows[] = {
     {"setgray", OpSetDeviceColor<COLOR_GRAY>},
     {"setrgbcolor", OpSetDeviceColor<COLOR_RGB>},
     {"setcmykcolor", OpSetDeviceColor<COLOR_CMYK>},
 };
 
+// Place 21 of the chain, compared after kStateOperators.
 constexpr OpRow kRows[] = {
-    {"setcolorspace", OpSetColorSpace},
-    {"currentcolorspace", OpCurrentColorSpace},
-    {"setcolor", OpSetColor},
-    {"currentcolor", OpCurrentColor},
+    {"setcolorspace", OpSetcolorspace},
+    {"currentcolorspace", OpCurrentcolorspace},
+    {"setcolor", OpSetcolor},
+    {"currentcolor", OpCurrentcolor},
     {"currentgray", OpCurrentDeviceColor<COLOR_GRAY>},
-    {"sethsbcolor", OpSetHsbColor},
-    {"currenthsbcolor", OpCurrentHsbColor},
+    {"sethsbcolor", OpSethsbcolor},
+    {"currenthsbcolor", OpCurrenthsbcolor},
     {"currentrgbcolor", OpCurrentDeviceColor<COLOR_RGB>},
     {"currentcmykcolor", OpCurrentDeviceColor<COLOR_CMYK>},
 };

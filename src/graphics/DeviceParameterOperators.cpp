@@ -38,41 +38,6 @@ int OpCurrentDict(CFilterEPS& m) {
     return 1;
 }
 
-// proc  set...  -                            STACKUNDERFLOW TYPECHECK
-template <CStateCell Device::*Cell>
-int OpSetProcedure(CFilterEPS& m) {
-    Operands in(m);
-    in.Procedure(0);
-    if (!in) return -1;
-    (m.GetCurrentGState()->ChangeDevice().*Cell).Set(m.Pop());
-    return 1;
-}
-
-// -  current...  proc
-template <CStateCell Device::*Cell>
-int OpCurrentProcedure(CFilterEPS& m) {
-    PushProcedure(m, m.GetCurrentGState()->GetDeviceElement(Cell));
-    return 1;
-}
-
-// red green blue gray  setcolortransfer  -   STACKUNDERFLOW TYPECHECK
-int OpSetColorTransfer(CFilterEPS& m) {
-    Operands in(m);
-    for (int i = 0; i < 4; ++i) in.Procedure(i);
-    if (!in) return -1;
-    Device& device = m.GetCurrentGState()->ChangeDevice();
-    for (int i = 3; i >= 0; --i) device.m_pColorTransfer[i].Set(m.Pop());
-    return 1;
-}
-
-// -  currentcolortransfer  red green blue gray
-int OpCurrentColorTransfer(CFilterEPS& m) {
-    for (int i = 0; i < 4; ++i) {
-        PushProcedure(m, m.GetCurrentGState()->GetDeviceElement(&Device::m_pColorTransfer, i));
-    }
-    return 1;
-}
-
 /// The top operand of the screen operators, which a halftone dictionary may take the place of a procedure in.
 bool ReadsHalftone(Operands& in) {
     const CElement* top = in.Any(0);
@@ -91,7 +56,7 @@ void TakeScreen(CFilterEPS& m, bool halftone, float& frequency, float& angle, CS
 }
 
 // frequency angle proc|dict  setscreen  -    STACKUNDERFLOW TYPECHECK
-int OpSetScreen(CFilterEPS& m) {
+int OpSetscreen(CFilterEPS& m) {
     Operands in(m);
     const bool halftone = ReadsHalftone(in);
     in.Number(1);
@@ -104,7 +69,7 @@ int OpSetScreen(CFilterEPS& m) {
 }
 
 // -  currentscreen  frequency angle proc|dict
-int OpCurrentScreen(CFilterEPS& m) {
+int OpCurrentscreen(CFilterEPS& m) {
     CGraphState* state = m.GetCurrentGState();
     m.PushReal(state->GetDevice().m_fScreenFreq);
     m.PushReal(state->GetDevice().m_fScreenAngle);
@@ -115,7 +80,7 @@ int OpCurrentScreen(CFilterEPS& m) {
 
 // (frequency angle proc|dict) of red green blue gray  setcolorscreen  -      STACKUNDERFLOW TYPECHECK
 // Departure: the top decides for all four whether they are taken for procedures or for halftones.
-int OpSetColorScreen(CFilterEPS& m) {
+int OpSetcolorscreen(CFilterEPS& m) {
     Operands in(m);
     const bool halftone = ReadsHalftone(in);
     for (int group = 0; group < 4; ++group) {
@@ -133,13 +98,48 @@ int OpSetColorScreen(CFilterEPS& m) {
 }
 
 // -  currentcolorscreen  (frequency angle proc|dict) of red green blue gray
-int OpCurrentColorScreen(CFilterEPS& m) {
+int OpCurrentcolorscreen(CFilterEPS& m) {
     CGraphState* state = m.GetCurrentGState();
     for (int i = 0; i < 4; ++i) {
         m.PushReal(state->GetDevice().m_fColorScreenFreq[i]);
         m.PushReal(state->GetDevice().m_fColorScreenAngle[i]);
         const CElement* proc = state->GetDeviceElement(&Device::m_pColorScreenProc, i);
         PushProcedure(m, proc ? proc : state->GetDeviceElement(&Device::m_pColorScreenHalftone, i));
+    }
+    return 1;
+}
+
+// proc  set...  -                            STACKUNDERFLOW TYPECHECK
+template <CStateCell Device::*Cell>
+int OpSetProcedure(CFilterEPS& m) {
+    Operands in(m);
+    in.Procedure(0);
+    if (!in) return -1;
+    (m.GetCurrentGState()->ChangeDevice().*Cell).Set(m.Pop());
+    return 1;
+}
+
+// -  current...  proc
+template <CStateCell Device::*Cell>
+int OpCurrentProcedure(CFilterEPS& m) {
+    PushProcedure(m, m.GetCurrentGState()->GetDeviceElement(Cell));
+    return 1;
+}
+
+// red green blue gray  setcolortransfer  -   STACKUNDERFLOW TYPECHECK
+int OpSetcolortransfer(CFilterEPS& m) {
+    Operands in(m);
+    for (int i = 0; i < 4; ++i) in.Procedure(i);
+    if (!in) return -1;
+    Device& device = m.GetCurrentGState()->ChangeDevice();
+    for (int i = 3; i >= 0; --i) device.m_pColorTransfer[i].Set(m.Pop());
+    return 1;
+}
+
+// -  currentcolortransfer  red green blue gray
+int OpCurrentcolortransfer(CFilterEPS& m) {
+    for (int i = 0; i < 4; ++i) {
+        PushProcedure(m, m.GetCurrentGState()->GetDeviceElement(&Device::m_pColorTransfer, i));
     }
     return 1;
 }
@@ -163,7 +163,7 @@ int OpCurrentReal(CFilterEPS& m) {
 }
 
 // bool  setoverprint  -                      STACKUNDERFLOW TYPECHECK
-int OpSetOverprint(CFilterEPS& m) {
+int OpSetoverprint(CFilterEPS& m) {
     Operands in(m);
     const bool value = in.Bool(0);
     if (!in) return -1;
@@ -173,22 +173,23 @@ int OpSetOverprint(CFilterEPS& m) {
 }
 
 // -  currentoverprint  bool
-int OpCurrentOverprint(CFilterEPS& m) {
+int OpCurrentoverprint(CFilterEPS& m) {
     m.PushBool(m.GetCurrentGState()->GetDevice().m_bOverprint != 0);
     return 1;
 }
 
+// Place 22 of the chain.
 constexpr OpRow kRows[] = {
     {"sethalftone", OpSetDict<&Device::m_pHalftone>},
     {"currenthalftone", OpCurrentDict<&Device::m_pHalftone>},
-    {"setscreen", OpSetScreen},
-    {"currentscreen", OpCurrentScreen},
-    {"setcolorscreen", OpSetColorScreen},
-    {"currentcolorscreen", OpCurrentColorScreen},
+    {"setscreen", OpSetscreen},
+    {"currentscreen", OpCurrentscreen},
+    {"setcolorscreen", OpSetcolorscreen},
+    {"currentcolorscreen", OpCurrentcolorscreen},
     {"settransfer", OpSetProcedure<&Device::m_pTransfer>},
     {"currenttransfer", OpCurrentProcedure<&Device::m_pTransfer>},
-    {"setcolortransfer", OpSetColorTransfer},
-    {"currentcolortransfer", OpCurrentColorTransfer},
+    {"setcolortransfer", OpSetcolortransfer},
+    {"currentcolortransfer", OpCurrentcolortransfer},
     {"setblackgeneration", OpSetProcedure<&Device::m_pBlackGeneration>},
     {"currentblackgeneration", OpCurrentProcedure<&Device::m_pBlackGeneration>},
     {"setundercolorremoval", OpSetProcedure<&Device::m_pUnderColorRemoval>},
@@ -197,8 +198,8 @@ constexpr OpRow kRows[] = {
     {"currentcolorrendering", OpCurrentDict<&Device::m_pColorRendering>},
     {"setflat", OpSetReal<&Device::m_fFlatness>},
     {"currentflat", OpCurrentReal<&Device::m_fFlatness>},
-    {"setoverprint", OpSetOverprint},
-    {"currentoverprint", OpCurrentOverprint},
+    {"setoverprint", OpSetoverprint},
+    {"currentoverprint", OpCurrentoverprint},
     {"setsmoothness", OpSetReal<&Device::m_fSmoothness>},
     {"currentsmoothness", OpCurrentReal<&Device::m_fSmoothness>},
 };

@@ -42,7 +42,7 @@ int OpSetInt(CFilterEPS& m) {
 }
 
 // bool  setstrokeadjust  -                   STACKUNDERFLOW TYPECHECK
-int OpSetStrokeAdjust(CFilterEPS& m) {
+int OpSetstrokeadjust(CFilterEPS& m) {
     Operands in(m);
     const bool value = in.Bool(0);
     if (!in) return -1;
@@ -52,7 +52,7 @@ int OpSetStrokeAdjust(CFilterEPS& m) {
 }
 
 // array offset  setdash  -                   STACKUNDERFLOW TYPECHECK
-int OpSetDash(CFilterEPS& m) {
+int OpSetdash(CFilterEPS& m) {
     Operands in(m);
     const double offset = in.Real(0);
     in.Array(1);
@@ -66,7 +66,7 @@ int OpSetDash(CFilterEPS& m) {
 
 // -  grestoreall  -
 // Departure: a restore does not clear the mark of its save, so that this goes on stopping there.
-int OpGrestoreAll(CFilterEPS& m) {
+int OpGrestoreall(CFilterEPS& m) {
     const CElement* stop = m.m_GStateStack.Top();
     while (stop->m_pPrev && !static_cast<const CGStateElement*>(stop)->m_bSaved) stop = stop->m_pPrev;
     while (m.m_GStateStack.Top() != stop) m.PopGState();
@@ -75,7 +75,7 @@ int OpGrestoreAll(CFilterEPS& m) {
 
 // -  initgraphics  -
 // Departure: the line width, the font and the device parameters stay.
-int OpInitGraphics(CFilterEPS& m) {
+int OpInitgraphics(CFilterEPS& m) {
     CGraphState* state = m.GetCurrentGState();
     state->ResetCTM();
     state->ClearPath();
@@ -98,7 +98,7 @@ int OpGstate(CFilterEPS& m) {
 // gstate  setgstate  -                       STACKUNDERFLOW TYPECHECK
 // Departure: the object itself becomes the current state, not a copy of it. One without a body changes
 // nothing.
-int OpSetGstate(CFilterEPS& m) {
+int OpSetgstate(CFilterEPS& m) {
     Operands in(m);
     const auto* gstate = in.Get<CGStateElement>(0);
     if (!in) return -1;
@@ -112,7 +112,7 @@ int OpSetGstate(CFilterEPS& m) {
 
 // gstate  currentgstate  gstate              STACKUNDERFLOW TYPECHECK
 // Departure: the object gets new storage. Others that shared the old one don't see the change.
-int OpCurrentGstate(CFilterEPS& m) {
+int OpCurrentgstate(CFilterEPS& m) {
     Operands in(m);
     auto* gstate = in.Get<CGStateElement>(0);
     if (!in) return -1;
@@ -134,19 +134,20 @@ int OpCurrentInt(CFilterEPS& m) {
 }
 
 // -  currentstrokeadjust  bool
-int OpCurrentStrokeAdjust(CFilterEPS& m) {
+int OpCurrentstrokeadjust(CFilterEPS& m) {
     m.PushBool(m.GetCurrentGState()->m_bStrokeAdjust != 0);
     return 1;
 }
 
 // -  currentdash  array offset
-int OpCurrentDash(CFilterEPS& m) {
+int OpCurrentdash(CFilterEPS& m) {
     CGraphState* state = m.GetCurrentGState();
     m.Push(state->GetDash()->Clone());
     m.PushReal(state->m_fDashOffset);
     return 1;
 }
 
+// Place 7 of the chain, compared after kSaveOperators.
 constexpr OpRow kCoreRows[] = {
     {"gsave", OpGsave},
     {"grestore", OpGrestore},
@@ -154,24 +155,25 @@ constexpr OpRow kCoreRows[] = {
     {"setlinecap", OpSetInt<&CGraphParameters::m_nLineCap>},
     {"setlinejoin", OpSetInt<&CGraphParameters::m_nLineJoin>},
     {"setmiterlimit", OpSetReal<&CGraphParameters::m_fMiterLimit>},
-    {"setstrokeadjust", OpSetStrokeAdjust},
-    {"setdash", OpSetDash},
+    {"setstrokeadjust", OpSetstrokeadjust},
+    {"setdash", OpSetdash},
 };
 
+// Place 21 of the chain, its first table.
 constexpr OpRow kRows[] = {
     {"clipsave", OpNothing},  // Departure: there is no clip
     {"cliprestore", OpNothing},
-    {"grestoreall", OpGrestoreAll},
-    {"initgraphics", OpInitGraphics},
+    {"grestoreall", OpGrestoreall},
+    {"initgraphics", OpInitgraphics},
     {"gstate", OpGstate},
-    {"setgstate", OpSetGstate},
-    {"currentgstate", OpCurrentGstate},
+    {"setgstate", OpSetgstate},
+    {"currentgstate", OpCurrentgstate},
     {"currentlinewidth", OpCurrentReal<&CGraphParameters::m_fLineWidth>},
     {"currentlinecap", OpCurrentInt<&CGraphParameters::m_nLineCap>},
     {"currentlinejoin", OpCurrentInt<&CGraphParameters::m_nLineJoin>},
     {"currentmiterlimit", OpCurrentReal<&CGraphParameters::m_fMiterLimit>},
-    {"currentstrokeadjust", OpCurrentStrokeAdjust},
-    {"currentdash", OpCurrentDash},
+    {"currentstrokeadjust", OpCurrentstrokeadjust},
+    {"currentdash", OpCurrentdash},
 };
 
 }  // namespace

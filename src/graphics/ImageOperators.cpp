@@ -183,24 +183,9 @@ int OpImage(CFilterEPS& m) {
     return Consume(m, sources, *sources.front(), TotalBytes(m, height, {bits, width}), UnknownSource::typecheck);
 }
 
-// width height polarity matrix source | dict  imagemask  -   STACKUNDERFLOW TYPECHECK RANGE IO UNSUPPORTED
-int OpImageMask(CFilterEPS& m) {
-    Operands in(m);
-    const CElement* top = in.Any(0);
-    in.Require(top && IsSourceOrDict(*top), PSERR_TYPECHECK);
-    if (!in) return -1;
-    if (top->m_nType == ET_DICT) return MaskOfDict(m, *Take<CDictionary>(m));
-    const std::int32_t height = in.Int(3);
-    const std::int32_t width = in.Int(4);
-    if (!in) return -1;
-    const std::vector<ElementPtr> sources = Single(m.Pop());
-    m.Drop(4);
-    return Consume(m, sources, *sources.front(), TotalBytes(m, height, {width}), UnknownSource::typecheck);
-}
-
 // width height bits matrix source(1)..source(n) multi ncomp  colorimage  -
 //                                            STACKUNDERFLOW TYPECHECK RANGE IO UNSUPPORTED
-int OpColorImage(CFilterEPS& m) {
+int OpColorimage(CFilterEPS& m) {
     Operands in(m);
     const std::int32_t components = in.Int(0);
     const bool multiple = in.Bool(1);
@@ -221,7 +206,27 @@ int OpColorImage(CFilterEPS& m) {
                    multiple ? UnknownSource::typecheck : UnknownSource::unsupported);
 }
 
-constexpr OpRow kRows[] = {{"image", OpImage}, {"colorimage", OpColorImage}, {"imagemask", OpImageMask}};
+// width height polarity matrix source | dict  imagemask  -   STACKUNDERFLOW TYPECHECK RANGE IO UNSUPPORTED
+int OpImagemask(CFilterEPS& m) {
+    Operands in(m);
+    const CElement* top = in.Any(0);
+    in.Require(top && IsSourceOrDict(*top), PSERR_TYPECHECK);
+    if (!in) return -1;
+    if (top->m_nType == ET_DICT) return MaskOfDict(m, *Take<CDictionary>(m));
+    const std::int32_t height = in.Int(3);
+    const std::int32_t width = in.Int(4);
+    if (!in) return -1;
+    const std::vector<ElementPtr> sources = Single(m.Pop());
+    m.Drop(4);
+    return Consume(m, sources, *sources.front(), TotalBytes(m, height, {width}), UnknownSource::typecheck);
+}
+
+// Place 25 of the chain, compared after kPaintOperators.
+constexpr OpRow kRows[] = {
+    {"image", OpImage},
+    {"colorimage", OpColorimage},
+    {"imagemask", OpImagemask},
+};
 
 }  // namespace
 

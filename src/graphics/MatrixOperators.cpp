@@ -48,7 +48,7 @@ int OpMatrix(CFilterEPS& m) {
 }
 
 // matrix  currentmatrix  matrix              STACKUNDERFLOW TYPECHECK RANGE
-int OpCurrentMatrix(CFilterEPS& m) {
+int OpCurrentmatrix(CFilterEPS& m) {
     Operands in(m);
     in.Array(0);
     if (!in) return -1;
@@ -58,7 +58,7 @@ int OpCurrentMatrix(CFilterEPS& m) {
 }
 
 // matrix  setmatrix  -                       STACKUNDERFLOW TYPECHECK RANGE
-int OpSetMatrix(CFilterEPS& m) {
+int OpSetmatrix(CFilterEPS& m) {
     Operands in(m);
     double six[6];
     ReadOperand(in, 0, six);
@@ -132,7 +132,7 @@ int OpConcat(CFilterEPS& m) {
 }
 
 // matrix1 matrix2 matrix3  concatmatrix  matrix3     STACKUNDERFLOW TYPECHECK RANGE
-int OpConcatMatrix(CFilterEPS& m) {
+int OpConcatmatrix(CFilterEPS& m) {
     Operands in(m);
     for (int depth = 0; depth < 3; ++depth) in.Array(depth);
     double second[6];
@@ -177,14 +177,14 @@ int OpMap(CFilterEPS& m) {
 }
 
 // -  initmatrix  -
-int OpInitMatrix(CFilterEPS& m) {
+int OpInitmatrix(CFilterEPS& m) {
     m.GetCurrentGState()->SetCTM(kIdentity);
     return 1;
 }
 
 // matrix  identmatrix  matrix                STACKUNDERFLOW TYPECHECK RANGE
 // matrix  defaultmatrix  matrix
-int OpIdentMatrix(CFilterEPS& m) {
+int OpIdentmatrix(CFilterEPS& m) {
     Operands in(m);
     in.Array(0);
     if (!in) return -1;
@@ -193,7 +193,7 @@ int OpIdentMatrix(CFilterEPS& m) {
 
 // matrix1 matrix2  invertmatrix  matrix2     STACKUNDERFLOW TYPECHECK RANGE
 // Departure: a singular matrix is no error.
-int OpInvertMatrix(CFilterEPS& m) {
+int OpInvertmatrix(CFilterEPS& m) {
     Operands in(m);
     in.Array(0);
     double six[6];
@@ -206,23 +206,31 @@ int OpInvertMatrix(CFilterEPS& m) {
     return FillTop(m, six, 1);
 }
 
+// Place 8 of the chain.
 constexpr OpRow kCoreRows[] = {
     {"matrix", OpMatrix},
-    {"currentmatrix", OpCurrentMatrix},
-    {"setmatrix", OpSetMatrix},
+    {"currentmatrix", OpCurrentmatrix},
+    {"setmatrix", OpSetmatrix},
     {"translate", OpTranslate},
     {"scale", OpScale},
     {"rotate", OpRotate},
     {"concat", OpConcat},
-    {"concatmatrix", OpConcatMatrix},
+    {"concatmatrix", OpConcatmatrix},
     {"transform", OpMap<MatTransform>},
 };
 
+// clang-format off
+// Place 23 of the chain.
 constexpr OpRow kRows[] = {
-    {"initmatrix", OpInitMatrix},         {"identmatrix", OpIdentMatrix},       {"defaultmatrix", OpIdentMatrix},
-    {"dtransform", OpMap<MatDTransform>}, {"itransform", OpMap<MatITransform>}, {"idtransform", OpMap<MatIDTransform>},
-    {"invertmatrix", OpInvertMatrix},
+    {"initmatrix", OpInitmatrix},
+    {"identmatrix", OpIdentmatrix},
+    {"defaultmatrix", OpIdentmatrix},
+    {"dtransform", OpMap<MatDTransform>},
+    {"itransform", OpMap<MatITransform>},
+    {"idtransform", OpMap<MatIDTransform>},
+    {"invertmatrix", OpInvertmatrix},
 };
+// clang-format on
 
 }  // namespace
 

@@ -146,9 +146,9 @@ int AddRectanglesBelowMatrix(CFilterEPS& m) {
     return 1;
 }
 
-// x y width height | numarray | numstring [matrix]  rectstroke  -     STACKUNDERFLOW TYPECHECK SYNTAX
-// Departure: an array of six is a matrix, and encoded number strings are not read.
-int OpRectStroke(CFilterEPS& m) {
+/// Pops rectangles, with or without a matrix above them, and paints their outlines.
+/// Departure: an array of six is a matrix, and encoded number strings are not read.
+int PaintRectangles(CFilterEPS& m) {
     Operands in(m);
     const CElement* top = in.OneOf(0, {ET_NUMBER, ET_ARRAY, ET_STRING});
     if (!in) return -1;
@@ -173,14 +173,11 @@ int OpRectStroke(CFilterEPS& m) {
     return 1;
 }
 
-// as rectstroke  rectfill  -                 STACKUNDERFLOW TYPECHECK SYNTAX
-int OpRectFill(CFilterEPS& m) { return m.m_bFillOutline ? OpRectStroke(m) : DropRectangles(m); }
-
 // User paths
 
-// userpath [matrix]  ustroke  -              STACKUNDERFLOW TYPECHECK; UNSUPPORTED for an encoded path
-// Departure: an array of six elements on top is a matrix, whatever it holds.
-int OpUStroke(CFilterEPS& m) {
+/// Pops a user path, with or without a matrix above it, and paints it.
+/// Departure: an array of six elements on top is a matrix, whatever it holds.
+int PaintUserPath(CFilterEPS& m) {
     Operands in(m);
     in.AnyArray(0);
     if (!in) return -1;
@@ -202,8 +199,8 @@ int OpUStroke(CFilterEPS& m) {
 }
 
 // userpath [matrix]  ufill  -                STACKUNDERFLOW TYPECHECK; UNSUPPORTED for an encoded path
-int OpUFill(CFilterEPS& m) {
-    if (m.m_bFillOutline) return OpUStroke(m);
+int OpUfill(CFilterEPS& m) {
+    if (m.m_bFillOutline) return PaintUserPath(m);
     Operands in(m);
     in.AnyArray(0);
     if (!in) return -1;
@@ -213,7 +210,7 @@ int OpUFill(CFilterEPS& m) {
 
 // dict  shfill  -                            STACKUNDERFLOW TYPECHECK
 // Departure: shadings draw nothing.
-int OpShFill(CFilterEPS& m) {
+int OpShfill(CFilterEPS& m) {
     Operands in(m);
     in.Dict(0);
     if (!in) return -1;
@@ -221,10 +218,34 @@ int OpShFill(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kCoreRows[] = {{"fill", OpFill}, {"stroke", OpStroke}};
-constexpr OpRow kRows[] = {{"erasepage", OpNothing}, {"eofill", OpFill},          {"ufill", OpUFill},
-                           {"ueofill", OpUFill},     {"shfill", OpShFill},        {"ustroke", OpUStroke},
-                           {"rectfill", OpRectFill}, {"rectstroke", OpRectStroke}};
+// userpath [matrix]  ustroke  -              STACKUNDERFLOW TYPECHECK; UNSUPPORTED for an encoded path
+int OpUstroke(CFilterEPS& m) { return PaintUserPath(m); }
+
+// as rectstroke  rectfill  -                 STACKUNDERFLOW TYPECHECK SYNTAX
+int OpRectfill(CFilterEPS& m) { return m.m_bFillOutline ? PaintRectangles(m) : DropRectangles(m); }
+
+// x y width height | numarray | numstring [matrix]  rectstroke  -     STACKUNDERFLOW TYPECHECK SYNTAX
+int OpRectstroke(CFilterEPS& m) { return PaintRectangles(m); }
+
+// Place 1 of the chain, compared after kArcCoreOperators.
+constexpr OpRow kCoreRows[] = {
+    {"fill", OpFill},
+    {"stroke", OpStroke},
+};
+
+// clang-format off
+// Place 25 of the chain, its first table.
+constexpr OpRow kRows[] = {
+    {"erasepage", OpNothing},
+    {"eofill", OpFill},
+    {"ufill", OpUfill},
+    {"ueofill", OpUfill},
+    {"shfill", OpShfill},
+    {"ustroke", OpUstroke},
+    {"rectfill", OpRectfill},
+    {"rectstroke", OpRectstroke},
+};
+// clang-format on
 
 }  // namespace
 

@@ -88,25 +88,25 @@ int Relative(CFilterEPS& m) {
 }
 
 // x y  moveto  -                             STACKUNDERFLOW TYPECHECK
-int OpMoveTo(CFilterEPS& m) { return Absolute<1, PATH_MOVE>(m); }
+int OpMoveto(CFilterEPS& m) { return Absolute<1, PATH_MOVE>(m); }
 
 // x y  lineto  -                             STACKUNDERFLOW TYPECHECK
 // Departure: no current point is needed.
-int OpLineTo(CFilterEPS& m) { return Absolute<1, PATH_LINE>(m); }
+int OpLineto(CFilterEPS& m) { return Absolute<1, PATH_LINE>(m); }
 
 // x1 y1 x2 y2 x3 y3  curveto  -              STACKUNDERFLOW TYPECHECK
 // Departure: no current point is needed.
-int OpCurveTo(CFilterEPS& m) { return Absolute<3, PATH_CURVE>(m); }
+int OpCurveto(CFilterEPS& m) { return Absolute<3, PATH_CURVE>(m); }
 
 // -  newpath  -
-int OpNewPath(CFilterEPS& m) {
+int OpNewpath(CFilterEPS& m) {
     m.NewPath();
     return 1;
 }
 
 // -  closepath  -
 // Departure: a subpath of fewer than three records stays open.
-int OpClosePath(CFilterEPS& m) {
+int OpClosepath(CFilterEPS& m) {
     CGraphState* state = m.GetCurrentGState();
     if (state->CountSubpathRecords() < 3) return 1;
     point_2d start;
@@ -116,7 +116,7 @@ int OpClosePath(CFilterEPS& m) {
 }
 
 // -  currentpoint  x y                       NOCURRENTPOINT
-int OpCurrentPoint(CFilterEPS& m) {
+int OpCurrentpoint(CFilterEPS& m) {
     point_2d current;
     if (m.GetCurrentPoint(current) == 0) return m.Fail(PSERR_NOCURRENTPOINT);
     m.PushReal(current.x);
@@ -125,18 +125,38 @@ int OpCurrentPoint(CFilterEPS& m) {
 }
 
 // dx dy  rmoveto  -                          NOCURRENTPOINT STACKUNDERFLOW TYPECHECK
-int OpRMoveTo(CFilterEPS& m) { return Relative<1, PATH_MOVE>(m); }
+int OpRmoveto(CFilterEPS& m) { return Relative<1, PATH_MOVE>(m); }
 
 // dx dy  rlineto  -                          NOCURRENTPOINT STACKUNDERFLOW TYPECHECK
-int OpRLineTo(CFilterEPS& m) { return Relative<1, PATH_LINE>(m); }
+int OpRlineto(CFilterEPS& m) { return Relative<1, PATH_LINE>(m); }
 
 // dx1 dy1 dx2 dy2 dx3 dy3  rcurveto  -       NOCURRENTPOINT STACKUNDERFLOW TYPECHECK
-int OpRCurveTo(CFilterEPS& m) { return Relative<3, PATH_CURVE>(m); }
+int OpRcurveto(CFilterEPS& m) { return Relative<3, PATH_CURVE>(m); }
 
-constexpr OpRow kCoreRows[] = {{"moveto", OpMoveTo}, {"lineto", OpLineTo}, {"curveto", OpCurveTo}};
-constexpr OpRow kEndRows[] = {{"newpath", OpNewPath}, {"closepath", OpClosePath}};
-constexpr OpRow kRows[] = {{"currentpoint", OpCurrentPoint}, {"rmoveto", OpRMoveTo}, {"rlineto", OpRLineTo}};
-constexpr OpRow kCurveRows[] = {{"rcurveto", OpRCurveTo}};
+// Place 1 of the chain, its first table.
+constexpr OpRow kCoreRows[] = {
+    {"moveto", OpMoveto},
+    {"lineto", OpLineto},
+    {"curveto", OpCurveto},
+};
+
+// Place 1 of the chain, compared after kPaintCoreOperators.
+constexpr OpRow kEndRows[] = {
+    {"newpath", OpNewpath},
+    {"closepath", OpClosepath},
+};
+
+// Place 24 of the chain, its first table.
+constexpr OpRow kRows[] = {
+    {"currentpoint", OpCurrentpoint},
+    {"rmoveto", OpRmoveto},
+    {"rlineto", OpRlineto},
+};
+
+// Place 24 of the chain, compared after kTangentArcOperators.
+constexpr OpRow kCurveRows[] = {
+    {"rcurveto", OpRcurveto},
+};
 
 }  // namespace
 

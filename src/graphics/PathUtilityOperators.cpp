@@ -9,7 +9,7 @@
 namespace {
 
 // userpath [matrix]  ustrokepath  -          STACKUNDERFLOW TYPECHECK
-int OpUStrokePath(CFilterEPS& m) {
+int OpUstrokepath(CFilterEPS& m) {
     Operands in(m);
     in.AnyArray(0);
     if (!in) return -1;
@@ -21,7 +21,7 @@ int OpUStrokePath(CFilterEPS& m) {
 }
 
 // string bool  charpath  -                   STACKUNDERFLOW
-int OpCharPath(CFilterEPS& m) {
+int OpCharpath(CFilterEPS& m) {
     Operands in(m);
     in.Any(1);
     if (!in) return -1;
@@ -48,7 +48,7 @@ private:
 };
 
 // userpath  uappend  -                       STACKUNDERFLOW TYPECHECK; UNSUPPORTED for an encoded path
-int OpUAppend(CFilterEPS& m) {
+int OpUappend(CFilterEPS& m) {
     Operands in(m);
     in.AnyArray(0);
     if (!in) return -1;
@@ -59,7 +59,7 @@ int OpUAppend(CFilterEPS& m) {
 }
 
 // llx lly urx ury  setbbox  -                STACKUNDERFLOW
-int OpSetBBox(CFilterEPS& m) {
+int OpSetbbox(CFilterEPS& m) {
     Operands in(m);
     in.Any(3);
     if (!in) return -1;
@@ -69,7 +69,7 @@ int OpSetBBox(CFilterEPS& m) {
 
 // -  pathbbox  llx lly urx ury               SYNTAX
 // Departure: the corners of the box in host units are mapped back each by itself.
-int OpPathBBox(CFilterEPS& m) {
+int OpPathbbox(CFilterEPS& m) {
     point_2d box[2];
     if (m.GetCurrentGState()->GetPathBounds(box) == 0) return m.Fail(PSERR_SYNTAX);
     m.HostToUser(2, box);
@@ -97,7 +97,7 @@ bool PushCurvePoints(CFilterEPS& m, std::int32_t index, int n) {
 }
 
 // move line curve close  pathforall  -       STACKUNDERFLOW TYPECHECK; SYNTAX for a broken curve
-int OpPathForAll(CFilterEPS& m) {
+int OpPathforall(CFilterEPS& m) {
     Operands in(m);
     for (int depth = 0; depth < 4; ++depth) in.Procedure(depth);
     if (!in) return -1;
@@ -132,17 +132,33 @@ int OpPathForAll(CFilterEPS& m) {
 }
 
 // as rectfill  rectclip  -                   STACKUNDERFLOW TYPECHECK
-int OpRectClip(CFilterEPS& m) {
+int OpRectclip(CFilterEPS& m) {
     if (DropRectangles(m) != 1) return -1;
     m.NewPath();
     return 1;
 }
 
+// clang-format off
+// Place 24 of the chain, compared after kPathCurveOperators.
 constexpr OpRow kRows[] = {
-    {"flattenpath", OpNothing}, {"reversepath", OpNothing},   {"strokepath", OpNothing}, {"ustrokepath", OpUStrokePath},
-    {"charpath", OpCharPath},   {"uappend", OpUAppend},       {"clippath", OpNothing},   {"setbbox", OpSetBBox},
-    {"pathbbox", OpPathBBox},   {"pathforall", OpPathForAll}, {"upath", OpUnsupported},  {"initclip", OpNothing},
-    {"clip", OpNothing},        {"eoclip", OpNothing},        {"rectclip", OpRectClip},  {"ucache", OpNothing}};
+    {"flattenpath", OpNothing},
+    {"reversepath", OpNothing},
+    {"strokepath", OpNothing},
+    {"ustrokepath", OpUstrokepath},
+    {"charpath", OpCharpath},
+    {"uappend", OpUappend},
+    {"clippath", OpNothing},
+    {"setbbox", OpSetbbox},
+    {"pathbbox", OpPathbbox},
+    {"pathforall", OpPathforall},
+    {"upath", OpUnsupported},
+    {"initclip", OpNothing},
+    {"clip", OpNothing},
+    {"eoclip", OpNothing},
+    {"rectclip", OpRectclip},
+    {"ucache", OpNothing},
+};
+// clang-format on
 
 }  // namespace
 

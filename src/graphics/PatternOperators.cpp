@@ -11,7 +11,7 @@
 namespace {
 
 // dict matrix  makepattern  pattern          STACKUNDERFLOW TYPECHECK
-int OpMakePattern(CFilterEPS& m) {
+int OpMakepattern(CFilterEPS& m) {
     Operands in(m);
     in.Array(0);
     in.Dict(1);
@@ -21,7 +21,7 @@ int OpMakePattern(CFilterEPS& m) {
 }
 
 // color(1)..color(n) pattern  setpattern  -  STACKUNDERFLOW TYPECHECK SYNTAX UNSUPPORTED
-int OpSetPattern(CFilterEPS& m) {
+int OpSetpattern(CFilterEPS& m) {
     Operands in(m);
     in.Dict(0);
     if (!in) return -1;
@@ -36,7 +36,7 @@ int OpSetPattern(CFilterEPS& m) {
 }
 
 // form  execform  -                          STACKUNDERFLOW TYPECHECK
-int OpExecForm(CFilterEPS& m) {
+int OpExecform(CFilterEPS& m) {
     Operands in(m);
     const CDictionary* form = in.Dict(0);
     if (!in) return -1;
@@ -53,7 +53,12 @@ int OpExecForm(CFilterEPS& m) {
     return m.ExecuteProcedure(static_cast<const CArrayElement*>(procedure.get()));
 }
 
-constexpr OpRow kRows[] = {{"makepattern", OpMakePattern}, {"setpattern", OpSetPattern}, {"execform", OpExecForm}};
+// Place 26 of the chain.
+constexpr OpRow kRows[] = {
+    {"makepattern", OpMakepattern},
+    {"setpattern", OpSetpattern},
+    {"execform", OpExecform},
+};
 
 }  // namespace
 

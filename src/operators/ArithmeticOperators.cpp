@@ -164,29 +164,35 @@ int OpRrand(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kCoreRows[] = {{"add", OpBinary<std::plus<>>},
-                               {"sub", OpBinary<std::minus<>>},
-                               {"mul", OpBinary<std::multiplies<>>},
-                               {"div", OpBinaryReal<Divide>}};
+// Place 2 of the chain, compared after kStackCoreOperators.
+constexpr OpRow kCoreRows[] = {
+    {"add", OpBinary<std::plus<>>},
+    {"sub", OpBinary<std::minus<>>},
+    {"mul", OpBinary<std::multiplies<>>},
+    {"div", OpBinaryReal<Divide>},
+};
 
-constexpr OpRow kMathRows[] = {{"idiv", OpDivision<Quotient>},
-                               {"mod", OpDivision<Remainder>},
-                               {"abs", OpSign<AbsReal, AbsInt>},
-                               {"neg", OpSign<NegateReal, NegateInt>},
-                               {"ceiling", OpToWhole<Ceiling>},
-                               {"floor", OpToWhole<Floor>},
-                               {"round", OpToWhole<Rounded>},
-                               {"truncate", OpToWhole<Truncated>},
-                               {"sqrt", OpReal<SquareRoot>},
-                               {"atan", OpBinaryReal<Angle>},
-                               {"cos", OpReal<Cosine>},
-                               {"sin", OpReal<Sine>},
-                               {"exp", OpBinaryReal<Power>},
-                               {"ln", OpReal<NaturalLog>},
-                               {"log", OpReal<CommonLog>},
-                               {"rand", OpRand},
-                               {"srand", OpSrand},
-                               {"rrand", OpRrand}};
+// Place 11 of the chain.
+constexpr OpRow kMathRows[] = {
+    {"idiv", OpDivision<Quotient>},
+    {"mod", OpDivision<Remainder>},
+    {"abs", OpSign<AbsReal, AbsInt>},
+    {"neg", OpSign<NegateReal, NegateInt>},
+    {"ceiling", OpToWhole<Ceiling>},
+    {"floor", OpToWhole<Floor>},
+    {"round", OpToWhole<Rounded>},
+    {"truncate", OpToWhole<Truncated>},
+    {"sqrt", OpReal<SquareRoot>},
+    {"atan", OpBinaryReal<Angle>},
+    {"cos", OpReal<Cosine>},
+    {"sin", OpReal<Sine>},
+    {"exp", OpBinaryReal<Power>},
+    {"ln", OpReal<NaturalLog>},
+    {"log", OpReal<CommonLog>},
+    {"rand", OpRand},
+    {"srand", OpSrand},
+    {"rrand", OpRrand},
+};
 
 }  // namespace
 

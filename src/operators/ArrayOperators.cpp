@@ -318,18 +318,21 @@ int OpForall(CFilterEPS& m) {
     return pass == LoopPass::failed ? -1 : 1;
 }
 
-constexpr OpRow kCoreRows[] = {{"[", OpBeginArray},
-                               {"]", OpEndArray},
-                               {"array", OpArray},
-                               {"string", OpString},
-                               {"length", OpLength},
-                               {"get", OpGet},
-                               {"put", OpPut},
-                               {"getinterval", OpGetinterval},
-                               {"putinterval", OpPutinterval},
-                               {"astore", OpAstore},
-                               {"aload", OpAload},
-                               {"forall", OpForall}};
+// Place 3 of the chain.
+constexpr OpRow kCoreRows[] = {
+    {"[", OpBeginArray},
+    {"]", OpEndArray},
+    {"array", OpArray},
+    {"string", OpString},
+    {"length", OpLength},
+    {"get", OpGet},
+    {"put", OpPut},
+    {"getinterval", OpGetinterval},
+    {"putinterval", OpPutinterval},
+    {"astore", OpAstore},
+    {"aload", OpAload},
+    {"forall", OpForall},
+};
 
 // any(0)..any(n-1) n  packedarray  packedarray    STACKUNDERFLOW TYPECHECK RANGE; too few: RANGE, n gone
 // Departure: the result has unlimited access.
@@ -362,8 +365,12 @@ int OpCurrentpacking(CFilterEPS& m) {
     return 1;
 }
 
+// Place 12 of the chain.
 constexpr OpRow kPackedRows[] = {
-    {"packedarray", OpPackedarray}, {"setpacking", OpSetpacking}, {"currentpacking", OpCurrentpacking}};
+    {"packedarray", OpPackedarray},
+    {"setpacking", OpSetpacking},
+    {"currentpacking", OpCurrentpacking},
+};
 
 }  // namespace
 

@@ -149,8 +149,19 @@ int OpStopped(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kCoreRows[] = {{"if", OpIf},     {"ifelse", OpIfelse}, {"for", OpFor},   {"repeat", OpRepeat},
-                               {"loop", OpLoop}, {"exit", OpExit},     {"stop", OpStop}, {"stopped", OpStopped}};
+// clang-format off
+// Place 5 of the chain.
+constexpr OpRow kCoreRows[] = {
+    {"if", OpIf},
+    {"ifelse", OpIfelse},
+    {"for", OpFor},
+    {"repeat", OpRepeat},
+    {"loop", OpLoop},
+    {"exit", OpExit},
+    {"stop", OpStop},
+    {"stopped", OpStopped},
+};
+// clang-format on
 
 // any  exec  -                               STACKUNDERFLOW UNSUPPORTED
 // any  exec  any                             for an object that doesn't run
@@ -180,8 +191,17 @@ int OpEexec(CFilterEPS& m) {
     return file->SkipToZeros() == 0 ? m.Fail(PSERR_IO) : 1;
 }
 
-constexpr OpRow kRows[] = {{"exec", OpExec},        {"countexecstack", OpUnsupported}, {"execstack", OpUnsupported},
-                           {"quit", OpUnsupported}, {"start", OpUnsupported},          {"eexec", OpEexec}};
+// clang-format off
+// Place 16 of the chain.
+constexpr OpRow kRows[] = {
+    {"exec", OpExec},
+    {"countexecstack", OpUnsupported},
+    {"execstack", OpUnsupported},
+    {"quit", OpUnsupported},
+    {"start", OpUnsupported},
+    {"eexec", OpEexec},
+};
+// clang-format on
 
 }  // namespace
 

@@ -189,8 +189,19 @@ int OpWhere(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kCoreRows[] = {{"dict", OpDict}, {"begin", OpBegin}, {"end", OpEnd},     {"def", OpDef},
-                               {"bind", OpBind}, {"load", OpLoad},   {"known", OpKnown}, {"where", OpWhere}};
+// clang-format off
+// Place 4 of the chain.
+constexpr OpRow kCoreRows[] = {
+    {"dict", OpDict},
+    {"begin", OpBegin},
+    {"end", OpEnd},
+    {"def", OpDef},
+    {"bind", OpBind},
+    {"load", OpLoad},
+    {"known", OpKnown},
+    {"where", OpWhere},
+};
+// clang-format on
 
 // -  <<  mark
 int OpBeginDictionary(CFilterEPS& m) {
@@ -288,16 +299,19 @@ int OpInternaldict(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kRows[] = {{"<<", OpBeginDictionary},
-                           {">>", OpEndDictionary},
-                           {"maxlength", OpMaxlength},
-                           {"store", OpStore},
-                           {"undef", OpUndef},
-                           {"currentdict", OpCurrentdict},
-                           {"countdictstack", OpCountdictstack},
-                           {"dictstack", OpDictstack},
-                           {"cleardictstack", OpCleardictstack},
-                           {"internaldict", OpInternaldict}};
+// Place 13 of the chain.
+constexpr OpRow kRows[] = {
+    {"<<", OpBeginDictionary},
+    {">>", OpEndDictionary},
+    {"maxlength", OpMaxlength},
+    {"store", OpStore},
+    {"undef", OpUndef},
+    {"currentdict", OpCurrentdict},
+    {"countdictstack", OpCountdictstack},
+    {"dictstack", OpDictstack},
+    {"cleardictstack", OpCleardictstack},
+    {"internaldict", OpInternaldict},
+};
 
 }  // namespace
 

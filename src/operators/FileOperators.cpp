@@ -114,11 +114,14 @@ int OpCurrentfile(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kCoreRows[] = {{"file", OpFile},
-                               {"read", OpRead},
-                               {"readhexstring", OpReadhexstring},
-                               {"readstring", OpReadstring},
-                               {"currentfile", OpCurrentfile}};
+// Place 9 of the chain.
+constexpr OpRow kCoreRows[] = {
+    {"file", OpFile},
+    {"read", OpRead},
+    {"readhexstring", OpReadhexstring},
+    {"readstring", OpReadstring},
+    {"currentfile", OpCurrentfile},
+};
 
 /// The source of a filter.
 CElement* ReadSource(Operands& in, int depth) {
@@ -386,33 +389,36 @@ int OpCurrentobjectformat(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kRows[] = {{"filter", OpFilter},
-                           {"closefile", OpClosefile},
-                           {"write", OpWrite},
-                           {"writehexstring", OpWritehexstring},
-                           {"writestring", OpWritestring},
-                           {"readline", OpReadline},
-                           {"bytesavailable", OpBytesavailable},
-                           {"flush", OpFlush},
-                           {"flushfile", OpFlushfile},
-                           {"resetfile", OpResetfile},
-                           {"status", OpStatus},
-                           {"run", OpUnsupported},
-                           {"currentfile", OpCurrentfile},  // a second time: the core table claims it first
-                           {"deletefile", OpDeletefile},
-                           {"renamefile", OpRenamefile},
-                           {"filenameforall", OpFilenameforall},
-                           {"setfileposition", OpSetfileposition},
-                           {"fileposition", OpFileposition},
-                           {"print", OpPrint},
-                           {"=", OpPrintAny},
-                           {"==", OpPrintAny},
-                           {"stack", OpNothing},
-                           {"pstack", OpNothing},
-                           {"printobject", OpPrintobject},
-                           {"writeobject", OpUnsupported},
-                           {"setobjectformat", OpSetobjectformat},
-                           {"currentobjectformat", OpCurrentobjectformat}};
+// Place 30 of the chain.
+constexpr OpRow kRows[] = {
+    {"filter", OpFilter},
+    {"closefile", OpClosefile},
+    {"write", OpWrite},
+    {"writehexstring", OpWritehexstring},
+    {"writestring", OpWritestring},
+    {"readline", OpReadline},
+    {"bytesavailable", OpBytesavailable},
+    {"flush", OpFlush},
+    {"flushfile", OpFlushfile},
+    {"resetfile", OpResetfile},
+    {"status", OpStatus},
+    {"run", OpUnsupported},
+    {"currentfile", OpCurrentfile},  // a second time: the core table claims it first
+    {"deletefile", OpDeletefile},
+    {"renamefile", OpRenamefile},
+    {"filenameforall", OpFilenameforall},
+    {"setfileposition", OpSetfileposition},
+    {"fileposition", OpFileposition},
+    {"print", OpPrint},
+    {"=", OpPrintAny},
+    {"==", OpPrintAny},
+    {"stack", OpNothing},
+    {"pstack", OpNothing},
+    {"printobject", OpPrintobject},
+    {"writeobject", OpUnsupported},
+    {"setobjectformat", OpSetobjectformat},
+    {"currentobjectformat", OpCurrentobjectformat},
+};
 
 }  // namespace
 

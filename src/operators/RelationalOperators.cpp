@@ -40,24 +40,6 @@ int OpEqual(CFilterEPS& m) {
     return 1;
 }
 
-// num1 num2  ge gt le lt  bool               STACKUNDERFLOW TYPECHECK
-// string1 string2  ge gt le lt  bool
-template <class Accepts>
-int OpOrder(CFilterEPS& m) {
-    Operands in(m);
-    const CElement* b = in.OneOf(0, {ET_NUMBER, ET_STRING});
-    const CElement* a = in.OneOf(1, {ET_NUMBER, ET_STRING});
-    in.Require(a && b && a->m_nType == b->m_nType, PSERR_TYPECHECK);
-    if (!in) return -1;
-    const int order =
-        a->m_nType == ET_NUMBER
-            ? CompareNumbers(static_cast<const CNumberElement&>(*a), static_cast<const CNumberElement&>(*b))
-            : CompareStrings(static_cast<const CStringElement&>(*a), static_cast<const CStringElement&>(*b));
-    m.Drop(2);
-    m.PushBool(Accepts{}(order, 0));
-    return 1;
-}
-
 // bool  not  bool                            STACKUNDERFLOW TYPECHECK
 // num  not  int
 int OpNot(CFilterEPS& m) {
@@ -95,6 +77,33 @@ int OpBitwise(CFilterEPS& m) {
     return 1;
 }
 
+// Place 6 of the chain.
+constexpr OpRow kCoreRows[] = {
+    {"eq", OpEqual<true>},
+    {"ne", OpEqual<false>},
+    {"not", OpNot},
+    {"and", OpBitwise<std::bit_and<>>},
+    {"or", OpBitwise<std::bit_or<>>},
+};
+
+// num1 num2  ge gt le lt  bool               STACKUNDERFLOW TYPECHECK
+// string1 string2  ge gt le lt  bool
+template <class Accepts>
+int OpOrder(CFilterEPS& m) {
+    Operands in(m);
+    const CElement* b = in.OneOf(0, {ET_NUMBER, ET_STRING});
+    const CElement* a = in.OneOf(1, {ET_NUMBER, ET_STRING});
+    in.Require(a && b && a->m_nType == b->m_nType, PSERR_TYPECHECK);
+    if (!in) return -1;
+    const int order =
+        a->m_nType == ET_NUMBER
+            ? CompareNumbers(static_cast<const CNumberElement&>(*a), static_cast<const CNumberElement&>(*b))
+            : CompareStrings(static_cast<const CStringElement&>(*a), static_cast<const CStringElement&>(*b));
+    m.Drop(2);
+    m.PushBool(Accepts{}(order, 0));
+    return 1;
+}
+
 // -  true  true
 int OpTrue(CFilterEPS& m) {
     m.PushBool(true);
@@ -120,20 +129,17 @@ int OpBitshift(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kCoreRows[] = {{"eq", OpEqual<true>},
-                               {"ne", OpEqual<false>},
-                               {"not", OpNot},
-                               {"and", OpBitwise<std::bit_and<>>},
-                               {"or", OpBitwise<std::bit_or<>>}};
-
-constexpr OpRow kRows[] = {{"ge", OpOrder<std::greater_equal<>>},
-                           {"gt", OpOrder<std::greater<>>},
-                           {"le", OpOrder<std::less_equal<>>},
-                           {"lt", OpOrder<std::less<>>},
-                           {"xor", OpBitwise<std::bit_xor<>>},
-                           {"true", OpTrue},
-                           {"false", OpFalse},
-                           {"bitshift", OpBitshift}};
+// Place 15 of the chain.
+constexpr OpRow kRows[] = {
+    {"ge", OpOrder<std::greater_equal<>>},
+    {"gt", OpOrder<std::greater<>>},
+    {"le", OpOrder<std::less_equal<>>},
+    {"lt", OpOrder<std::less<>>},
+    {"xor", OpBitwise<std::bit_xor<>>},
+    {"true", OpTrue},
+    {"false", OpFalse},
+    {"bitshift", OpBitshift},
+};
 
 }  // namespace
 

@@ -184,9 +184,17 @@ int OpResourcestatus(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kRows[] = {{"defineresource", OpDefineresource}, {"undefineresource", OpUndefineresource},
-                           {"findresource", OpFindresource},     {"findcolorrendering", OpUnsupported},
-                           {"resourcestatus", OpResourcestatus}, {"resourceforall", OpUnsupported}};
+// clang-format off
+// Place 18 of the chain.
+constexpr OpRow kRows[] = {
+    {"defineresource", OpDefineresource},
+    {"undefineresource", OpUndefineresource},
+    {"findresource", OpFindresource},
+    {"findcolorrendering", OpUnsupported},
+    {"resourcestatus", OpResourcestatus},
+    {"resourceforall", OpUnsupported},
+};
+// clang-format on
 
 }  // namespace
 

@@ -47,7 +47,11 @@ int OpRestore(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kRows[] = {{"save", OpSave}, {"restore", OpRestore}};
+// Place 7 of the chain, its first table.
+constexpr OpRow kRows[] = {
+    {"save", OpSave},
+    {"restore", OpRestore},
+};
 
 }  // namespace
 

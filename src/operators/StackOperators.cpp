@@ -135,8 +135,17 @@ int OpRoll(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kCoreRows[] = {{"pop", OpPop},   {"exch", OpExch},   {"dup", OpDup},
-                               {"copy", OpCopy}, {"index", OpIndex}, {"roll", OpRoll}};
+// clang-format off
+// Place 2 of the chain, its first table.
+constexpr OpRow kCoreRows[] = {
+    {"pop", OpPop},
+    {"exch", OpExch},
+    {"dup", OpDup},
+    {"copy", OpCopy},
+    {"index", OpIndex},
+    {"roll", OpRoll},
+};
+// clang-format on
 
 /// Elements above the topmost mark, or -1 without a mark.
 int CountToMark(const CFilterEPS& m) {
@@ -181,11 +190,14 @@ int OpCounttomark(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kMarkRows[] = {{"clear", OpClear},
-                               {"count", OpCount},
-                               {"mark", OpMark},
-                               {"cleartomark", OpCleartomark},
-                               {"counttomark", OpCounttomark}};
+// Place 10 of the chain.
+constexpr OpRow kMarkRows[] = {
+    {"clear", OpClear},
+    {"count", OpCount},
+    {"mark", OpMark},
+    {"cleartomark", OpCleartomark},
+    {"counttomark", OpCounttomark},
+};
 
 }  // namespace
 

@@ -83,7 +83,12 @@ int OpToken(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kRows[] = {{"anchorsearch", OpAnchorsearch}, {"search", OpSearch}, {"token", OpToken}};
+// Place 14 of the chain.
+constexpr OpRow kRows[] = {
+    {"anchorsearch", OpAnchorsearch},
+    {"search", OpSearch},
+    {"token", OpToken},
+};
 
 }  // namespace
 

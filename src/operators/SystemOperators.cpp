@@ -152,14 +152,17 @@ int OpUserObjects(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kGlobalRows[] = {{"setglobal", OpSetglobal},
-                                 {"currentglobal", OpCurrentglobal},
-                                 {"gcheck", OpGcheck},
-                                 {"startjob", OpUnsupported},
-                                 {"defineuserobject", OpDefineuserobject},
-                                 {"execuserobject", OpExecuserobject},
-                                 {"undefineuserobject", OpUndefineuserobject},
-                                 {"UserObjects", OpUserObjects}};
+// Place 19 of the chain.
+constexpr OpRow kGlobalRows[] = {
+    {"setglobal", OpSetglobal},
+    {"currentglobal", OpCurrentglobal},
+    {"gcheck", OpGcheck},
+    {"startjob", OpUnsupported},
+    {"defineuserobject", OpDefineuserobject},
+    {"execuserobject", OpExecuserobject},
+    {"undefineuserobject", OpUndefineuserobject},
+    {"UserObjects", OpUserObjects},
+};
 
 // -  null  null
 int OpNull(CFilterEPS& m) {
@@ -182,13 +185,16 @@ int OpEcho(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kMiscellaneousRows[] = {{"null", OpNull},
-                                        {"realtime", OpUnsupported},
-                                        {"usertime", OpUnsupported},
-                                        {"serialnumber", OpSerialnumber},
-                                        {"executive", OpNothing},
-                                        {"echo", OpEcho},
-                                        {"prompt", OpNothing}};
+// Place 20 of the chain.
+constexpr OpRow kMiscellaneousRows[] = {
+    {"null", OpNull},
+    {"realtime", OpUnsupported},
+    {"usertime", OpUnsupported},
+    {"serialnumber", OpSerialnumber},
+    {"executive", OpNothing},
+    {"echo", OpEcho},
+    {"prompt", OpNothing},
+};
 
 // dict  setpagedevice  -                     STACKUNDERFLOW TYPECHECK
 // Departure: the dictionary replaces the old one whole; nothing is merged, and no key has an effect.
@@ -207,11 +213,14 @@ int OpCurrentpagedevice(CFilterEPS& m) {
 }
 
 // Departure: there is no page, and so neither `showpage` nor `copypage` touches the graphics state.
-constexpr OpRow kDeviceRows[] = {{"showpage", OpNothing},
-                                 {"copypage", OpNothing},
-                                 {"setpagedevice", OpSetpagedevice},
-                                 {"currentpagedevice", OpCurrentpagedevice},
-                                 {"nulldevice", OpNothing}};
+// Place 27 of the chain.
+constexpr OpRow kDeviceRows[] = {
+    {"showpage", OpNothing},
+    {"copypage", OpNothing},
+    {"setpagedevice", OpSetpagedevice},
+    {"currentpagedevice", OpCurrentpagedevice},
+    {"nulldevice", OpNothing},
+};
 
 // -  cachestatus  bsize bmax msize mmax csize cmax blimit
 // Departure: the answer is fixed, whatever setcacheparams says.
@@ -252,14 +261,25 @@ int OpCurrentcacheparams(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kCacheRows[] = {{"cachestatus", OpCachestatus},
-                                {"setcachelimit", OpSetcachelimit},
-                                {"setcacheparams", OpSetcacheparams},
-                                {"currentcacheparams", OpCurrentcacheparams}};
+// Place 29 of the chain.
+constexpr OpRow kCacheRows[] = {
+    {"cachestatus", OpCachestatus},
+    {"setcachelimit", OpSetcachelimit},
+    {"setcacheparams", OpSetcacheparams},
+    {"currentcacheparams", OpCurrentcacheparams},
+};
 
-constexpr OpRow kInsidenessRows[] = {{"infill", OpUnsupported},   {"ineofill", OpUnsupported},
-                                     {"inufill", OpUnsupported},  {"inueofill", OpUnsupported},
-                                     {"instroke", OpUnsupported}, {"inustroke", OpUnsupported}};
+// clang-format off
+// Place 31 of the chain.
+constexpr OpRow kInsidenessRows[] = {
+    {"infill", OpUnsupported},
+    {"ineofill", OpUnsupported},
+    {"inufill", OpUnsupported},
+    {"inueofill", OpUnsupported},
+    {"instroke", OpUnsupported},
+    {"inustroke", OpUnsupported},
+};
+// clang-format on
 
 }  // namespace
 

@@ -269,20 +269,23 @@ int OpCvs(CFilterEPS& m) {
     return WriteToString(m, TextOf(*any), 2);
 }
 
-constexpr OpRow kRows[] = {{"type", OpType},
-                           {"cvlit", OpSetExecutable<false>},
-                           {"cvx", OpSetExecutable<true>},
-                           {"xcheck", OpXcheck},
-                           {"executeonly", OpExecuteonly},
-                           {"noaccess", OpSetAccess<ACC_NOACCESS>},
-                           {"readonly", OpSetAccess<ACC_READONLY>},
-                           {"rcheck", OpCheckAccess<ACC_READONLY>},
-                           {"wcheck", OpCheckAccess<ACC_UNLIMITED>},
-                           {"cvi", OpToNumber<MakeInteger>},
-                           {"cvn", OpCvn},
-                           {"cvr", OpToNumber<MakeReal>},
-                           {"cvrs", OpCvrs},
-                           {"cvs", OpCvs}};
+// Place 17 of the chain.
+constexpr OpRow kRows[] = {
+    {"type", OpType},
+    {"cvlit", OpSetExecutable<false>},
+    {"cvx", OpSetExecutable<true>},
+    {"xcheck", OpXcheck},
+    {"executeonly", OpExecuteonly},
+    {"noaccess", OpSetAccess<ACC_NOACCESS>},
+    {"readonly", OpSetAccess<ACC_READONLY>},
+    {"rcheck", OpCheckAccess<ACC_READONLY>},
+    {"wcheck", OpCheckAccess<ACC_UNLIMITED>},
+    {"cvi", OpToNumber<MakeInteger>},
+    {"cvn", OpCvn},
+    {"cvr", OpToNumber<MakeReal>},
+    {"cvrs", OpCvrs},
+    {"cvs", OpCvs},
+};
 
 }  // namespace
 

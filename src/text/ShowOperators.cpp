@@ -114,7 +114,7 @@ int OpSpacedShow(CFilterEPS& m) {
 }
 
 // name  glyphshow  -                         STACKUNDERFLOW TYPECHECK
-int OpGlyphShow(CFilterEPS& m) {
+int OpGlyphshow(CFilterEPS& m) {
     Operands in(m);
     in.OneOf(0, {ET_NAME, ET_FONTID});
     if (!in) return -1;
@@ -124,7 +124,7 @@ int OpGlyphShow(CFilterEPS& m) {
 
 // string  stringwidth  wx wy                 STACKUNDERFLOW TYPECHECK
 // Departure: there are no metrics; the width is 0.
-int OpStringWidth(CFilterEPS& m) {
+int OpStringwidth(CFilterEPS& m) {
     Operands in(m);
     in.String(0);
     if (!in) return -1;
@@ -157,7 +157,7 @@ int PopMetrics(CFilterEPS& m, int count, float* out) {
 }
 
 // wx wy llx lly urx ury  setcachedevice  -   STACKUNDERFLOW TYPECHECK
-int OpSetCacheDevice(CFilterEPS& m) {
+int OpSetcachedevice(CFilterEPS& m) {
     float metrics[6];
     if (PopMetrics(m, 6, metrics) != 1) return -1;
     m.m_fCharWX = metrics[0];
@@ -168,7 +168,7 @@ int OpSetCacheDevice(CFilterEPS& m) {
 
 // w0x w0y llx lly urx ury w1x w1y vx vy  setcachedevice2  -  RANGE TYPECHECK
 // Departure: too few operands are a range error; the metrics of writing mode 1 play no part.
-int OpSetCacheDevice2(CFilterEPS& m) {
+int OpSetcachedevice2(CFilterEPS& m) {
     if (m.m_OperandStack.GetCount() < 10) return m.Fail(PSERR_RANGE);
     float metrics[10];
     if (PopMetrics(m, 10, metrics) != 1) return -1;
@@ -180,7 +180,7 @@ int OpSetCacheDevice2(CFilterEPS& m) {
 }
 
 // wx wy  setcharwidth  -                     STACKUNDERFLOW TYPECHECK
-int OpSetCharWidth(CFilterEPS& m) {
+int OpSetcharwidth(CFilterEPS& m) {
     float metrics[2];
     if (PopMetrics(m, 2, metrics) != 1) return -1;
     m.m_fCharWX = m.m_fCacheArgs[0] = metrics[0];
@@ -188,20 +188,23 @@ int OpSetCharWidth(CFilterEPS& m) {
     return 1;
 }
 
-constexpr OpRow kRows[] = {{"show", OpShow},
-                           {"ashow", OpSilentShow<2>},
-                           {"widthshow", OpSilentShow<3>},
-                           {"awidthshow", OpSilentShow<5>},
-                           {"xshow", OpSpacedShow},
-                           {"xyshow", OpSpacedShow},
-                           {"yshow", OpSpacedShow},
-                           {"glyphshow", OpGlyphShow},
-                           {"stringwidth", OpStringWidth},
-                           {"cshow", OpProcShow},
-                           {"kshow", OpProcShow},
-                           {"setcachedevice", OpSetCacheDevice},
-                           {"setcachedevice2", OpSetCacheDevice2},
-                           {"setcharwidth", OpSetCharWidth}};
+// Place 28 of the chain, compared after kFontOperators.
+constexpr OpRow kRows[] = {
+    {"show", OpShow},
+    {"ashow", OpSilentShow<2>},
+    {"widthshow", OpSilentShow<3>},
+    {"awidthshow", OpSilentShow<5>},
+    {"xshow", OpSpacedShow},
+    {"xyshow", OpSpacedShow},
+    {"yshow", OpSpacedShow},
+    {"glyphshow", OpGlyphshow},
+    {"stringwidth", OpStringwidth},
+    {"cshow", OpProcShow},
+    {"kshow", OpProcShow},
+    {"setcachedevice", OpSetcachedevice},
+    {"setcachedevice2", OpSetcachedevice2},
+    {"setcharwidth", OpSetcharwidth},
+};
 
 }  // namespace
 
