@@ -103,6 +103,10 @@ public:
     int CloseArray();
     int CloseDictionary();
 
+    /// Where in the input file the scanner found what runs now, for a message. Reads the file from its start, so it
+    /// is not for every day. Line 1, offset 0 without an input file.
+    [[nodiscard]] tagInputPlace InputPlace() const;
+
     // Small change of the operators.
     /// Stores the code and answers -1.
     int Fail(ErrorCode code) {
@@ -184,7 +188,7 @@ public:
     TypedPtr<CDictionary> m_pInternalDict;
     TypedPtr<CDictionary> m_pPageDevice;
     std::minstd_rand m_Random{1};  ///< what `rand` draws from, so that a file draws the same on every run
-    tagRunReport m_Report;           ///< what the main window is told when the run ends
+    tagRunReport m_Report;         ///< what the main window is told when the run ends
     bool m_bPacking = false;       ///< procedures are built as packed arrays
     std::int32_t m_nRandSeed = 0;
     std::int32_t m_nObjectFormat = 2;
@@ -215,6 +219,7 @@ private:
     void HandleExhaustedMemory();
 
     const CName* m_pFontDirectoryName;
+    std::int64_t m_nSectionStart = 0;  ///< of the PostScript section in the input file
     static constexpr int POLL_INTERVAL = 4096;
     int m_nUntilPoll = POLL_INTERVAL;
     int m_nCallDepth = 0;

@@ -87,7 +87,7 @@ public:
         return {m_pAt, static_cast<size_t>(m_pEnd - m_pAt)};
     }
     void Skip(size_t n) noexcept { m_pAt += n; }
-    void Enter() noexcept {}
+    void Enter(size_t) noexcept {}
     void Leave() noexcept {}
     [[nodiscard]] size_t Position() const noexcept { return static_cast<size_t>(m_pAt - m_pBegin); }
 
@@ -116,16 +116,27 @@ public:
         return {reinterpret_cast<const char*>(m_Block.data()) + m_nAt, m_Block.size() - m_nAt};
     }
     void Skip(size_t n) noexcept { m_nAt += n; }
-    void Enter() noexcept {
-        m_Block = {};
-        m_nAt = 0;
+    /// waiting: bytes in front of the position that the lexeme begins with.
+    void Enter(size_t waiting) noexcept {
+        if (CFileBody* body = m_File.GetBody()) {
+            // Unless an operator has read from the file in between.
+            body->m_nScanStart = body->m_nPos - (body->m_nPos == m_nLeft ? static_cast<std::int64_t>(waiting) : 0);
+        }
+        Forget();
     }
     void Leave() noexcept {
-        if (CFileBody* body = m_File.GetBody()) body->Skip(m_nAt);
-        Enter();
+        if (CFileBody* body = m_File.GetBody()) {
+            body->Skip(m_nAt);
+            m_nLeft = body->m_nPos;
+        }
+        Forget();
     }
 
 private:
+    void Forget() noexcept {
+        m_Block = {};
+        m_nAt = 0;
+    }
     int Load() {
         Leave();
         CFileBody* body = m_File.GetBody();
@@ -138,6 +149,7 @@ private:
     const CFileElement& m_File;
     std::span<const unsigned char> m_Block;
     size_t m_nAt = 0;
+    std::int64_t m_nLeft = 0;  ///< position at the last Leave
 };
 
 /// The rules of the scanners.
@@ -174,13 +186,13 @@ public:
 
     /// The next lexeme. The source stands behind it and the delimiter that ended it, if one did.
     Lexeme Next() {
-        m_Source.Enter();
+        m_Source.Enter(m_bWaiting ? 1 : 0);
         const Lexeme lexeme = Scan();
         m_Source.Leave();
         return lexeme;
     }
 
-    /// Text of the last token, string or procedure.
+    /// Text of the last token, string or procedure. That of a token ends at its first zero byte.
     [[nodiscard]] std::string_view Text() const noexcept { return m_Text; }
     [[nodiscard]] ErrorCode Error() const noexcept { return m_Error; }
     /// Bytes consumed by what was delivered: a delimiter that waits for its turn does not count.
@@ -268,6 +280,7 @@ private:
 
     Lexeme CompleteToken() noexcept {
         m_nToken = 0;
+        if (const size_t zero = m_Text.find('\0'); zero != std::string::npos) m_Text.resize(zero);
         if (m_bLiteral) {
             m_bLiteral = false;
             return Lexeme::literal;

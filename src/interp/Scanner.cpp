@@ -28,6 +28,7 @@ int CFilterEPS::CheckEpsHeader() {
     const std::int64_t offset = word(4);
     const std::int64_t length = word(8);
     if (m_pCurrentFile->SetPosition(offset) != 1) return Fail(PSERR_IO);
+    m_nSectionStart = offset;
     m_pCurrentFile->SetLimit(offset + length);
     return 1;
 }
@@ -51,6 +52,11 @@ int CFilterEPS::RunFile(CEntGroup* group) {
 void CFilterEPS::HandleExhaustedMemory() {
     m_OperandStack.Clear();
     m_nError = glbf_GetMainFrame()->OnMemoryExhausted() ? PSERR_NONE : PSERR_VMOVERFLOW;
+}
+
+tagInputPlace CFilterEPS::InputPlace() const {
+    const CFileBody* body = m_pCurrentFile ? m_pCurrentFile->GetBody() : nullptr;
+    return body ? body->ScanPlace(m_nSectionStart) : tagInputPlace{};
 }
 
 int CFilterEPS::ScanFile() {
@@ -108,7 +114,7 @@ int CFilterEPS::RunLexer(Lexer& lexer) {
 }
 
 int CFilterEPS::ExecuteToken(std::string_view text) {
-    const NumberClass numberClass = ClassifyNumber(text.substr(0, text.find('\0')));
+    const NumberClass numberClass = ClassifyNumber(text);
     if (numberClass == NumberClass::none) return ExecuteName(InternName(text));
     return PushNumberToken(text, numberClass);
 }

@@ -27,6 +27,11 @@ int HexValue(unsigned c) {
     return -1;
 }
 
+/// White space, and the delimiters that mean nothing where no token is open.
+bool IsPassedOver(unsigned char c) {
+    return std::string_view(" \t\r\n\f)}\\").find(static_cast<char>(c)) != std::string_view::npos;
+}
+
 }  // namespace
 
 CFileBody::CFileBody(const char* name, const char* mode)
@@ -219,6 +224,28 @@ int CFileBody::SkipToZeros() {
         }
     }
     return 1;
+}
+
+tagInputPlace CFileBody::ScanPlace(std::int64_t start) const {
+    tagInputPlace place;
+    place.nOffset = start;
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(FileSystem::OpenInput(m_Name.c_str(), "rb"),
+                                                               std::fclose);
+    if (!file || std::fseek(file.get(), static_cast<long>(start), SEEK_SET) != 0) return place;
+    // A line is counted with the first byte behind its end.
+    int before = 0;
+    bool comment = false;
+    for (int c = 0; place.nOffset < m_nEnd && (c = std::fgetc(file.get())) != EOF; ++place.nOffset, before = c) {
+        if (before == '\n' || (before == '\r' && c != '\n')) {
+            ++place.nLine;
+            comment = false;
+        }
+        if (place.nOffset < m_nScanStart) continue;
+        // From here on, what stands before a lexeme.
+        if (c == '%') comment = true;
+        if (!comment && !IsPassedOver(static_cast<unsigned char>(c))) break;
+    }
+    return place;
 }
 
 // The object

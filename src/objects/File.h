@@ -22,6 +22,12 @@ enum FileKind : std::int32_t {
     FK_INPUT = 6           ///< the input of an import: read through a block buffer and up to a limit
 };
 
+/// A place in a file as people look it up.
+struct tagInputPlace {
+    std::int64_t nLine = 1;    ///< from 1, counted from the start of the program; CR, LF and CR LF each end one
+    std::int64_t nOffset = 0;  ///< bytes from the start of the file
+};
+
 /// A stream with its position. Operations report by result value and touch no error code.
 /// One step back, directly behind a byte that was delivered, is all that UnreadByte can do.
 class CFileBody final : public CBody {
@@ -73,6 +79,9 @@ public:
         m_nPos += static_cast<std::int64_t>(n);
     }
 
+    /// Where the last lexeme that a scan of this file looked for begins, in a program that starts at a position.
+    [[nodiscard]] tagInputPlace ScanPlace(std::int64_t start) const;
+
 #ifdef EPS_TINY_LIMITS
     static constexpr std::int32_t BLOCK_SIZE = 7;
 #else
@@ -91,6 +100,7 @@ public:
     std::vector<unsigned char> m_Buffer;        ///< the block
     bool m_bBufLoaded = false;
     std::int32_t m_nFileSize = 0;
+    std::int64_t m_nScanStart = 0;  ///< position from which the scanner looked for its last lexeme
 
 private:
     int LoadBlock();

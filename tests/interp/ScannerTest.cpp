@@ -98,6 +98,28 @@ TEST(ScannerTest, Token) {
     });
 }
 
+/// With its zero bytes, which end a text of C.
+RunResult RunBytes(std::string program) {
+    for (char& c : program) c = c == '~' ? '\0' : c;
+    return RunText(program);
+}
+
+TEST(ScannerTest, ATokenEndsAtItsFirstZeroByte) {
+    for (const auto& [program, stack] : {std::pair{"12~#5", "12"},
+                                         {"12~x 1.5~ /ab~cd //true~x", "12 1.5 /ab --true--"},
+                                         {"{12~#5 /ab~cd} exec", "12 /ab"},
+                                         {"(12\\000) cvi (1.5\\000x) cvr (ab\\000) cvn", "12 1.5 /ab"},
+                                         {"(12\\000z 5) token", "( 5) 12 true"},
+                                         {"(/12\\000z 5) token", "( 5) /12 true"},
+                                         {"(a\\000b) length", "3"}}) {
+        const RunResult result = RunBytes(program);
+        EXPECT_EQ(result.error, PSERR_NONE) << program;
+        EXPECT_EQ(result.stack, stack) << program;
+    }
+    const std::string inFile("%!PS\n12\0#5 12 eq not {nosuch} if ", 36);
+    EXPECT_EQ(RunAsFile(inFile).error, PSERR_NONE);
+}
+
 TEST(ScannerTest, DepthIsBounded) {
     const std::string open(20000, '{');
     EXPECT_EQ(RunText(open).error, PSERR_RANGE);
@@ -167,6 +189,34 @@ TEST(ScannerTest, LineEndsInFiles) {
                              nl + " "),
                   1u);
     }
+}
+
+TEST(ScannerTest, ThePlaceOfAnErrorInTheFile) {
+    struct Case {
+        const char* what;
+        std::string bytes;
+        const char* place;
+    };
+    const std::string pad(9980, ' ');
+    for (const Case& c : {
+             Case{"a name", "%!PS\n1 2\n  nosuch\n3 4\n", "3:11"},
+             Case{"CR, LF and CR LF", "%!PS\r\n\r%\n\n\r nosuch ", "6:12"},
+             Case{"what a delimiter of the token before begins", "%!PS\n12]\n", "2:7"},
+             Case{"the name behind comments", "%!PS\n%a\r\n % b)\n nosuch\n\n", "4:16"},
+             Case{"the name that called, not the procedure", "%!PS\n/a\n{ nosuch } def\n1 a\n", "4:25"},
+             Case{"behind data that the program read", "%!PS\n2 string currentfile exch readstring\nab\ncd\nnosuch ",
+                  "4:45"},
+             Case{"an end that comes too early", "%!PS\n1 2\n(\\", "3:9"},
+             Case{"in the second block", "%!PS\n" + pad + "\n1\n2\n3\n4\n5\n6\n7\n8\nnosuch ", "11:10002"},
+         }) {
+        const RunResult result = RunAsFile(c.bytes);
+        EXPECT_NE(result.error, PSERR_NONE) << c.what;
+        EXPECT_EQ(result.place, c.place) << c.what;
+    }
+    std::string binary("\xC5\xD0\xD3\xC6\x1E\0\0\0\x10\0\0\0\n\n\n", 15);
+    binary.resize(30);
+    EXPECT_EQ(RunAsFile(binary + "%!PS\n1 nosuch \n").place, "2:37") << "lines of the program, bytes of the file";
+    EXPECT_EQ(RunText("nosuch").place, "") << "no file";
 }
 
 TEST(ScannerTest, BraceInHexStringOfAFile) {

@@ -81,6 +81,10 @@ std::string TextOf(const CEntity& entity) {
     return text;
 }
 
+std::string Text(const tagInputPlace& place) {
+    return std::to_string(place.nLine) + ":" + std::to_string(place.nOffset);
+}
+
 template <class Scan>
 RunResult Run(const RunSettings& settings, Scan scan) {
     TestFrame frame;
@@ -118,12 +122,16 @@ RunResult RunText(std::string_view program, const RunSettings& settings) {
 
 RunResult RunAsFile(std::string_view bytes, const RunSettings& settings) {
     const TempFile file(bytes);
-    return Run(settings, [&](CFilterEPS& machine, CEntGroup& group) {
+    std::string place;
+    RunResult outcome = Run(settings, [&](CFilterEPS& machine, CEntGroup& group) {
         EXPECT_EQ(machine.OpenInputFile(file.Path().c_str()), 1);
         const int result = machine.RunFile(&group);
+        place = Text(machine.InputPlace());
         machine.CloseInputFile();
         return result;
     });
+    outcome.place = place;
+    return outcome;
 }
 
 TempFile::TempFile(std::string_view bytes, const char* suffix) {

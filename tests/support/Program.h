@@ -27,6 +27,7 @@ struct RunResult {
     /// Coordinates in host units, up to 6 significant digits.
     std::vector<std::string> entities;
     std::vector<std::string> boxes;  ///< texts of the message boxes
+    std::string place;               ///< of a file: "line:offset" of what the scanner found last
     int dictDepth = 0;               ///< depth of the dictionary stack afterwards
     int gstateDepth = 0;             ///< depth of the graphics state stack afterwards
 };
