@@ -36,6 +36,7 @@ double RealPrefix(std::string_view text) {
     if (text.empty() || (!IsDigit(text.front()) && text.front() != '.')) return 0.0;
     double value = 0.0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::invalid_argument) return 0.0;  // no digits: zero without the sign
     if (error == std::errc::result_out_of_range) {
         // from_chars leaves the value alone here; a negative exponent means that it vanished.
         const std::string_view used(text.data(), static_cast<size_t>(end - text.data()));

@@ -37,6 +37,7 @@ TEST(ScannerTest, NamesAndNumbers) {
         {"stray closers complete a token and vanish", "1)2}3", "1 2 3"},
         {"backslash is a delimiter", "1\\2", "1 2"},
         {"order of the bytes is not checked", "1-2 --5 1.2.3 1e +7 -.5", "1 0 1.2 1.0 7 -0.5"},
+        {"a real without digits is zero without a sign", "-. +. -.e5 -0.", "0.0 0.0 0.0 -0.0"},
         {"signs and dots alone are names", "+", "", PSERR_UNDEFINED},
         {"32 bits are the limit", "2147483648 -2147483649 4294967295", "2147483647 -2147483648 2147483647"},
         {"radix", "16#ff 2#101 36#Z 16#FFFFFFFF 8#777777777777", "255 5 35 -1 -1"},
