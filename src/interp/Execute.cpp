@@ -62,7 +62,8 @@ int CFilterEPS::ExecuteName(const CName* name) {
     }
     if (!value) return Fail(PSERR_UNDEFINED);
     if (const auto* op = As<COperatorElement>(value)) return ExecuteOperator(op->m_pName) == 1 ? 1 : -1;
-    if (value->m_bExec) {
+    // Departure: an executable raw token is pushed; only the operators that run an object run one.
+    if (value->m_bExec && value->m_nType != ET_RAWTOKEN) {
         if (const int result = ExecuteObject(*value); result != 0) return result;
     }
     Push(value->Clone());

@@ -76,6 +76,7 @@ TEST(ControlOperatorsTest, ExecAndStopped) {
         {"executable objects that don't run stay", "mark cvx exec 5 cvx exec 1 dict cvx stopped", "mark 5 <<0>> false"},
         {"raw tokens stay, made executable they run as in a procedure",
          "{add 7} 0 get exec pop 1 2 {add 7} 0 get cvx exec {add 7} 1 get cvx exec", "3 7"},
+        {"as the value of a name they are pushed", "/x {add} 0 get cvx def 1 2 x dup xcheck count", "1 2 add true 4"},
         {"files are refused", "(%lineedit) (r) file cvx exec", "-file-", PSERR_UNSUPPORTED},
         {"under stopped, too", "() /ASCIIHexDecode filter cvx stopped", "-filter-", PSERR_UNSUPPORTED},
         {"an unknown name", "/nothing cvx exec", "", PSERR_UNDEFINED},
