@@ -205,10 +205,19 @@ void CDictOtherKeys::Erase(CDictNode2* node) noexcept {
             break;
         }
     }
+    m_Nodes.erase(m_Nodes.begin() + static_cast<std::ptrdiff_t>(IndexFrom(node->m_nSequence)));
+}
+
+size_t CDictOtherKeys::IndexFrom(std::uint64_t sequence) const noexcept {
     const auto at = std::lower_bound(
-        m_Nodes.begin(), m_Nodes.end(), node->m_nSequence,
-        [](const std::unique_ptr<CDictNode2>& a, std::uint64_t sequence) { return a->m_nSequence < sequence; });
-    m_Nodes.erase(at);
+        m_Nodes.begin(), m_Nodes.end(), sequence,
+        [](const std::unique_ptr<CDictNode2>& a, std::uint64_t wanted) { return a->m_nSequence < wanted; });
+    return static_cast<size_t>(at - m_Nodes.begin());
+}
+
+CDictNode2* CDictOtherKeys::GetFrom(std::uint64_t sequence) const noexcept {
+    const size_t at = IndexFrom(sequence);
+    return at < m_Nodes.size() ? m_Nodes[at].get() : nullptr;
 }
 
 CDictNode2* CDictOtherKeys::GetAt(std::int32_t i) const noexcept {
@@ -300,6 +309,11 @@ std::int32_t CDictionary::GetOtherCount() const noexcept {
 CDictNode2* CDictionary::GetOtherNodeAt(std::int32_t i) const noexcept {
     const CDictionaryBody* body = GetBody();
     return body ? body->m_OtherKeys.GetAt(i) : nullptr;
+}
+
+CDictNode2* CDictionary::GetOtherNodeFrom(std::uint64_t sequence) const noexcept {
+    const CDictionaryBody* body = GetBody();
+    return body ? body->m_OtherKeys.GetFrom(sequence) : nullptr;
 }
 
 std::int32_t CDictionary::GetMaxLength() const noexcept {

@@ -111,9 +111,13 @@ public:
     void Erase(CDictNode2* node) noexcept;
     [[nodiscard]] std::int32_t GetCount() const noexcept { return static_cast<std::int32_t>(m_Nodes.size()); }
     [[nodiscard]] CDictNode2* GetAt(std::int32_t i) const noexcept;
+    /// The oldest entry whose m_nSequence is at least that, or null.
+    [[nodiscard]] CDictNode2* GetFrom(std::uint64_t sequence) const noexcept;
     void DropLevel() noexcept;
 
 private:
+    [[nodiscard]] size_t IndexFrom(std::uint64_t sequence) const noexcept;
+
     std::vector<std::unique_ptr<CDictNode2>> m_Nodes;             ///< ascending m_nSequence
     std::unordered_multimap<std::uint64_t, CDictNode2*> m_Index;  ///< by key hash
     std::uint64_t m_nNextSequence = 0;
@@ -171,6 +175,9 @@ public:
     [[nodiscard]] std::int32_t GetOtherCount() const noexcept;
     /// The i-th entry in order of definition, or null beyond the end.
     [[nodiscard]] CDictNode2* GetOtherNodeAt(std::int32_t i) const noexcept;
+    /// The oldest entry whose m_nSequence is at least that, or null: what a walk goes on with whatever has been
+    /// defined and removed meanwhile.
+    [[nodiscard]] CDictNode2* GetOtherNodeFrom(std::uint64_t sequence) const noexcept;
 
     [[nodiscard]] std::int32_t GetCount() const noexcept { return GetNameCount() + GetOtherCount(); }
     [[nodiscard]] std::int32_t GetMaxLength() const noexcept;

@@ -264,17 +264,16 @@ LoopPass ForAllBytes(CFilterEPS& m, const CStringElement& string, const CArrayEl
     return pass;
 }
 
-/// Visits the entries that the dictionary has at the start and that are still there when their turn comes.
-/// The keys are noted down first, since the procedure may define and undefine as it likes.
+/// Visits the entries that the dictionary has at the start and that are still there when their turn comes. The names
+/// are noted down first, since the procedure may define and undefine as it likes. Of the other entries, which stay in
+/// the order of their age, the first and the last age are enough; finding them again by their keys would miss a
+/// not-a-number, which equals nothing, and an object whose storage is gone.
 LoopPass ForAllEntries(CFilterEPS& m, const CDictionary& dict, const CArrayElement& procedure) {
     std::vector<const CName*> names;
-    std::vector<ElementPtr> others;
     names.reserve(static_cast<size_t>(dict.GetNameCount()));
-    others.reserve(static_cast<size_t>(dict.GetOtherCount()));
     for (std::int32_t i = 0; const CDictNode* node = dict.GetNameNodeAt(i); ++i) names.push_back(node->m_pKey);
-    for (std::int32_t i = 0; const CDictNode2* node = dict.GetOtherNodeAt(i); ++i) {
-        others.push_back(node->GetKey()->Clone());
-    }
+    const CDictNode2* youngest = dict.GetOtherNodeAt(dict.GetOtherCount() - 1);
+    const std::uint64_t end = youngest ? youngest->m_nSequence + 1 : 0;
 
     LoopPass pass = LoopPass::goOn;
     for (auto name = names.begin(); pass == LoopPass::goOn && name != names.end(); ++name) {
@@ -284,13 +283,14 @@ LoopPass ForAllEntries(CFilterEPS& m, const CDictionary& dict, const CArrayEleme
         m.Push(value->Clone());
         pass = RunLoopPass(m, procedure);
     }
-    for (auto key = others.begin(); pass == LoopPass::goOn && key != others.end(); ++key) {
-        CDictNode2* node = dict.FindOther(key->get());
-        const CElement* value = node ? node->GetValue() : nullptr;
+    for (std::uint64_t next = 0; pass == LoopPass::goOn && next < end;) {
+        CDictNode2* node = dict.GetOtherNodeFrom(next);
+        if (!node || node->m_nSequence >= end) break;
+        next = node->m_nSequence + 1;
+        const CElement* value = node->GetValue();
         if (!value) continue;
-        ElementPtr copy = value->Clone();
-        m.Push(std::move(*key));
-        m.Push(std::move(copy));
+        m.Push(node->GetKey()->Clone());
+        m.Push(value->Clone());
         pass = RunLoopPass(m, procedure);
     }
     return pass;

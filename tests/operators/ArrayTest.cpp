@@ -139,6 +139,11 @@ TEST(ArrayTest, ForallOverDictionaries) {
         {"other keys may go, too", "/d 3 dict def d 1 1 put d 2 2 put d {pop pop d 1 undef d 2 undef 0} forall", "0"},
         {"the dictionary is taken away", "save 3 dict dup /a 1 put dup /b 2 put exch /s exch def {s restore} forall",
          "/a 1"},
+        {"keys that equal nothing are visited, too",
+         "/d 3 dict def d 1 0 div 7 put d -1 sqrt 8 put save [1] exch restore d exch 9 put d {exch pop} forall",
+         "7 8 9"},
+        {"other keys that go and come meanwhile",
+         "/d 3 dict def d 1 1 put d 2 2 put d 3 3 put d {pop d 2 undef d 2 5 put} forall", "1 3"},
         {"exit", "<< /a 1 /b 2 >> {exit} forall count", "/b 2 2"},
     });
 }
