@@ -29,7 +29,7 @@ std::vector<ElementPtr> Nulls(std::int32_t count) {
 }  // namespace
 
 CArrayElement::CArrayElement(std::vector<ElementPtr> elements)
-    : CElement(ET_ARRAY), m_Body(AdoptBody(std::make_unique<CArrayBody>(std::move(elements)))) {}
+    : CElement(ET_ARRAY), m_Body(AdoptBody(std::make_unique<CArrayBody>(std::move(elements)))), m_bSole(true) {}
 
 CArrayElement::CArrayElement(std::int32_t count) : CArrayElement(Nulls(count)) {}
 
@@ -78,6 +78,7 @@ bool CArrayElement::IsEqual(const CElement* pOther) const {
 }
 
 TypedPtr<CArrayElement> CArrayElement::CloneArray() const {
+    m_bSole = false;
     auto copy = MakeElement<CArrayElement>();
     copy->m_Body = m_Body;
     copy->m_bView = m_bView;

@@ -50,12 +50,17 @@ public:
     /// array that contains itself, copies go on sharing their bodies.
     [[nodiscard]] ElementPtr DeepCopy() const override;
 
+    /// Whether no other object was ever made of this one: nothing else refers to its body.
+    [[nodiscard]] bool IsSole() const noexcept { return m_bSole; }
+
     CBodyRef<CArrayBody> m_Body;
     bool m_bView = false;  ///< when set, m_nStart and m_nLength tell the part of the body that is covered
     std::int32_t m_nStart = 0;
     std::int32_t m_nLength = 0;
 
 private:
+    mutable bool m_bSole = false;
+
     [[nodiscard]] TypedPtr<CArrayElement> CloneArray() const;
     [[nodiscard]] CElement* Slot(const CArrayBody& body, std::int32_t i) const noexcept;
 };

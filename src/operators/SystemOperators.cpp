@@ -45,34 +45,32 @@ public:
     /// Null when there is none yet. Good until the dictionary is touched.
     [[nodiscard]] CArrayElement* Array() const noexcept { return m_pArray; }
 
-    /// Makes the array longer, or makes it. What is new holds nulls.
+    /// Makes the array longer, or makes it. What is new holds nulls. An array that the program has fetched keeps its
+    /// length and elements: the dictionary gets a new one. One that nobody has seen grows in place, so that defining
+    /// one index after another costs no copy each time.
     CArrayElement* Grow(std::int32_t length) {
-        if (m_pArray && CoversBodyAsView(*m_pArray)) {
-            // One of ours: the body grows in place and gets a new view, so that one index after another costs
-            // no copy each time.
+        if (m_pArray && m_pArray->IsSole() && m_pArray->GetBody() && IsLiteralArray(*m_pArray)) {
             CArrayBody* body = m_pArray->GetBody();
             body->Touch();
-            while (body->m_Elements.size() < static_cast<size_t>(length)) {
-                body->m_Elements.push_back(MakeElement<CNullElement>());
-            }
-            m_pArray->m_nLength = length;
+            FillUp(body->m_Elements, length);
             return m_pArray;
         }
-        const CArrayElement array(length);
+        std::vector<ElementPtr> elements;
         for (std::int32_t i = 0; m_pArray && i < m_pArray->GetLength(); ++i) {
-            array.GetBody()->m_Elements[static_cast<size_t>(i)] = m_pArray->GetAt(i)->Clone();
+            elements.push_back(m_pArray->GetAt(i)->Clone());
         }
-        TypedPtr<CArrayElement> view = array.GetInterval(0, length);
-        m_pArray = view.get();
-        m_pUserDict->Put(m_pKey, std::move(view));
+        FillUp(elements, length);
+        auto array = MakeElement<CArrayElement>(std::move(elements));
+        m_pArray = array.get();
+        m_pUserDict->Put(m_pKey, std::move(array));
         return m_pArray;
     }
 
 private:
-    static bool CoversBodyAsView(const CArrayElement& array) noexcept {
-        const CArrayBody* body = array.GetBody();
-        return body && !array.m_bExec && array.m_bView && array.m_nStart == 0 &&
-               static_cast<size_t>(array.m_nLength) == body->m_Elements.size();
+    /// The kind that each save level has its own of, as read from a dictionary.
+    static bool IsLiteralArray(const CArrayElement& array) { return array.m_nType == ET_ARRAY && !array.m_bExec; }
+    static void FillUp(std::vector<ElementPtr>& elements, std::int32_t length) {
+        while (elements.size() < static_cast<size_t>(length)) elements.push_back(MakeElement<CNullElement>());
     }
 
     CDictionary* m_pUserDict;
@@ -116,9 +114,9 @@ CArrayElement* PopUserIndex(CFilterEPS& m, std::int32_t& index) {
     return array;
 }
 
-// index  execuserobject  -                   STACKUNDERFLOW TYPECHECK; UNDEFINED RANGE UNSUPPORTED, with it
-// gone index  execuserobject  any                 for a literal object Departure: an executable operator, or
-// any other executable object that is no name, procedure or string, is refused.
+// index  execuserobject  -                   STACKUNDERFLOW TYPECHECK; UNDEFINED RANGE UNSUPPORTED, with it gone
+// index  execuserobject  any                 for a literal object
+// Departure: an executable operator, or any other executable object that is no name, procedure or string, is refused.
 int OpExecuserobject(CFilterEPS& m) {
     std::int32_t index = 0;
     const CArrayElement* array = PopUserIndex(m, index);

@@ -26,6 +26,14 @@ TEST(SystemOperatorsTest, UserObjects) {
          "0 1 defineuserobject UserObjects 12 2 defineuserobject 14 3 defineuserobject "
          "length UserObjects length",
          "10 15"},
+        {"it keeps its elements, too",
+         "0 1 defineuserobject UserObjects 12 2 defineuserobject 0 3 defineuserobject dup 0 get exch 5 9 put "
+         "5 execuserobject UserObjects dup 0 get exch 12 get",
+         "1 null 3 2"},
+        {"whichever way it was fetched",
+         "0 1 defineuserobject userdict /UserObjects get 12 2 defineuserobject 0 3 defineuserobject 0 get "
+         "3 dict begin [7] dup /UserObjects exch store 1 5 defineuserobject 0 6 defineuserobject 0 get end",
+         "1 7"},
         {"an array of the program's own", "/UserObjects [1 2] def 2 3 defineuserobject UserObjects", "[1 2 3]"},
         {"procedures, names and strings run",
          "0 {1 2} defineuserobject 1 /count cvx defineuserobject 2 (3 4) cvx defineuserobject "
