@@ -64,6 +64,10 @@ int OpSetcolorspace(CFilterEPS& m) {
     CGraphState* state = m.GetCurrentGState();
     if (array) {
         state->SetColorSpace(TypedPtr<CArrayElement>(static_cast<CArrayElement*>(operand.release())));
+    } else if (operand->m_bExec) {
+        std::vector<ElementPtr> space;  // of this very name; a literal one is made when it is asked for
+        space.push_back(std::move(operand));
+        state->SetColorSpace(MakeElement<CArrayElement>(std::move(space)));
     } else {
         state->SetNamedColorSpace(kind);
     }

@@ -55,6 +55,11 @@ TEST(GraphStateTest, Color) {
         {"a longer one is replaced", "[/Pattern /DeviceRGB] dup setcolorspace 0 setgray currentcolorspace",
          "[/Pattern /DeviceRGB] [/DeviceGray]"},
         {"the array has one identity", "currentcolorspace 1 0 0 setrgbcolor currentcolorspace eq", "true"},
+        {"a name is wrapped as it is",
+         "/DeviceRGB cvx setcolorspace currentcolorspace 0 get dup xcheck exch gsave currentcolorspace 0 get xcheck "
+         "exch",
+         "true true DeviceRGB"},
+        {"until another kind is set", "/DeviceRGB cvx setcolorspace 0 setgray currentcolorspace 0 get xcheck", "false"},
         {"another family", "[/Separation (a) /DeviceGray {}] setcolorspace", "", PSERR_UNSUPPORTED},
         {"another name", "/CIEBasedABC setcolorspace", "", PSERR_UNSUPPORTED},
         {"an array without name", "[] setcolorspace", "", PSERR_TYPECHECK},
