@@ -1,9 +1,11 @@
-// The encoding vectors, spot-checked where they differ from each other and from their neighbours.
+// The tables of text: encoding vectors and standard widths, spot-checked where their rows differ from each other.
 #include "complete/text/Encodings.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+
+#include "complete/text/StandardMetrics.h"
 
 namespace {
 
@@ -69,6 +71,29 @@ TEST(EncodingsTest, CodesAndCounts) {
         EXPECT_EQ(std::ranges::count_if(c.encoding, [](std::string_view glyph) { return glyph != ".notdef"; }),
                   c.encoded);
         for (const auto& [code, glyph] : c.codes) EXPECT_EQ(c.encoding[code], glyph) << code;
+    }
+}
+
+TEST(StandardMetricsTest, WidthsByFace) {
+    struct Width {
+        StandardFace face;
+        const char* glyph;
+        std::optional<int> width;
+    };
+    for (const Width& c :
+         {Width{StandardFace::Helvetica, "A", 667}, Width{StandardFace::HelveticaBold, "A", 722},
+          Width{StandardFace::TimesRoman, "A", 722}, Width{StandardFace::TimesItalic, "A", 611},
+          Width{StandardFace::TimesBoldItalic, "A", 667}, Width{StandardFace::TimesBold, "zero", 500},
+          Width{StandardFace::Helvetica, "fraction", 167}, Width{StandardFace::TimesBold, "zcaron", 444},
+          Width{StandardFace::Courier, "i", 600}, Width{StandardFace::Courier, "a1", std::nullopt},
+          Width{StandardFace::Helvetica, "alpha", std::nullopt}, Width{StandardFace::Helvetica, "", std::nullopt}}) {
+        EXPECT_EQ(StandardWidth(c.face, c.glyph), c.width) << c.glyph;
+    }
+    // Every glyph of the Latin vectors has a width.
+    for (const EncodingVector* vector : {&kStandardEncoding, &kIsoLatin1Encoding}) {
+        for (const std::string_view glyph : *vector) {
+            EXPECT_EQ(StandardWidth(StandardFace::TimesRoman, glyph).has_value(), glyph != ".notdef") << glyph;
+        }
     }
 }
 
