@@ -30,12 +30,11 @@ int AddArcCurve(CFilterEPS& m, const CSectArc& arc) {
 
 void CFilterEPS::AppendCurve(const point_2d* points, int n) {
     CGraphState* state = GetCurrentGState();
-    if (state->CountSubpathRecords() == 0) {
+    point_2d last;
+    if (state->CountSubpathRecords() == 0 || GetLastPointHost(last) == 0) {
         state->AddPathPoint(points, PATH_MOVE);
-    } else {
-        point_2d last;
-        GetLastPointHost(last);
-        if (last.DistFrom(points[0]) > JoinTolerance(*this)) state->AddPathPoint(points, PATH_LINE);
+    } else if (last.DistFrom(points[0]) > JoinTolerance(*this)) {
+        state->AddPathPoint(points, PATH_LINE);
     }
     for (int i = 1; i + 2 < n; i += 3) state->AddPathPoint(points + i, PATH_CURVE);
 }

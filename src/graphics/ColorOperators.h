@@ -16,4 +16,4 @@ extern constinit const OpTable kColorOperators;
 /// colour space has no second element; PSERR_TYPECHECK when that is neither name nor array of a name, when
 /// the entries that tell the pattern's kind are missing, and for operands that are no numbers;
 /// PSERR_UNSUPPORTED for an underlying space that is no device space; PSERR_STACKUNDERFLOW.
-int SetPatternColor(CFilterEPS& m, ErrorCode withoutSpace);
+[[nodiscard]] int SetPatternColor(CFilterEPS& m, ErrorCode withoutSpace);

@@ -89,14 +89,14 @@ public:
     void ClearPath() noexcept;
     [[nodiscard]] std::int32_t GetPathCount() const noexcept;
     /// 1, or 0 when index is out of range.
-    int GetPathRecord(std::int32_t index, tagPLPoint& record) const noexcept;
+    [[nodiscard]] int GetPathRecord(std::int32_t index, tagPLPoint& record) const noexcept;
     /// 1, or 0 on an empty path.
-    int GetLastPoint(point_2d& point) const noexcept;
+    [[nodiscard]] int GetLastPoint(point_2d& point) const noexcept;
     /// The last 'm'. 1, or 0 and point as it was.
-    int GetSubpathStart(point_2d& point) const noexcept;
+    [[nodiscard]] int GetSubpathStart(point_2d& point) const noexcept;
     [[nodiscard]] std::int32_t CountSubpathRecords() const noexcept;
     /// Minimum and maximum over all records, control points too. 1, or 0 with fewer than two records.
-    int GetPathBounds(point_2d box[2]) const noexcept;
+    [[nodiscard]] int GetPathBounds(point_2d box[2]) const noexcept;
 
     // Colour.
     /// The colour as painted, components as the program gave them. Departure: a pattern paints in the last

@@ -165,8 +165,8 @@ int MaskOfDict(CFilterEPS& m, const CDictionary& dict) {
     return Consume(m, sources, *sources.front(), TotalBytes(m, height, {width}), UnknownSource::typecheck);
 }
 
-// width height bits matrix source | dict  image  -           STACKUNDERFLOW TYPECHECK RANGE SYNTAX IO
-// UNSUPPORTED
+// width height bits matrix source | dict  image  -
+//                                            STACKUNDERFLOW TYPECHECK RANGE SYNTAX IO UNSUPPORTED
 int OpImage(CFilterEPS& m) {
     Operands in(m);
     const CElement* top = in.Any(0);
@@ -206,7 +206,8 @@ int OpColorimage(CFilterEPS& m) {
                    multiple ? UnknownSource::typecheck : UnknownSource::unsupported);
 }
 
-// width height polarity matrix source | dict  imagemask  -   STACKUNDERFLOW TYPECHECK RANGE IO UNSUPPORTED
+// width height polarity matrix source | dict  imagemask  -
+//                                            STACKUNDERFLOW TYPECHECK RANGE IO UNSUPPORTED
 int OpImagemask(CFilterEPS& m) {
     Operands in(m);
     const CElement* top = in.Any(0);

@@ -24,4 +24,4 @@ private:
 
 /// Pops the operands of a rectangle operator without drawing: four numbers, or one array or string.
 /// PSERR_TYPECHECK.
-int DropRectangles(CFilterEPS& m);
+[[nodiscard]] int DropRectangles(CFilterEPS& m);

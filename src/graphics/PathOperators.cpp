@@ -110,7 +110,7 @@ int OpClosepath(CFilterEPS& m) {
     CGraphState* state = m.GetCurrentGState();
     if (state->CountSubpathRecords() < 3) return 1;
     point_2d start;
-    state->GetSubpathStart(start);
+    static_cast<void>(state->GetSubpathStart(start));  // without an 'm' it is the origin of host units
     state->AddPathPoint(&start, PATH_CLOSE);
     return 1;
 }

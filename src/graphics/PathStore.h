@@ -46,7 +46,7 @@ public:
     /// Records behind the last 'c', or from the last 'm' on, that one included.
     [[nodiscard]] std::int32_t CountSubpathRecords() const noexcept { return m_nSubpathRecords; }
     /// The last 'm'. False, and point as it was, when there is none.
-    bool GetSubpathStart(point_2d& point) const noexcept;
+    [[nodiscard]] bool GetSubpathStart(point_2d& point) const noexcept;
 
 private:
     struct Block final : CShared {

@@ -58,15 +58,6 @@ int OpUappend(CFilterEPS& m) {
     return m.ExecuteProcedure(path.get());
 }
 
-// llx lly urx ury  setbbox  -                STACKUNDERFLOW
-int OpSetbbox(CFilterEPS& m) {
-    Operands in(m);
-    in.Any(3);
-    if (!in) return -1;
-    m.Drop(4);
-    return 1;
-}
-
 // -  pathbbox  llx lly urx ury               SYNTAX
 // Departure: the corners of the box in host units are mapped back each by itself.
 int OpPathbbox(CFilterEPS& m) {
@@ -148,7 +139,7 @@ constexpr OpRow kRows[] = {
     {"charpath", OpCharpath},
     {"uappend", OpUappend},
     {"clippath", OpNothing},
-    {"setbbox", OpSetbbox},
+    {"setbbox", OpDiscard<&Operands::Any, &Operands::Any, &Operands::Any, &Operands::Any>},
     {"pathbbox", OpPathbbox},
     {"pathforall", OpPathforall},
     {"upath", OpUnsupported},

@@ -10,8 +10,7 @@ enum ErrorCode : int {
     PSERR_SYNTAX = 3,
     PSERR_IO = 4,
     PSERR_STACKUNDERFLOW = 5,
-    PSERR_RANGE =
-        6,  ///< also every guard against what would run the machine out: see the table of guards in docs/architecture.md
+    PSERR_RANGE = 6,  ///< also the guards against what would run the machine out, a table in docs/architecture.md
     PSERR_UNMATCHEDMARK = 7,
     PSERR_DICTSTACKUNDERFLOW = 8,
     PSERR_VMOVERFLOW = 9,  ///< too many saves, or no memory left

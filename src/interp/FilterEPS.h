@@ -56,7 +56,7 @@ public:
     void SetMergeTolerance(float millimetres) { m_fMergeTolerance = millimetres; }
     void SetFillOutline(std::int32_t on) { m_bFillOutline = on != 0; }
     /// Opens the file for block-buffered input. 1, or 0 when it can't be opened for reading and writing.
-    int OpenInputFile(const char* path);
+    [[nodiscard]] int OpenInputFile(const char* path);
     void CloseInputFile();
     /// Runs the whole input; entities go to the group, which stays the caller's. Shows the message box of a failed
     /// run. Answers -1 when the run failed, else 0 or 1. Exhausted memory ends the run in order, too.
@@ -67,32 +67,32 @@ public:
 
     // Execution.
     /// Looks the name up on the dictionary stack and acts by what it finds.
-    int ExecuteName(const CName* name);
-    int ExecuteName(std::string_view name) { return ExecuteName(InternName(name)); }
+    [[nodiscard]] int ExecuteName(const CName* name);
+    [[nodiscard]] int ExecuteName(std::string_view name) { return ExecuteName(InternName(name)); }
     /// Runs the elements of a procedure. The array element stays the caller's and may be gone before the run ends.
-    int ExecuteProcedure(const CArrayElement* array);
+    [[nodiscard]] int ExecuteProcedure(const CArrayElement* array);
     /// Runs the operator of that name; 0 with PSERR_UNSUPPORTED when no group of the chain claims it.
-    int ExecuteOperator(const CName* name) {
+    [[nodiscard]] int ExecuteOperator(const CName* name) {
         if (name->m_pfnOperator) return name->m_pfnOperator(*this);
         m_nError = PSERR_UNSUPPORTED;
         return 0;
     }
-    int ExecuteOperator(std::string_view name) { return ExecuteOperator(InternName(name)); }
+    [[nodiscard]] int ExecuteOperator(std::string_view name) { return ExecuteOperator(InternName(name)); }
     /// Runs an executable name, raw token, procedure, string or operator, as `exec` does. Answers 0, having done
     /// nothing, for an object of any other type and for a literal one. e may be dropped by what it runs: it is not
     /// touched afterwards.
-    int ExecuteObject(const CElement& e);
+    [[nodiscard]] int ExecuteObject(const CElement& e);
     /// Runs the bytes of an executable string.
-    int ExecuteString(const CStringElement& string);
+    [[nodiscard]] int ExecuteString(const CStringElement& string);
 
     // Scanning.
     /// Executes a text.
-    int ScanBuffer(std::string_view text);
+    [[nodiscard]] int ScanBuffer(std::string_view text);
     /// Takes the first object out of a string. 1 with or without an object (null), 0 for an empty source, -1 with
     /// PSERR_SYNTAX; consumed tells how many bytes belong to it.
-    int ScanToken(const CStringElement& source, ElementPtr& object, std::int32_t& consumed);
+    [[nodiscard]] int ScanToken(const CStringElement& source, ElementPtr& object, std::int32_t& consumed);
     /// Makes the procedure of the text between two braces.
-    int ParseProcedure(std::string_view text, ElementPtr& procedure);
+    [[nodiscard]] int ParseProcedure(std::string_view text, ElementPtr& procedure);
     /// Takes the elements above the topmost mark into a new literal array; the mark stays. Null without a mark.
     [[nodiscard]] ElementPtr BuildArray();
     /// Takes the pairs above the topmost mark into a new dictionary; the mark, and an odd element above it, stay.
@@ -100,8 +100,8 @@ public:
     [[nodiscard]] ElementPtr BuildDictionary();
     /// BuildArray or BuildDictionary as `]` and `>>` use them: one more element, the mark when the count was even,
     /// is dropped and the object pushed. PSERR_UNMATCHEDMARK.
-    int CloseArray();
-    int CloseDictionary();
+    [[nodiscard]] int CloseArray();
+    [[nodiscard]] int CloseDictionary();
 
     /// Where in the input file the scanner found what runs now, for a message. Reads the file from its start, so it
     /// is not for every day. Line 1, offset 0 without an input file.
@@ -129,7 +129,7 @@ public:
         return set;
     }
     /// Asks the host now and then whether the user wants out, and counts. True when the run has to end.
-    bool IsInterrupted() { return --m_nUntilPoll <= 0 && PollHost(); }
+    [[nodiscard]] bool IsInterrupted() { return --m_nUntilPoll <= 0 && PollHost(); }
     /// The value of a name on the dictionary stack, from the top; null when no dictionary has it. found, if given,
     /// takes the dictionary element.
     [[nodiscard]] CElement* LookUp(const CName* name, CDictionary** found = nullptr) const;
@@ -145,15 +145,15 @@ public:
     void CreateFirstGState();
     /// g1 g2  copy  g2: gives the upper of two state objects on the operand stack a new body with the contents of the
     /// lower. The types have been tested.
-    int CopyGState();
+    [[nodiscard]] int CopyGState();
     /// Pops n pairs into out, in the order in which they were pushed. PSERR_STACKUNDERFLOW, PSERR_TYPECHECK with
     /// nothing popped.
-    int PopCoords(int n, double* out);
+    [[nodiscard]] int PopCoords(int n, double* out);
     void NewPath();
     /// The last point of the path in host units; 0 on an empty path.
-    int GetLastPointHost(point_2d& point) const;
+    [[nodiscard]] int GetLastPointHost(point_2d& point) const;
     /// The current point in user space; 0 on an empty path, with point at (0, 0) in user space.
-    int GetCurrentPoint(point_2d& point) const;
+    [[nodiscard]] int GetCurrentPoint(point_2d& point) const;
     /// Maps points from host units to user space, in place.
     void HostToUser(int n, point_2d* points) const;
     /// A length or coordinate of default user space (1/72 inch) in host units.
@@ -166,7 +166,7 @@ public:
     void UpdateColor();
     void AddRectPath(float x, float y, float width, float height);
     /// Reads over the encoded data of a filter, to behind its end mark. PSERR_IO, PSERR_UNSUPPORTED.
-    int SkipFilterData(const CFilterElement* filter);
+    [[nodiscard]] int SkipFilterData(const CFilterElement* filter);
 
     std::int32_t m_nHostVersion;
     point_2d m_ptScratch[3];  ///< points on their way to the path store
@@ -206,16 +206,16 @@ private:
     static void BuildErrorDict(CDictionary& dict);
     static void BuildErrorInfoDict(CDictionary& dict);
 
-    int CheckEpsHeader();
-    int ScanFile();
+    [[nodiscard]] int CheckEpsHeader();
+    [[nodiscard]] int ScanFile();
     template <class Lexer>
-    int RunLexer(Lexer& lexer);
-    int ExecuteToken(std::string_view text);
-    int ExecuteToken(const CName* name);
-    int PushNumberToken(std::string_view text, NumberClass numberClass);
-    int PushImmediate(std::string_view text);
+    [[nodiscard]] int RunLexer(Lexer& lexer);
+    [[nodiscard]] int ExecuteToken(std::string_view text);
+    [[nodiscard]] int ExecuteToken(const CName* name);
+    [[nodiscard]] int PushNumberToken(std::string_view text, NumberClass numberClass);
+    [[nodiscard]] int PushImmediate(std::string_view text);
     [[nodiscard]] ElementPtr MakeBodyElement(Lexeme lexeme, std::string_view text) const;
-    bool PollHost();
+    [[nodiscard]] bool PollHost();
     void HandleExhaustedMemory();
 
     const CName* m_pFontDirectoryName;

@@ -21,7 +21,7 @@ public:
     /// Defines the key; an element key goes in as a copy.
     void PutIn(CDictionary& dict, ElementPtr value) const;
     /// Replaces the value of a key that the dictionary has; false, and the value untouched, when it has not.
-    bool ReplaceIn(CDictionary& dict, ElementPtr& value) const;
+    [[nodiscard]] bool ReplaceIn(CDictionary& dict, ElementPtr& value) const;
     void RemoveFrom(CDictionary& dict) const;
 
 private:

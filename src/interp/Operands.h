@@ -2,6 +2,7 @@
 // with nothing popped. The first read that fails sets the code; later reads are inert and answer null.
 #pragma once
 
+#include <functional>
 #include <initializer_list>
 
 #include "interp/FilterEPS.h"
@@ -89,4 +90,16 @@ private:
 template <class T>
 [[nodiscard]] TypedPtr<T> Take(CFilterEPS& m) {
     return TypedPtr<T>(static_cast<T*>(m.Pop().release()));
+}
+
+/// The operator that takes its operands and has no other effect. Each read, a member of Operands or a function that is
+/// called like one, tests one operand, from the top down.
+template <auto... Reads>
+int OpDiscard(CFilterEPS& m) {
+    Operands in(m);
+    int depth = 0;
+    (static_cast<void>(std::invoke(Reads, in, depth++)), ...);
+    if (!in) return -1;
+    m.Drop(depth);
+    return 1;
 }

@@ -38,8 +38,7 @@ constexpr std::string_view kSources[] = {
 
     // mark lo hi value .. map  .endmapranges  -
     // Each triple becomes five objects: the prefix that lo and hi share, a header, their tails, the value as
-    // a string, and the font index. Neighbours of the same prefix, header and font index become one. A tail
-    // of
+    // a string, and the font index. Neighbours of the same prefix, header and font index become one. A tail of
     // more than 255 bytes is a stop, which is held back until the loop is left, since loops swallow it.
     "/.endmapranges {"
     "  counttomark 1 add 1 roll"                  // map mark lo hi value ..

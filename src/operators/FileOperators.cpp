@@ -20,6 +20,9 @@ namespace {
 /// An operand file.
 CFileElement* ReadFile(Operands& in, int depth) { return in.Get<CFileElement>(depth); }
 
+/// An operand file or filter.
+CElement* ReadStream(Operands& in, int depth) { return in.OneOf(depth, {ET_FILE, ET_FILTER}); }
+
 /// A string operand as the C library takes a text.
 std::string CText(const CStringElement& string) { return std::string(string.KeyText()); }
 
@@ -89,7 +92,7 @@ int OpReadhexstring(CFilterEPS& m) {
 int OpReadstring(CFilterEPS& m) {
     Operands in(m);
     in.String(0);
-    in.OneOf(1, {ET_FILE, ET_FILTER});
+    ReadStream(in, 1);
     if (!in) return -1;
     auto string = Take<CStringElement>(m);
     const ElementPtr source = m.Pop();
@@ -171,17 +174,6 @@ int OpWrite(CFilterEPS& m) {
     return result == 1 ? 1 : m.Fail(PSERR_IO);
 }
 
-// file string  writehexstring  -             STACKUNDERFLOW TYPECHECK
-// Departure: nothing is written.
-int OpWritehexstring(CFilterEPS& m) {
-    Operands in(m);
-    in.String(0);
-    ReadFile(in, 1);
-    if (!in) return -1;
-    m.Drop(2);
-    return 1;
-}
-
 // file string  writestring  -                STACKUNDERFLOW TYPECHECK; IO, with both gone
 // Departure: what is written ends at the string's first zero byte.
 int OpWritestring(CFilterEPS& m) {
@@ -235,15 +227,6 @@ int OpFlushfile(CFilterEPS& m) {
     const CFileElement* file = ReadFile(in, 0);
     if (!in) return -1;
     file->Flush();
-    m.Drop(1);
-    return 1;
-}
-
-// file  resetfile  -                         STACKUNDERFLOW TYPECHECK
-int OpResetfile(CFilterEPS& m) {
-    Operands in(m);
-    in.OneOf(0, {ET_FILE, ET_FILTER});
-    if (!in) return -1;
     m.Drop(1);
     return 1;
 }
@@ -346,33 +329,6 @@ int OpFileposition(CFilterEPS& m) {
     return 1;
 }
 
-// string  print  -                           STACKUNDERFLOW TYPECHECK
-int OpPrint(CFilterEPS& m) {
-    Operands in(m);
-    in.String(0);
-    if (!in) return -1;
-    m.Drop(1);
-    return 1;
-}
-
-// any  = ==  -                               STACKUNDERFLOW
-int OpPrintAny(CFilterEPS& m) {
-    Operands in(m);
-    in.Any(0);
-    if (!in) return -1;
-    m.Drop(1);
-    return 1;
-}
-
-// any tag  printobject  -                    STACKUNDERFLOW
-int OpPrintobject(CFilterEPS& m) {
-    Operands in(m);
-    in.Any(1);
-    if (!in) return -1;
-    m.Drop(2);
-    return 1;
-}
-
 // int  setobjectformat  -                    STACKUNDERFLOW TYPECHECK
 int OpSetobjectformat(CFilterEPS& m) {
     Operands in(m);
@@ -394,13 +350,13 @@ constexpr OpRow kRows[] = {
     {"filter", OpFilter},
     {"closefile", OpClosefile},
     {"write", OpWrite},
-    {"writehexstring", OpWritehexstring},
+    {"writehexstring", OpDiscard<&Operands::String, ReadFile>},  // Departure: nothing is written
     {"writestring", OpWritestring},
     {"readline", OpReadline},
     {"bytesavailable", OpBytesavailable},
     {"flush", OpFlush},
     {"flushfile", OpFlushfile},
-    {"resetfile", OpResetfile},
+    {"resetfile", OpDiscard<ReadStream>},
     {"status", OpStatus},
     {"run", OpUnsupported},
     {"currentfile", OpCurrentfile},  // a second time: the core table claims it first
@@ -409,12 +365,12 @@ constexpr OpRow kRows[] = {
     {"filenameforall", OpFilenameforall},
     {"setfileposition", OpSetfileposition},
     {"fileposition", OpFileposition},
-    {"print", OpPrint},
-    {"=", OpPrintAny},
-    {"==", OpPrintAny},
+    {"print", OpDiscard<&Operands::String>},
+    {"=", OpDiscard<&Operands::Any>},
+    {"==", OpDiscard<&Operands::Any>},
     {"stack", OpNothing},
     {"pstack", OpNothing},
-    {"printobject", OpPrintobject},
+    {"printobject", OpDiscard<&Operands::Any, &Operands::Any>},
     {"writeobject", OpUnsupported},
     {"setobjectformat", OpSetobjectformat},
     {"currentobjectformat", OpCurrentobjectformat},

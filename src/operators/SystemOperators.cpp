@@ -174,15 +174,6 @@ int OpSerialnumber(CFilterEPS& m) {
     return 1;
 }
 
-// bool  echo  -                              STACKUNDERFLOW TYPECHECK
-int OpEcho(CFilterEPS& m) {
-    Operands in(m);
-    in.Bool(0);
-    if (!in) return -1;
-    m.Drop(1);
-    return 1;
-}
-
 // Place 20 of the chain.
 constexpr OpRow kMiscellaneousRows[] = {
     {"null", OpNull},
@@ -190,7 +181,7 @@ constexpr OpRow kMiscellaneousRows[] = {
     {"usertime", OpUnsupported},
     {"serialnumber", OpSerialnumber},
     {"executive", OpNothing},
-    {"echo", OpEcho},
+    {"echo", OpDiscard<&Operands::Bool>},
     {"prompt", OpNothing},
 };
 
@@ -227,15 +218,6 @@ int OpCachestatus(CFilterEPS& m) {
     return 1;
 }
 
-// any  setcachelimit  -                      STACKUNDERFLOW
-int OpSetcachelimit(CFilterEPS& m) {
-    Operands in(m);
-    in.Any(0);
-    if (!in) return -1;
-    m.Drop(1);
-    return 1;
-}
-
 // mark size lower upper  setcacheparams  -   STACKUNDERFLOW TYPECHECK
 // Departure: the mark must stand directly below three numbers.
 int OpSetcacheparams(CFilterEPS& m) {
@@ -262,7 +244,7 @@ int OpCurrentcacheparams(CFilterEPS& m) {
 // Place 29 of the chain.
 constexpr OpRow kCacheRows[] = {
     {"cachestatus", OpCachestatus},
-    {"setcachelimit", OpSetcachelimit},
+    {"setcachelimit", OpDiscard<&Operands::Any>},
     {"setcacheparams", OpSetcacheparams},
     {"currentcacheparams", OpCurrentcacheparams},
 };

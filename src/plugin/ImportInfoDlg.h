@@ -23,7 +23,7 @@ public:
     void OnFileInfo();
     /// Reads the header comments into m_Info: 1, or -1 with m_nFailKind set. The file is closed in both
     /// cases.
-    int AnalyseHeader();
+    [[nodiscard]] int AnalyseHeader();
 
     float m_fTolerance = 0.01f;                ///< shortest straight segment, millimetres; 0.0001 to 5.0
     std::int32_t m_nFillOutline = 1;           ///< whether filled paths are imported
@@ -38,9 +38,9 @@ protected:
 
 private:
     /// Tells the file type and goes to the start of the PostScript section: 1, or -1.
-    int CheckFileHeader();
-    int ReadFirstLine();
-    int ReadComments();
+    [[nodiscard]] int CheckFileHeader();
+    [[nodiscard]] int ReadFirstLine();
+    [[nodiscard]] int ReadComments();
     void ShowFailure();
     [[nodiscard]] std::string InfoText() const;
 };

@@ -262,8 +262,7 @@ TEST(FileOperatorsTest, WithoutLeave) {
         CEntGroup group;
         CFilterEPS machine(5);
         machine.m_pGroup = &group;
-        machine.ScanBuffer(program);
-        return machine.m_nError;
+        return machine.ScanBuffer(program) == 1 ? PSERR_NONE : machine.m_nError;
     };
     EXPECT_EQ(error(Quoted(there) + " (r) file"), PSERR_IO);
     EXPECT_EQ(error(Quoted(elsewhere) + " (w) file"), PSERR_IO);
