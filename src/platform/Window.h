@@ -29,21 +29,21 @@ struct tagImportProgress {
 
 /// Why and where a program ended with an error.
 struct tagRunFailure {
-    std::int32_t nError = -1;   ///< the code behind the message box
-    std::string strError;       ///< the language's name of the error: "typecheck"
-    std::string strOperator;    ///< what was running; of an undefined name, that name; empty when nothing was
-    std::int64_t nLine = 1;     ///< where the scanner stood in the file, from 1
-    std::int64_t nOffset = 0;   ///< the same in bytes from the start of the file
+    std::int32_t nError = -1;  ///< the code behind the message box
+    std::string strError;      ///< the language's name of the error: "typecheck"
+    std::string strOperator;   ///< what was running; of an undefined name, that name; empty when nothing was
+    std::int64_t nLine = 1;    ///< where the scanner stood in the file, from 1
+    std::int64_t nOffset = 0;  ///< the same in bytes from the start of the file
 };
 
 /// What the program asked to draw and the drawing lacks.
 struct tagLeftOut {
-    std::int64_t nTexts = 0;                ///< calls of the show family
-    std::vector<std::string> strFonts;      ///< names of the fonts of these texts, each once, in the order of their first text
+    std::int64_t nTexts = 0;            ///< calls of the show family
+    std::vector<std::string> strFonts;  ///< names of the fonts of these texts, each once, by their first text
     std::int64_t nImages = 0;
     std::int64_t nShadings = 0;
-    std::int64_t nPatterns = 0;             ///< areas filled with a pattern
-    std::int64_t nPoints = 0;               ///< path points beyond the limit
+    std::int64_t nPatterns = 0;  ///< areas filled with a pattern
+    std::int64_t nPoints = 0;    ///< path points beyond the limit
 
     [[nodiscard]] bool IsEmpty() const noexcept {
         return nTexts == 0 && nImages == 0 && nShadings == 0 && nPatterns == 0 && nPoints == 0;
@@ -63,10 +63,10 @@ enum RunTail : std::int32_t {
 struct tagRunReport {
     std::optional<tagRunFailure> failure;
     tagLeftOut leftOut;
-    std::int32_t nTail = RT_NONE;    ///< RunTail
-    std::string strTail;             ///< RT_TOKEN: the token
-    std::int64_t nTailLine = 0;      ///< where it begins, from 1
-    std::int64_t nTailOffset = 0;    ///< the same in bytes from the start of the file
+    std::int32_t nTail = RT_NONE;  ///< RunTail
+    std::string strTail;           ///< RT_TOKEN: the token
+    std::int64_t nTailLine = 0;    ///< where it begins, from 1
+    std::int64_t nTailOffset = 0;  ///< the same in bytes from the start of the file
 };
 
 /// Any window or control: its text (UTF-8), and whether it takes the user's input.
