@@ -1,28 +1,19 @@
-// The number pool: cells in chunks that never move, the free ones chained through their stack links.
+// The number pool, and the arithmetic of a number's value.
 #include "objects/Number.h"
 
 #include <cassert>
 #include <cmath>
 #include <limits>
-#include <memory>
-#include <vector>
+#include <new>
+
+#include "objects/FreeCells.h"
 
 std::int32_t g_nNumberPoolSize = NUMBER_POOL_STEP;
 
 namespace {
 
-std::vector<std::unique_ptr<CNumberElement[]>> g_Chunks;
-CNumberElement* g_pFirstFree = nullptr;
-
-void AddChunk() {
-    g_Chunks.reserve(g_Chunks.size() + 1);
-    g_Chunks.push_back(std::make_unique<CNumberElement[]>(NUMBER_POOL_STEP));
-    CNumberElement* cells = g_Chunks.back().get();
-    for (std::int32_t i = NUMBER_POOL_STEP; i-- > 0;) {
-        cells[i].m_pNext = g_pFirstFree;
-        g_pFirstFree = &cells[i];
-    }
-}
+CFreeCells<CNumberElement, NUMBER_POOL_STEP> g_Cells;
+CNumberElement* g_pOffered = nullptr;  // what AllocNumberElement answers until somebody marks it
 
 template <class Int>
 Int Truncate(double value) noexcept {
@@ -35,23 +26,23 @@ Int Truncate(double value) noexcept {
 
 void CreateNumberPool() {
     DestroyNumberPool();
-    AddChunk();
+    g_Cells.Grow();
 }
 
 void DestroyNumberPool() noexcept {
-    g_pFirstFree = nullptr;
-    g_Chunks.clear();
+    g_pOffered = nullptr;
+    g_Cells.Clear();
     g_nNumberPoolSize = NUMBER_POOL_STEP;
 }
 
 CNumberElement* AllocNumberElement() {
-    if (!g_pFirstFree) {
-        AddChunk();
+    if (g_pOffered) return g_pOffered;
+    if (g_Cells.IsEmpty()) {
+        g_Cells.Grow();
         g_nNumberPoolSize += NUMBER_POOL_STEP;
     }
-    g_pFirstFree->m_bExec = false;
-    g_pFirstFree->m_nAccess = ACC_UNLIMITED;
-    return g_pFirstFree;
+    g_pOffered = new (g_Cells.Take()) CNumberElement;
+    return g_pOffered;
 }
 
 TypedPtr<CNumberElement> NewInt(std::int32_t n) {
@@ -69,20 +60,15 @@ TypedPtr<CNumberElement> NewReal(double f) {
 }
 
 void CNumberElement::MarkInUse() noexcept {
-    if (m_bInUse) return;
-    assert(this == g_pFirstFree);
-    g_pFirstFree = static_cast<CNumberElement*>(m_pNext);
-    m_pNext = nullptr;
-    m_pPrev = nullptr;
+    assert(this == g_pOffered);
+    g_pOffered = nullptr;
     m_bInUse = true;
 }
 
 void CNumberElement::MarkFree() noexcept {
     assert(m_bInUse);
-    m_bInUse = false;
-    m_pPrev = nullptr;
-    m_pNext = g_pFirstFree;
-    g_pFirstFree = this;
+    this->~CNumberElement();
+    g_Cells.Give(this);
 }
 
 std::int32_t TruncateToInt(double value) noexcept { return Truncate<std::int32_t>(value); }

@@ -24,9 +24,9 @@ public:
     [[nodiscard]] double GetReal() const noexcept { return m_fValue; }
     [[nodiscard]] bool IsReal() const noexcept { return m_nNumKind == 1; }
 
-    /// Takes the element that AllocNumberElement gave out of the pool's free cells.
+    /// Makes the element that AllocNumberElement gave the caller's.
     void MarkInUse() noexcept;
-    /// Gives the element back to the pool.
+    /// Gives the element back to the pool. It is gone.
     void MarkFree() noexcept;
 
     std::int32_t m_nNumKind = 0;  ///< 0 integer, 1 real
@@ -60,8 +60,8 @@ void CreateNumberPool();
 /// Destroys every cell, in use or not, and sets the size back.
 void DestroyNumberPool() noexcept;
 
-/// A free cell with links and attributes cleared. It stays free until MarkInUse, which must come before the
-/// next allocation. The pool grows when no cell is free; cells never move.
+/// A new number. It stays free until MarkInUse: the next call before gives the same one again. The pool grows when no
+/// cell is free; numbers never move.
 [[nodiscard]] CNumberElement* AllocNumberElement();
 
 /// A new integer or real, in use and owned by the caller.
