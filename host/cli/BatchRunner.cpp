@@ -1,6 +1,6 @@
 // The process pool of a batch. The pipe that carries a child's standard error also tells of its end, so that
 // one poll waits for texts, ends and the next progress line.
-#include "BatchRunner.h"
+#include "cli/BatchRunner.h"
 
 #include <poll.h>
 #include <signal.h>
@@ -18,8 +18,9 @@
 #include <string>
 #include <vector>
 
-#include "Interrupt.h"
-#include "Text.h"
+#include "cli/Interrupt.h"
+#include "cli/ProgressLine.h"
+#include "cli/Text.h"
 
 namespace {
 
@@ -60,7 +61,7 @@ public:
 
     int Run() {
         while (m_nNext < m_nFiles || !m_Running.empty()) {
-            if (InterruptRequested()) PassInterruptOn();
+            if (g_bInterrupted) PassInterruptOn();
             while (!m_bInterrupted && m_nNext < m_nFiles && m_Running.size() < m_Options.jobs) Start(m_nNext++);
             if (m_Running.empty()) break;
             WaitForNews();

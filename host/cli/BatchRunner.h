@@ -4,8 +4,8 @@
 
 #include <functional>
 
-#include "Options.h"
-#include "ProgressLine.h"
+#include "cli/Options.h"
+#include "import/ImportCounters.h"
 
 // Imports the file with this index and writes its drawing; answers an exit status. Runs in a process of its
 // own.

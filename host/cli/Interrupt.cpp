@@ -1,13 +1,14 @@
 // The signal handlers of the program and their one flag.
-#include "Interrupt.h"
+#include "cli/Interrupt.h"
 
 #include <signal.h>
 
+std::atomic<bool> g_bInterrupted{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
+
 namespace {
 
-volatile sig_atomic_t g_bInterrupted = 0;
-
-void OnSignal(int) { g_bInterrupted = 1; }
+void OnSignal(int) { g_bInterrupted.store(true, std::memory_order_relaxed); }
 
 }  // namespace
 
@@ -19,5 +20,3 @@ void CatchInterrupts() {
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
 }
-
-bool InterruptRequested() { return g_bInterrupted != 0; }

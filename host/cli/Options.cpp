@@ -1,6 +1,6 @@
 // The table of command line options, on top of CLI11. Range checks that need two options together are at the
 // end.
-#include "Options.h"
+#include "cli/Options.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -39,12 +39,13 @@ std::string CheckPositive(const std::string& text) {
 
 std::string CheckTogether(const Options& options) {
     const bool several = options.files.size() > 1;
-    if (several && options.format != DrawingFormat::None) {
-        if (options.output.empty()) return "several input files need a directory for their drawings: -o PATH";
-        if (options.output == "-") return "the drawings of several input files can't share standard output";
+    if (several && options.output.format != DrawingFormat::None) {
+        if (options.output.path.empty()) return "several input files need a directory for their drawings: -o PATH";
+        if (options.output.path == "-") return "the drawings of several input files can't share standard output";
         std::error_code ignored;
-        if (std::filesystem::exists(options.output, ignored) && !std::filesystem::is_directory(options.output, ignored))
-            return options.output + " is no directory, and there are several input files";
+        if (std::filesystem::exists(options.output.path, ignored) &&
+            !std::filesystem::is_directory(options.output.path, ignored))
+            return options.output.path + " is no directory, and there are several input files";
     }
     return {};
 }
@@ -82,7 +83,7 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     bool noFillOutline = false;
 
     app.add_option("FILE", options.files, "EPS files (- is standard input)")->required()->option_text("...");
-    app.add_option("-o,--output", options.output, "Drawing; - is standard output; directory for several")
+    app.add_option("-o,--output", options.output.path, "Drawing; - is standard output; directory for several")
         ->option_text("PATH");
     app.add_option("-f,--format", formatName, "json, svg, dxf or none (default: by PATH, or json)")
         ->option_text("NAME")
@@ -91,16 +92,16 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
         app.add_option("-t,--tolerance", tolerance, "Drop shorter line segments, 0.0001 to 5 (0.01)")
             ->option_text("MM");
     app.add_flag("--no-fill-outline", noFillOutline, "Leave out the outlines of filled areas");
-    app.add_option("--host-version", options.hostVersion, "Host version; below 5 the unit is mm/40 (5)")
+    app.add_option("--host-version", options.import.hostVersion, "Host version; below 5 the unit is mm/40 (5)")
         ->option_text("N");
-    app.add_flag("--info", options.wantsInformation, "Report the file's header comments");
+    app.add_flag("--info", options.import.wantsInformation, "Report the file's header comments");
     app.add_option("--lang", language, "Language of the import's texts: zh or en (zh)")
         ->option_text("L")
         ->check(CLI::IsMember({"zh", "en"}));
     app.add_option("--curves", curves, "Curves in DXF: spline or polyline (spline)")
         ->option_text("KIND")
         ->check(CLI::IsMember({"spline", "polyline"}));
-    app.add_option("--flatness", options.flatness, "Tolerance of --curves polyline (0.05)")
+    app.add_option("--flatness", options.output.flatness, "Tolerance of --curves polyline (0.05)")
         ->option_text("MM")
         ->check(CheckPositive);
     app.add_option("-j,--jobs", options.jobs, "Files imported at the same time (1)")
@@ -112,7 +113,8 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     auto* memoryOption = app.add_option("--memory", megabytes, "Most memory that one import may take")
                              ->option_text("MB")
                              ->check(CheckPositive);
-    app.add_flag("--allow-file-access", options.allowFileAccess, "Let programs in EPS files use the file system");
+    app.add_flag("--allow-file-access", options.import.allowFileAccess,
+                 "Let programs in EPS files use the file system");
     app.add_flag("-q,--quiet", options.quiet, "Don't show message boxes on standard error");
 
     try {
@@ -121,16 +123,16 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
         return app.exit(stop, std::cout, std::cerr) == 0 ? kExitDone : kExitUsage;
     }
 
-    options.format = formatName.empty() ? FormatByEnding(options.output) : kFormats.at(formatName);
-    options.fillOutline = !noFillOutline;
-    options.english = language == "en";
-    options.curves = curves == "polyline" ? CurveStyle::Polyline : CurveStyle::Spline;
-    if (toleranceOption->count() > 0) options.tolerance = tolerance;
-    if (timeoutOption->count() > 0) options.timeout = timeout;
+    options.output.format = formatName.empty() ? FormatByEnding(options.output.path) : kFormats.at(formatName);
+    options.dialog.fillOutline = !noFillOutline;
+    options.import.english = language == "en";
+    options.output.curves = curves == "polyline" ? CurveStyle::Polyline : CurveStyle::Spline;
+    if (toleranceOption->count() > 0) options.dialog.tolerance = tolerance;
+    if (timeoutOption->count() > 0) options.import.timeout = timeout;
     if (memoryOption->count() > 0) {
         const double bytes = megabytes * 1024 * 1024;
         constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
-        options.memoryLimit =
+        options.import.memoryLimit =
             bytes < static_cast<double>(kMost) ? static_cast<std::uint64_t>(bytes) : static_cast<std::uint64_t>(kMost);
     }
     if (const std::string mistake = CheckTogether(options); !mistake.empty()) {

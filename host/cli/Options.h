@@ -1,29 +1,34 @@
 // The command line of epsimport: what the user asked for, checked and complete.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "import/ImportSettings.h"
+
 enum class DrawingFormat { Json, Svg, Dxf, None };
 enum class CurveStyle { Spline, Polyline };
 
-struct Options {
-    std::vector<std::string> files;
-    std::string output;  // empty when not given; "-" is standard output
-    DrawingFormat format = DrawingFormat::Json;
-    std::optional<std::string> tolerance;  // text for the dialog's edit control, as the user wrote it
+// What is typed and pressed in the import dialog.
+struct DialogAnswers {
+    std::optional<std::string> tolerance;  // text for the edit control, as the user wrote it
     bool fillOutline = true;
-    std::uint16_t hostVersion = 5;
-    bool wantsInformation = false;
-    bool english = false;
+};
+
+struct OutputSettings {
+    std::string path;  // empty when not given; "-" is standard output
+    DrawingFormat format = DrawingFormat::Json;
     CurveStyle curves = CurveStyle::Spline;
     double flatness = 0.05;  // mm
+};
+
+struct Options {
+    std::vector<std::string> files;
+    ImportSettings import;
+    DialogAnswers dialog;
+    OutputSettings output;
     unsigned jobs = 1;
-    std::optional<double> timeout;             // seconds
-    std::optional<std::uint64_t> memoryLimit;  // bytes
-    bool allowFileAccess = false;
     bool quiet = false;
 };
 

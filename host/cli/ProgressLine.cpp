@@ -1,6 +1,6 @@
 // The progress line. Uses the terminal's carriage return and erase-to-end-of-line, which every ANSI terminal
 // knows.
-#include "ProgressLine.h"
+#include "cli/ProgressLine.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -46,19 +46,4 @@ void CProgressLine::Clear() {
     std::fputs("\r\033[K", stderr);
     std::fflush(stderr);
     m_bShown = false;
-}
-
-std::string ByteText(std::uint64_t bytes) {
-    char text[32];
-    if (bytes < 1000)
-        std::snprintf(text, sizeof text, "%d B", static_cast<int>(bytes));
-    else if (bytes < 1000000)
-        std::snprintf(text, sizeof text, "%.1f kB", static_cast<double>(bytes) / 1e3);
-    else
-        std::snprintf(text, sizeof text, "%.1f MB", static_cast<double>(bytes) / 1e6);
-    return text;
-}
-
-std::string CountText(std::uint64_t count, const char* one, const char* many) {
-    return std::to_string(count) + " " + (count == 1 ? one : many);
 }

@@ -1,20 +1,8 @@
-// One line at the bottom of a terminal that tells how far long work has come, and the short words it is made
-// of.
+// One line at the bottom of a terminal that tells how far long work has come.
 #pragma once
 
-#include <atomic>
 #include <chrono>
-#include <cstdint>
-#include <string>
 #include <string_view>
-
-// How far one import has come. In batches this lies in memory shared by the importing process and the one
-// that shows it.
-struct ImportCounters {
-    std::atomic<std::uint64_t> bytesRead{0};
-    std::atomic<std::uint64_t> bytesInAll{0};
-    std::atomic<std::uint64_t> entities{0};
-};
 
 class CProgressLine {
 public:
@@ -37,6 +25,3 @@ private:
     bool m_bShown = false;
     std::chrono::steady_clock::time_point m_Next;
 };
-
-std::string ByteText(std::uint64_t bytes);                                      // 812 B, 4.1 kB, 12.7 MB
-std::string CountText(std::uint64_t count, const char* one, const char* many);  // 1 entity, 12345 entities

@@ -1,13 +1,14 @@
-// UTF-8 repair, which nlohmann-json knows, and standard error.
-#include "Text.h"
+// Repaired texts go through nlohmann-json, which knows UTF-8.
+#include "cli/Text.h"
 
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdio>
 #include <nlohmann/json.hpp>
 
-using nlohmann::json;
+#include "writers/JsonText.h"
 
 namespace {
 
@@ -22,12 +23,10 @@ void WriteAll(std::string_view text) {
 
 }  // namespace
 
-std::string JsonText(std::string_view text) { return json(text).dump(-1, ' ', false, json::error_handler_t::replace); }
-
 std::string ForTerminal(std::string_view text) {
     std::string shown;
     constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
-    const auto repaired = json::parse(JsonText(text)).get<std::string>();
+    const auto repaired = nlohmann::json::parse(JsonText(text)).get<std::string>();
     for (std::size_t i = 0; i < repaired.size(); ++i) {
         const auto byte = static_cast<unsigned char>(repaired[i]);
         if ((byte == '\r' || byte == '\f') && repaired[i + 1] == '\n') continue;
@@ -48,3 +47,18 @@ void Note(std::string_view text) {
 }
 
 void Complain(std::string_view text) { Note("epsimport: " + std::string(text)); }
+
+std::string ByteText(std::uint64_t bytes) {
+    char text[32];
+    if (bytes < 1000)
+        std::snprintf(text, sizeof text, "%d B", static_cast<int>(bytes));
+    else if (bytes < 1000000)
+        std::snprintf(text, sizeof text, "%.1f kB", static_cast<double>(bytes) / 1e3);
+    else
+        std::snprintf(text, sizeof text, "%.1f MB", static_cast<double>(bytes) / 1e6);
+    return text;
+}
+
+std::string CountText(std::uint64_t count, const char* one, const char* many) {
+    return std::to_string(count) + " " + (count == 1 ? one : many);
+}

@@ -1,11 +1,10 @@
-// Texts on their way out: valid UTF-8 whatever the input file held, and lines on standard error.
+// Texts on their way to standard error: valid UTF-8 whatever the input file held, and the short words they are
+// made of.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
-
-// The text as a JSON string with its quotes. Bytes that are no UTF-8 become U+FFFD.
-std::string JsonText(std::string_view text);
 
 // The text as valid UTF-8, with control characters other than line feed and tab replaced by U+FFFD: a title
 // in a file from a stranger must not send commands to the terminal. CR LF becomes LF.
@@ -16,3 +15,6 @@ void Complain(std::string_view text);
 
 // Writes TEXT and a line feed to standard error in one piece.
 void Note(std::string_view text);
+
+std::string ByteText(std::uint64_t bytes);                                      // 812 B, 4.1 kB, 12.7 MB
+std::string CountText(std::uint64_t count, const char* one, const char* many);  // 1 entity, 12345 entities

@@ -1,16 +1,13 @@
 // epsimport: the command-line host.
 #include <unistd.h>
 
-#include "BatchRunner.h"
-#include "EnglishResources.h"
-#include "HostFrame.h"
-#include "Importer.h"
-#include "Interrupt.h"
-#include "Options.h"
-#include "OutputFile.h"
-#include "PluginLibrary.h"
-#include "Text.h"
-#include "lib/HostSetup.h"
+#include "cli/BatchRunner.h"
+#include "cli/CliFrame.h"
+#include "cli/ImportJob.h"
+#include "cli/Interrupt.h"
+#include "cli/Options.h"
+#include "cli/Outputs.h"
+#include "cli/Text.h"
 
 int main(int argc, char** argv) {
     Options options;
@@ -18,24 +15,22 @@ int main(int argc, char** argv) {
     const std::vector<std::string> outputs = PlanOutputs(options);
     if (const std::optional<int> status = PrepareOutputs(options, outputs)) return *status;
 
-    CHostFrame frame(options);
-    SetHostMainFrame(&frame);
-    SetHostVersion(options.hostVersion);
-    if (options.english) SetHostLocalResources("Eps", EnglishResources());
-    const CPluginLibrary plugin;
-    if (!plugin.Error().empty()) {
-        Complain(plugin.Error());
+    const bool single = options.files.size() == 1;
+    CProgressLine progress;
+    CCliFrame frame(options, single ? &progress : nullptr);
+    CImportSession session(options.import, frame);
+    if (!session.Error().empty()) {
+        Complain(session.Error());
         return kExitNotWhole;
     }
 
     CatchInterrupts();
-    CImporter importer(options, plugin, frame, ::isatty(STDERR_FILENO) == 1);
-    if (options.files.size() == 1) {
-        CProgressLine progress;
+    CImportJob job(options, session, ::isatty(STDERR_FILENO) == 1);
+    if (single) {
         ImportCounters counters;
-        return importer.Run(options.files.front(), outputs.front(), counters, &progress);
+        return job.Run(options.files.front(), outputs.front(), counters);
     }
     return RunBatch(options, [&](std::size_t index, ImportCounters& counters) {
-        return importer.Run(options.files[index], outputs[index], counters, nullptr);
+        return job.Run(options.files[index], outputs[index], counters);
     });
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "hostout/HostCurves.h"
@@ -60,6 +61,16 @@ protected:
 private:
     EntityKind m_nKind;
 };
+
+/// Releases and deletes an entity that stands in no group.
+struct ReleaseEntity {
+    void operator()(CEntity* entity) const noexcept {
+        entity->Release();
+        delete entity;
+    }
+};
+/// An entity and its one owner.
+using EntityPtr = std::unique_ptr<CEntity, ReleaseEntity>;
 
 class HOST_API CEntPLine final : public CEntity {
 public:

@@ -175,6 +175,11 @@ bool CDialog::IsControlEnabled(int id) const {
     return control && control->IsWindowEnabled();
 }
 
+bool CDialog::GetCheck(int id) const {
+    const CControl* control = GetDlgItem(id);
+    return control && control->m_Kind == ControlKind::checkBox && control->m_nCheck != 0;
+}
+
 int CDialog::MessageBox(const char* text, const char* caption, unsigned style) {
     return m_pParent ? m_pParent->ShowMessageBox(text, caption, style) : 0;
 }

@@ -103,6 +103,8 @@ public:
     /// Sets or clears a check box. False for any other control.
     virtual bool SetCheck(int id, bool check);
     [[nodiscard]] virtual bool IsControlEnabled(int id) const;
+    /// Whether a check box is set; false for any other control.
+    [[nodiscard]] virtual bool GetCheck(int id) const;
     /// The control that has the focus.
     [[nodiscard]] int GetFocus() const noexcept { return m_nFocus; }
 

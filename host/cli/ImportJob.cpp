@@ -1,0 +1,76 @@
+// Import, passes, writer, words. Figures are made once, and of JSON, which writes the entities themselves, only
+// when the words need their measures.
+#include "cli/ImportJob.h"
+
+#include <chrono>
+#include <cstdio>
+
+#include "cli/Interrupt.h"
+#include "cli/Text.h"
+#include "cli/Words.h"
+#include "drawing/FigureReader.h"
+#include "drawing/passes/FlattenCurves.h"
+#include "writers/DxfWriter.h"
+#include "writers/JsonWriter.h"
+#include "writers/SvgWriter.h"
+
+bool CImportJob::Write(const Drawing& drawing, const std::vector<Figure>& figures, const std::string& output) const {
+    COutputFile out(output);
+    switch (m_Options.output.format) {
+        case DrawingFormat::Svg:
+            WriteSvg(figures, out);
+            break;
+        case DrawingFormat::Dxf:
+            WriteDxf(figures, out);
+            break;
+        case DrawingFormat::Json:
+            WriteJson(drawing, out);
+            break;
+        case DrawingFormat::None:
+            break;
+    }
+    const bool written = out.Close();
+    if (!written) Complain(ForTerminal(output) + ": can't write the drawing: " + out.Error());
+    return written;
+}
+
+int CImportJob::Run(const std::string& path, const std::string& output, ImportCounters& counters) {
+    const auto start = std::chrono::steady_clock::now();
+    Drawing drawing = m_Session.Import(path, counters, g_bInterrupted);
+    const std::string name = ForTerminal(path);
+    if (drawing.end == ImportEnd::NotOpened) Complain(name + ": " + ForTerminal(drawing.openError));
+
+    const bool isJson = m_Options.output.format == DrawingFormat::Json;
+    const bool ended = drawing.end != ImportEnd::Whole && drawing.end != ImportEnd::NotOpened;
+    const bool summarised = m_bSummarise && drawing.end == ImportEnd::Whole;
+    const std::size_t entities = drawing.entities.size();
+    bool written = true;
+    if (isJson && !output.empty()) written = Write(drawing, {}, output);
+    FigureReading reading;
+    if (ended || summarised || (!isJson && !output.empty()))
+        reading = ReadFigures(std::move(drawing.entities), drawing.UnitInMillimetres());
+    Survey survey;
+    if (ended || summarised) survey = Measure(reading.figures);
+    if (!isJson && !output.empty()) {
+        if (m_Options.output.curves == CurveStyle::Polyline)
+            reading.figures = FlattenCurves(std::move(reading.figures), m_Options.output.flatness);
+        written = Write(drawing, reading.figures, output);
+        if (reading.leftOut > 0) {
+            Complain(name + ": " + CountText(reading.leftOut, "entity", "entities") +
+                     " left out, with a coordinate that is no finite number");
+        }
+    }
+    if (!isJson && drawing.information) Note(name + ":\n" + ForTerminal(*drawing.information));
+
+    if (ended) {
+        Complain(name + ": not imported whole: " + ReasonOf(m_Options, drawing) + "; got " +
+                 AmountText(survey, entities));
+    } else if (summarised) {
+        const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+        char seconds[32];
+        std::snprintf(seconds, sizeof seconds, "%.2f s", time.count());
+        Note(name + ": " + AmountText(survey, entities) + ", " + SizeText(survey) + ", " +
+             CountText(survey.colors.size(), "colour", "colours") + ", " + seconds);
+    }
+    return drawing.end == ImportEnd::Whole && written ? kExitDone : kExitNotWhole;
+}

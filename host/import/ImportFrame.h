@@ -1,0 +1,55 @@
+// The main window of a host as an import needs it: it keeps what the plug-in says in the drawing, tells a run
+// when to end, and leaves to the front that derives from it how a dialog is answered and a message shown.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+
+#include "import/Drawing.h"
+#include "import/ImportCounters.h"
+#include "import/ImportSettings.h"
+#include "import/MemoryLimit.h"
+#include "platform/Window.h"
+
+// Controls of the import dialog.
+enum ImportDialogControl : int {
+    kFillOutlineBox = 3012,
+    kInformationButton = 4001,
+    kInformationText = 4004,
+    kToleranceEdit = 4005,
+};
+
+class CImportFrame : public CFrameWnd {
+public:
+    // From now on everything that the plug-in says goes to `drawing` and `counters`. The time limit starts.
+    // `limit` is lifted when memory has run out; the run ends soon after `stop` has become true.
+    void BeginImport(const ImportSettings& settings, Drawing& drawing, ImportCounters& counters, CMemoryLimit& limit,
+                     const std::atomic<bool>& stop);
+    void EndImport();
+
+    int ShowMessageBox(const char* text, const char* caption, unsigned style) final;
+    int RunDialog(CDialog& dialog) final;
+    bool OnProgress(const tagImportProgress& progress) final;
+    bool OnMemoryExhausted() final;
+    void OnRunEnded(const tagRunReport& report) final;
+    bool AllowsFileAccess() const final;
+
+protected:
+    // For the front; all of it runs on the thread that called the session.
+    // The modal loop of the open import dialog. One that it leaves open counts as cancelled.
+    virtual void AnswerDialog(CDialog& dialog) = 0;
+    // Shows a message, which is in the drawing already. Answers the id of the button.
+    virtual int ShowMessage(const MessageBox&) { return IDOK; }
+    virtual void ShowProgress(const Drawing&, const tagImportProgress&) {}
+    virtual void EndProgress() {}
+
+private:
+    void TakeInformation(CDialog& dialog);
+
+    const ImportSettings* m_pSettings = nullptr;
+    Drawing* m_pDrawing = nullptr;  // null between imports
+    ImportCounters* m_pCounters = nullptr;
+    CMemoryLimit* m_pMemoryLimit = nullptr;
+    const std::atomic<bool>* m_pStop = nullptr;
+    std::chrono::steady_clock::time_point m_Deadline;
+};

@@ -1,0 +1,14 @@
+// What an import is to do and how much it may take, whatever front asks for it.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+struct ImportSettings {
+    std::uint16_t hostVersion = 5;
+    bool english = false;                      // the import's texts in English; else the plug-in's own Chinese
+    bool wantsInformation = false;             // ask for the file information first, in a dialog of its own
+    bool allowFileAccess = false;              // let the program in the file touch files
+    std::optional<double> timeout;             // seconds for each import
+    std::optional<std::uint64_t> memoryLimit;  // bytes for each import, beyond what the process has
+};

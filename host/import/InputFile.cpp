@@ -1,0 +1,119 @@
+// Input checks and private copies. Relies on POSIX file calls, since permissions and pipes are what matters
+// here.
+#include "import/InputFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "plugin/PlugFilterMain.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string Reason(int error) { return std::strerror(error); }
+
+class CDescriptor {
+public:
+    explicit CDescriptor(int fd) : m_fd(fd) {}
+    ~CDescriptor() {
+        if (m_fd >= 0) ::close(m_fd);
+    }
+    CDescriptor(const CDescriptor&) = delete;
+    CDescriptor& operator=(const CDescriptor&) = delete;
+    int Get() const { return m_fd; }
+
+private:
+    int m_fd;
+};
+
+// Copies until the end of `source`. Answers 0, or the errno of the failure.
+int CopyBytes(int source, int target, const std::atomic<bool>& stop, std::uint64_t& copied) {
+    std::array<char, 1 << 16> block;
+    for (;;) {
+        if (stop.load(std::memory_order_relaxed)) return EINTR;
+        const ssize_t got = ::read(source, block.data(), block.size());
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return errno;
+        if (got == 0) return 0;
+        for (ssize_t done = 0; done < got;) {
+            const ssize_t put = ::write(target, block.data() + done, static_cast<std::size_t>(got - done));
+            if (put < 0 && errno == EINTR) continue;
+            if (put < 0) return errno;
+            done += put;
+        }
+        copied += static_cast<std::uint64_t>(got);
+    }
+}
+
+}  // namespace
+
+CInputFile::CInputFile(const std::string& path, const std::atomic<bool>& stop) {
+    Open(path == "-" ? "/dev/stdin" : path, stop);
+    if (m_Error.empty()) CheckBinaryHeader();
+}
+
+CInputFile::~CInputFile() {
+    if (m_PrivateDirectory.empty()) return;
+    std::error_code ignored;
+    fs::remove_all(m_PrivateDirectory, ignored);
+}
+
+void CInputFile::Open(const std::string& path, const std::atomic<bool>& stop) {
+    const CDescriptor source(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat status {};
+    if (source.Get() < 0 || ::fstat(source.Get(), &status) != 0) {
+        m_Error = Reason(errno);
+        return;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        m_Error = Reason(EISDIR);
+        return;
+    }
+    if (!S_ISREG(status.st_mode) && !S_ISFIFO(status.st_mode)) {
+        m_Error = "Not a regular file";
+        return;
+    }
+    std::error_code error;
+    m_PlugInPath = fs::absolute(path, error).string();
+    m_nSize = static_cast<std::uint64_t>(status.st_size);
+    const bool fits = !error && m_PlugInPath.size() < sizeof(tagPlugImportJob::szPath);
+    if (fits && S_ISREG(status.st_mode) && CDescriptor(::open(path.c_str(), O_RDWR | O_CLOEXEC)).Get() >= 0) return;
+    CopyToPrivateFile(source.Get(), stop);
+}
+
+void CInputFile::CopyToPrivateFile(int source, const std::atomic<bool>& stop) {
+    std::error_code error;
+    std::string directory = (fs::temp_directory_path(error) / "epsimport-XXXXXX").string();
+    if (error || ::mkdtemp(directory.data()) == nullptr) {
+        m_Error = "no room for a private copy: " + (error ? error.message() : Reason(errno));
+        return;
+    }
+    m_PrivateDirectory = directory;
+    m_PlugInPath = directory + "/input.eps";
+    const CDescriptor target(::open(m_PlugInPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    m_nSize = 0;
+    const int failure = target.Get() < 0 ? errno : CopyBytes(source, target.Get(), stop, m_nSize);
+    if (failure == EINTR)
+        m_Error = "interrupted";
+    else if (failure != 0)
+        m_Error = "can't make a private copy: " + Reason(failure);
+}
+
+void CInputFile::CheckBinaryHeader() {
+    const CDescriptor file(::open(m_PlugInPath.c_str(), O_RDONLY | O_CLOEXEC));
+    std::array<unsigned char, 8> head;
+    if (file.Get() < 0 || ::read(file.Get(), head.data(), head.size()) != static_cast<ssize_t>(head.size())) return;
+    constexpr std::array<unsigned char, 4> kSignature{0xC5, 0xD0, 0xD3, 0xC6};
+    if (!std::equal(kSignature.begin(), kSignature.end(), head.begin())) return;
+    const std::uint64_t section =
+        head[4] | head[5] << 8 | head[6] << 16 | static_cast<std::uint64_t>(head[7]) << 24;  // little-endian
+    m_bSectionMissing = section >= m_nSize;
+}

@@ -1,0 +1,9 @@
+// JSON: everything that one import gave, section by section as the plug-in delivered it.
+#pragma once
+
+#include "import/Drawing.h"
+#include "writers/OutputFile.h"
+
+// Writes the drawing as one object. Coordinates are in host units, each as the shortest decimal that reads
+// back to the same 32-bit float; one that is no finite number is null.
+void WriteJson(const Drawing& drawing, COutputFile& out);
