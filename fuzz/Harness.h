@@ -10,3 +10,8 @@ void FuzzRun(const std::uint8_t* data, std::size_t size);
 
 /// Has the import dialog analyse the bytes as a file, and cancels.
 void FuzzFileInfo(const std::uint8_t* data, std::size_t size);
+
+/// Runs a chain of one or two decoders over the bytes, with parameters that the first of them tell, and some encoders.
+/// Traps when other sizes of blocks and reads give other bytes or another end, or when what was encoded decodes to
+/// something else.
+void FuzzFilter(const std::uint8_t* data, std::size_t size);
