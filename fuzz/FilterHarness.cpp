@@ -1,4 +1,5 @@
-// The body of the fuzz target of the filters: a chain by itself, twice with different blocks, and every encoder back and forth.
+// The body of the fuzz target of the filters: a chain by itself, twice with different blocks, and every encoder back
+// and forth.
 #include <cstdlib>
 #include <string>
 #include <string_view>

@@ -26,7 +26,8 @@ private:
     std::vector<bool> m_Bits;
 };
 
-/// Codes 0, 1, 2, ... one by one, which fill the table with pairs; widths grow where the decoder's table has so many entries.
+/// Codes 0, 1, 2, ... one by one, which fill the table with pairs; widths grow where the decoder's table has so many
+/// entries.
 std::string SingleUnits(unsigned count, unsigned early, std::string& bytes) {
     CodePacker packer;
     packer.Add(9, {256});

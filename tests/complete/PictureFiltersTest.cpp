@@ -72,10 +72,6 @@ TEST(PictureFiltersTest, FaxOfLibraries) {
                         FromHex("000135ddd0df000135ddd0df000135e2993e0001260001350ca0011d0e8743a1d0e"
                                 "8743a1d0e8743a1d00001357c5043800135bcf1b8"),
                         rows, Ends::WithInput, BlackIs1(FaxLines(0, 26, true))},
-             FilterCase{"the same of two dimensions",
-                        FromHex("00019aeee86f80017f80019af14c9f0001088860019a8650000132872872"
-                                "872872872872872872872872872872870940019abe2821c0015535"),
-                        rows, Ends::WithInput, BlackIs1(FaxLines(4, 26, true))},
              FilterCase{"no EOLs, rows begin bytes",
                         FromHex("35ddd0df35ddd0df35e2993e26350ca01d0e8743a1d0e8743a1d0e8743a1d0357c50438035bcf1b8"),
                         rows, Ends::Before, BlackIs1(FaxRows(0, 26, 8, true))},

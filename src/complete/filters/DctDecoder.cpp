@@ -1,5 +1,5 @@
-// DCTDecode walked by its markers (ITU-T T.81, annex B): segments with a length, and between them entropy-coded data, in which
-// only FF 00 and restart markers are no markers.
+// DCTDecode walked by its markers (ITU-T T.81, annex B): segments with a length, and between them entropy-coded data,
+// in which only FF 00 and restart markers are no markers.
 #include "complete/filters/DctDecoder.h"
 
 #include <algorithm>

@@ -5,9 +5,10 @@
 
 #include "complete/filters/Decoder.h"
 
-/// Walks a JPEG stream by its markers, through any number of scans, and ends behind its EOI marker. Departure: nothing is
-/// decoded; width * height * components bytes of one value come out, whatever the picture shows. The first read walks the
-/// whole stream. The end of the input serves as EOI once the frame's size is known; without a frame it is a failure.
+/// Walks a JPEG stream by its markers, through any number of scans, and ends behind its EOI marker. Departure: nothing
+/// is decoded; width * height * components bytes of one value come out, whatever the picture shows. The first read
+/// walks the whole stream. The end of the input serves as EOI once the frame's size is known; without a frame it is a
+/// failure.
 class CDctDecoder final : public CDecoder {
 public:
     CDctDecoder(CByteReader& input, CFilterLimits* limits) noexcept : CDecoder(input, limits) {}

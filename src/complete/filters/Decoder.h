@@ -1,5 +1,5 @@
-// What all decoders share: bytes are taken of a reader no further than they belong to the data, the state at their end is
-// kept, and a limit is asked as the work goes on. Knows nothing of elements and of the machine.
+// What all decoders share: bytes are taken of a reader no further than they belong to the data, the state at their end
+// is kept, and a limit is asked as the work goes on. Knows nothing of elements and of the machine.
 #pragma once
 
 #include <cstddef>

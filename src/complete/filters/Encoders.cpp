@@ -1,5 +1,5 @@
-// The encoders. None looks ahead further than its format needs, and none is written for speed: what a program encodes while it
-// is imported is little.
+// The encoders. None looks ahead further than its format needs, and none is written for speed: what a program encodes
+// while it is imported is little.
 #include "complete/filters/Encoders.h"
 
 #include <algorithm>

@@ -134,8 +134,8 @@ private:
     bool m_bOpen;
 };
 
-/// Subtracts the neighbours before LZW or Flate; of the predictors of PNG, 15 means Sub for a first row and Up behind it.
-/// A last row that isn't full is filled up with zeros.
+/// Subtracts the neighbours before LZW or Flate; of the predictors of PNG, 15 means Sub for a first row and Up behind
+/// it. A last row that isn't full is filled up with zeros.
 class CPredictorEncoder final : public CEncoder {
 public:
     /// Owns the encoder behind it, which Close closes.

@@ -1,5 +1,5 @@
-// The code words of ITU-T T.4 (tables 2, 3a, 3b) and T.6 (table 1) as they are printed there, and the look-up tables made of
-// them when this is compiled.
+// The code words of ITU-T T.4 (tables 2, 3a, 3b) and T.6 (table 1) as they are printed there, and the look-up tables
+// made of them when this is compiled.
 #include "complete/filters/FaxCodes.h"
 
 #include <string_view>

@@ -1,5 +1,5 @@
-// CCITTFaxDecode. A row is a list of the pixels where its colour changes, which is what the codes speak of; the bits are painted
-// when it is whole.
+// CCITTFaxDecode. A row is a list of the pixels where its colour changes, which is what the codes speak of; the bits
+// are painted when it is whole.
 #include "complete/filters/FaxDecoder.h"
 
 #include <algorithm>
@@ -87,8 +87,8 @@ int CFaxDecoder::ReadCode(const FaxTable& table) {
     }
 }
 
-/// Passes what stands between two rows: fill bits, an EOL, the bit that tells the kind of the next row. False when it was
-/// the end of the block.
+/// Passes what stands between two rows: fill bits, an EOL, the bit that tells the kind of the next row. False when it
+/// was the end of the block.
 bool CFaxDecoder::PassGap() {
     // Where rows begin with bytes and have no EOL, the zeros that fill a byte and the next row could look like one.
     if (m_Params.bEncodedByteAlign && !m_Params.bEndOfLine) Align();
@@ -146,7 +146,8 @@ CFaxDecoder::RowEnd CFaxDecoder::ReadRow2D() {
     bool black = false;
     std::size_t above = 0;
     for (std::int32_t at = -1; at < columns;) {
-        // The first change above right of here that is of the other colour. One step back has been three pixels at most.
+        // The first change above right of here that is of the other colour. One step back has been three pixels at
+        // most.
         above = above > 4 ? above - 4 : 0;
         if ((above & 1) != (black ? 1u : 0u)) ++above;
         while (above < m_Above.size() && m_Above[above] <= at) above += 2;

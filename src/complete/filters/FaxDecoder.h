@@ -11,10 +11,11 @@
 /// The longest row in pixels; parameters beyond it are refused.
 inline constexpr std::int32_t MAX_FAX_COLUMNS = 1 << 20;
 
-/// Delivers rows of whole bytes. The data end behind an end-of-block pattern, wherever it comes; without EndOfBlock also
-/// behind the byte with the last bit of the last of Rows rows; and with the input, where a row that has begun is delivered.
-/// Rows of zero bits before an EOL are passed over. Damage is a failure, but for the rows that DamagedRowsBeforeError
-/// allows in succession in Group 3: the row before takes their place, or a white one. The uncompressed mode is damage.
+/// Delivers rows of whole bytes. The data end behind an end-of-block pattern, wherever it comes; without EndOfBlock
+/// also behind the byte with the last bit of the last of Rows rows; and with the input, where a row that has begun is
+/// delivered. Rows of zero bits before an EOL are passed over. Damage is a failure, but for the rows that
+/// DamagedRowsBeforeError allows in succession in Group 3: the row before takes their place, or a white one. The
+/// uncompressed mode is damage.
 class CFaxDecoder final : public CDecoder {
 public:
     /// The parameters' ranges are checked before; see MakeDecoder.

@@ -1,5 +1,5 @@
-// FlateDecode. zlib is given the input's block as it stands and tells what it has used, which ends at the last byte of the
-// data; it writes straight to the reader.
+// FlateDecode. zlib is given the input's block as it stands and tells what it has used, which ends at the last byte of
+// the data; it writes straight to the reader.
 #include "complete/filters/FlateDecoder.h"
 
 CFlateDecoder::~CFlateDecoder() {

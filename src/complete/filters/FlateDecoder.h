@@ -5,8 +5,8 @@
 
 #include "complete/filters/Decoder.h"
 
-/// The end of the input serves as the end of the data, wherever it comes, and the check value at the end is taken and not
-/// compared: what was decoded is worth having. Anything else that isn't of the format is a failure.
+/// The end of the input serves as the end of the data, wherever it comes, and the check value at the end is taken and
+/// not compared: what was decoded is worth having. Anything else that isn't of the format is a failure.
 class CFlateDecoder final : public CDecoder {
 public:
     CFlateDecoder(CByteReader& input, CFilterLimits* limits) noexcept : CDecoder(input, limits) {}

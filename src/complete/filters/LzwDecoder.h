@@ -8,8 +8,8 @@
 #include "complete/filters/FilterParameters.h"
 
 /// Codes begin one bit longer than a unit and grow with the table. A table that is full stays as it is up to the next
-/// clear code. The end of the input serves as the end code; a code beyond the table is a failure. Units below 8 bits come
-/// as one byte each.
+/// clear code. The end of the input serves as the end code; a code beyond the table is a failure. Units below 8 bits
+/// come as one byte each.
 class CLzwDecoder final : public CDecoder {
 public:
     /// The parameters' ranges are checked before; see MakeDecoder.

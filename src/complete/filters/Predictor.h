@@ -21,8 +21,8 @@ struct PredictorRow {
 /// The value of PNG's Paeth predictor: left, above or upper left, whichever is nearest to left + above - upper left.
 [[nodiscard]] unsigned char PaethPredictor(unsigned char left, unsigned char above, unsigned char upperLeft) noexcept;
 
-/// Adds the neighbours again. A last row that is cut off is delivered as far as it goes; a row type that PNG has not is a
-/// failure.
+/// Adds the neighbours again. A last row that is cut off is delivered as far as it goes; a row type that PNG has not
+/// is a failure.
 class CPredictorDecoder final : public CByteSource {
 public:
     /// Owns the source. The parameters' ranges are checked before; see MakeDecoder.

@@ -7,8 +7,8 @@
 
 #include "complete/filters/Decoder.h"
 
-/// A length 0 to 127 with one byte more than that to copy, or 129 to 255 with a byte to repeat 257 less length times, up
-/// to the length 128. The end of the input, also inside a piece, serves as 128.
+/// A length 0 to 127 with one byte more than that to copy, or 129 to 255 with a byte to repeat 257 less length times,
+/// up to the length 128. The end of the input, also inside a piece, serves as 128.
 class CRunLengthDecoder final : public CDecoder {
 public:
     CRunLengthDecoder(CByteReader& input, CFilterLimits* limits) noexcept : CDecoder(input, limits) {}

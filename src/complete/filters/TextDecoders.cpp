@@ -1,5 +1,5 @@
-// ASCIIHexDecode and ASCII85Decode. Both look characters up in a table, and have a short way for whole pairs or groups that stand
-// in one block without blanks.
+// ASCIIHexDecode and ASCII85Decode. Both look characters up in a table, and have a short way for whole pairs or groups
+// that stand in one block without blanks.
 #include "complete/filters/TextDecoders.h"
 
 #include <array>
