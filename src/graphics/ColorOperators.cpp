@@ -59,19 +59,7 @@ int OpSetcolorspace(CFilterEPS& m) {
     const auto* array = As<CArrayElement>(operand.get());
     const auto* name = As<CSimpElement>(array ? array->GetAt(0) : operand.get());
     if (!name) return m.Fail(PSERR_TYPECHECK);
-    const std::int32_t kind = ColorKindOf(name->m_pName);
-    if (kind < 0) return m.Fail(PSERR_UNSUPPORTED);
-    CGraphState* state = m.GetCurrentGState();
-    if (array) {
-        state->SetColorSpace(TypedPtr<CArrayElement>(static_cast<CArrayElement*>(operand.release())));
-    } else if (operand->m_bExec) {
-        std::vector<ElementPtr> space;  // of this very name; a literal one is made when it is asked for
-        space.push_back(std::move(operand));
-        state->SetColorSpace(MakeElement<CArrayElement>(std::move(space)));
-    } else {
-        state->SetNamedColorSpace(kind);
-    }
-    return 1;
+    return m.Dialect().SetColorSpace(m, name->m_pName, std::move(operand));
 }
 
 // -  currentcolorspace  array
@@ -171,6 +159,22 @@ constexpr OpRow kRows[] = {
 
 constinit const OpTable kColorCoreOperators{kCoreRows};
 constinit const OpTable kColorOperators{kRows};
+
+int CDialect::SetColorSpace(CFilterEPS& m, const CName* family, ElementPtr operand) {
+    const std::int32_t kind = ColorKindOf(family);
+    if (kind < 0) return m.Fail(PSERR_UNSUPPORTED);
+    CGraphState* state = m.GetCurrentGState();
+    if (As<CArrayElement>(operand.get())) {
+        state->SetColorSpace(TypedPtr<CArrayElement>(static_cast<CArrayElement*>(operand.release())));
+    } else if (operand->m_bExec) {
+        std::vector<ElementPtr> space;  // of this very name; a literal one is made when it is asked for
+        space.push_back(std::move(operand));
+        state->SetColorSpace(MakeElement<CArrayElement>(std::move(space)));
+    } else {
+        state->SetNamedColorSpace(kind);
+    }
+    return 1;
+}
 
 int SetPatternColor(CFilterEPS& m, ErrorCode withoutSpace) {
     auto pattern = Take<CDictionary>(m);

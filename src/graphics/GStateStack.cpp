@@ -21,6 +21,8 @@ void DropState(ElementPtr element) noexcept {
 
 }  // namespace
 
+std::int32_t CDialect::PathLimit() const { return PATH_MAX_RECORDS; }
+
 CGraphState* CFilterEPS::GetCurrentGState() const {
     return static_cast<CGStateElement*>(m_GStateStack.Top())->GetBody();
 }
@@ -38,6 +40,7 @@ void CFilterEPS::PopGState() {
 void CFilterEPS::CreateFirstGState() {
     auto state = std::make_unique<CGraphState>();
     state->InitDefaults();
+    state->m_Path.SetLimit(m_pDialect->PathLimit());
     state->m_bPrivate = true;
     m_GStateStack.Push(MakeElement<CGStateElement>(std::move(state)));
 }

@@ -110,7 +110,7 @@ public:
 private:
     void Refuse() {
         m_bOk = false;
-        m_Machine.m_nError = PSERR_TYPECHECK;
+        m_Machine.Fail(PSERR_TYPECHECK);
     }
 
     CFilterEPS& m_Machine;

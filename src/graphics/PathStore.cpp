@@ -2,6 +2,7 @@
 #include "graphics/PathStore.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "graphics/GraphState.h"
@@ -13,13 +14,19 @@ constexpr size_t FIRST_ROOM = 32;  // records: most paths of most files fit
 }  // namespace
 
 CPath::CPath(const CPath& other) noexcept
-    : m_nCount(other.m_nCount), m_nSubpathRecords(other.m_nSubpathRecords), m_nLastMove(other.m_nLastMove) {
+    : m_nCount(other.m_nCount),
+      m_nLimit(other.m_nLimit),
+      m_nDropped(other.m_nDropped),
+      m_nSubpathRecords(other.m_nSubpathRecords),
+      m_nLastMove(other.m_nLastMove) {
     if (m_nCount > 0) m_pBlock = other.m_pBlock;
 }
 
 CPath& CPath::operator=(CPath other) noexcept {
     m_pBlock = std::move(other.m_pBlock);
     m_nCount = other.m_nCount;
+    m_nLimit = other.m_nLimit;
+    m_nDropped = other.m_nDropped;
     m_nSubpathRecords = other.m_nSubpathRecords;
     m_nLastMove = other.m_nLastMove;
     return *this;
@@ -28,6 +35,7 @@ CPath& CPath::operator=(CPath other) noexcept {
 void CPath::Clear() noexcept {
     if (m_pBlock.IsShared()) m_pBlock = {};
     m_nCount = 0;
+    m_nDropped = 0;
     m_nSubpathRecords = 0;
     m_nLastMove = -1;
 }
@@ -50,28 +58,32 @@ void CPath::Append(const point_2d& point, std::uint16_t letter) {
     ++m_nCount;
 }
 
+void CPath::Refuse(int points) noexcept {
+    if (m_nDropped <= std::numeric_limits<std::int32_t>::max() - points) m_nDropped += points;
+}
+
 void CPath::Add(const point_2d* points, std::uint16_t letter) {
-    const std::int32_t room = PATH_MAX_RECORDS - m_nCount;
+    const std::int32_t room = m_nLimit - m_nCount;
     switch (letter) {
         case PATH_MOVE:
-            if (room < 1) return;
+            if (room < 1) return Refuse(1);
             if (m_nLastMove >= 0 && m_nLastMove == m_nCount - 1) --m_nCount;
             Append(*points, letter);
             m_nLastMove = m_nCount - 1;
             m_nSubpathRecords = 1;
             return;
         case PATH_LINE:
-            if (room < 1) return;
+            if (room < 1) return Refuse(1);
             Append(*points, letter);
             ++m_nSubpathRecords;
             return;
         case PATH_CLOSE:
-            if (room < 1) return;
+            if (room < 1) return Refuse(1);
             Append(*points, letter);
             m_nSubpathRecords = 0;
             return;
         case PATH_CURVE:
-            if (room < 3) return;
+            if (room < 3) return Refuse(3);
             for (int i = 0; i < 3; ++i) Append(points[i], letter);
             m_nSubpathRecords += 3;
             return;

@@ -21,7 +21,8 @@ struct tagPLPoint {
     std::uint16_t nOp;  ///< PathLetter
 };
 
-/// Most records of a path. Departure: what does not fit is dropped without an error.
+/// Most records of a path, unless the dialect has another limit. Departure: what does not fit is dropped without an
+/// error.
 inline constexpr std::int32_t PATH_MAX_RECORDS = 10000;
 
 /// A path. A copy shares the records until either side adds to its own, so that copying costs a reference; a
@@ -39,6 +40,10 @@ public:
     void Add(const point_2d* points, std::uint16_t letter);
     void Clear() noexcept;
     [[nodiscard]] std::int32_t GetCount() const noexcept { return m_nCount; }
+    /// The most records that the path and its copies take from now on.
+    void SetLimit(std::int32_t records) noexcept { m_nLimit = records; }
+    /// Points that did not fit since the path was empty.
+    [[nodiscard]] std::int32_t CountDropped() const noexcept { return m_nDropped; }
     /// The record at an index from 0 to below GetCount.
     [[nodiscard]] const tagPLPoint& At(std::int32_t index) const noexcept {
         return m_pBlock->records[static_cast<size_t>(index)];
@@ -54,9 +59,12 @@ private:
     };
 
     void Append(const point_2d& point, std::uint16_t letter);
+    void Refuse(int points) noexcept;
 
     CSharedRef<Block> m_pBlock;  ///< null before the first record
     std::int32_t m_nCount = 0;
+    std::int32_t m_nLimit = PATH_MAX_RECORDS;
+    std::int32_t m_nDropped = 0;
     // Kept along, so that no closepath walks back over the path.
     std::int32_t m_nSubpathRecords = 0;
     std::int32_t m_nLastMove = -1;  ///< index of the last 'm'

@@ -113,7 +113,7 @@ int OpPathforall(CFilterEPS& m) {
             m.PushReal(point.y);
             run = record.nOp == PATH_MOVE ? move.get() : line.get();
         }
-        if (m.ExecuteProcedure(run) != 1) return -1;
+        if (m.ExecuteProcedure(run) != 1) return m.Dialect().TakeExit(m) ? 1 : -1;
         if (g_bExitFlag) {
             g_bExitFlag = false;
             break;

@@ -1,4 +1,5 @@
-// The error codes of a run. They are what the message box names; PostScript programs can't catch them.
+// The error codes of a run. They are what the message box names. In the plain dialect no program can
+// catch an error.
 #pragma once
 
 /// Codes of CFilterEPS::m_nError. The text of code n is string 4017 + n.
@@ -17,3 +18,12 @@ enum ErrorCode : int {
     PSERR_NOCURRENTPOINT = 10,
     PSERR_UNSUPPORTED = 11
 };
+
+/// The language's name of a code. Who knows a finer one gives it to CFilterEPS::Fail. Two codes have no error of the
+/// language behind them: the file is none of this kind, and the language has what this system refuses.
+[[nodiscard]] constexpr const char* ErrorName(int code) noexcept {
+    constexpr const char* names[] = {"format",         "typecheck",  "undefined",     "syntaxerror",        "ioerror",
+                                     "stackunderflow", "rangecheck", "unmatchedmark", "dictstackunderflow", "VMerror",
+                                     "nocurrentpoint", "unsupported"};
+    return code >= PSERR_FORMAT && code <= PSERR_UNSUPPORTED ? names[code] : "";
+}

@@ -60,11 +60,16 @@ int CFilterEPS::ExecuteName(const CName* name) {
     } else {
         value = LookUp(name);
     }
-    if (!value) return Fail(PSERR_UNDEFINED);
+    if (!value) {
+        Fail(PSERR_UNDEFINED);
+        return RaiseError(name);
+    }
     if (const auto* op = As<COperatorElement>(value)) return ExecuteOperator(op->m_pName) == 1 ? 1 : -1;
     // Departure: an executable raw token is pushed; only the operators that run an object run one.
     if (value->m_bExec && value->m_nType != ET_RAWTOKEN) {
-        if (const int result = ExecuteObject(*value); result != 0) return result;
+        const int result = ExecuteObject(*value);
+        if (result == 1) return 1;
+        if (result != 0) return RaiseError(name);
     }
     Push(value->Clone());
     return 1;
@@ -75,7 +80,7 @@ int CFilterEPS::ExecuteObject(const CElement& e) {
     switch (e.m_nType) {
         case ET_NAME: {
             CallScope scope(*this);  // a name that stands for itself would go round for ever
-            if (!scope.Fits()) return Fail(PSERR_RANGE);
+            if (!scope.Fits()) return Fail(PSERR_RANGE, "execstackoverflow");
             return ExecuteName(static_cast<const CSimpElement&>(e).m_pName);
         }
         case ET_RAWTOKEN:
@@ -88,7 +93,7 @@ int CFilterEPS::ExecuteObject(const CElement& e) {
         case ET_OPERATOR:
             return ExecuteOperator(static_cast<const COperatorElement&>(e).m_pName) == 1 ? 1 : -1;
         default:
-            return 0;
+            return m_pDialect->ExecuteOther(*this, e);
     }
 }
 
@@ -105,7 +110,7 @@ int CFilterEPS::ExecuteToken(const CName* name) {
 
 int CFilterEPS::ExecuteString(const CStringElement& string) {
     CallScope scope(*this);
-    if (!scope.Fits()) return Fail(PSERR_RANGE);
+    if (!scope.Fits()) return Fail(PSERR_RANGE, "execstackoverflow");
     // A copy: the string may change, or go, while it runs.
     const std::string text = string.GetText();
     return ScanBuffer(text);
@@ -114,7 +119,7 @@ int CFilterEPS::ExecuteString(const CStringElement& string) {
 int CFilterEPS::ExecuteProcedure(const CArrayElement* array) {
     if (IsInterrupted()) return -1;
     CallScope scope(*this);
-    if (!scope.Fits()) return Fail(PSERR_RANGE);
+    if (!scope.Fits()) return Fail(PSERR_RANGE, "execstackoverflow");
     // The element may be dropped by what runs, and the body by a restore: the body is asked for anew at each step.
     const CBodyRef<CArrayBody> ref = array->m_Body;
     const std::int32_t first = array->m_bView ? array->m_nStart : 0;

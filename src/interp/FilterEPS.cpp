@@ -26,14 +26,18 @@ CFilterEPS::CProcessState::~CProcessState() {
     g_bStopFlag = false;
 }
 
-CFilterEPS::CFilterEPS(std::int32_t nHostVersion)
-    : m_nHostVersion(nHostVersion), m_pFontDirectoryName(InternName("FontDirectory")), m_pStackFloor(StackFloor()) {
+CFilterEPS::CFilterEPS(std::int32_t nHostVersion, std::unique_ptr<CDialect> dialect)
+    : m_pDialect(std::move(dialect)),
+      m_nHostVersion(nHostVersion),
+      m_pFontDirectoryName(InternName("FontDirectory")),
+      m_pStackFloor(StackFloor()) {
     for (point_2d& point : m_ptScratch) point = point_2d{};
     BuildDefaultFont();
     BuildSystemDict();
     BuildInternalDict();
     CreateFirstGState();
     m_pPageDevice = MakeElement<CDictionary>(40);
+    m_pDialect->FinishStartup(*this);
 }
 
 CFilterEPS::~CFilterEPS() = default;
@@ -47,6 +51,26 @@ int CFilterEPS::OpenInputFile(const char* path) {
 void CFilterEPS::CloseInputFile() {
     if (m_pCurrentFile) m_pCurrentFile->Close();
     m_pCurrentFile.reset();
+}
+
+int CFilterEPS::RefuseOperator(const CName* name) {
+    Fail(PSERR_UNSUPPORTED);
+    return RaiseError(name) == 1 ? 1 : 0;
+}
+
+int CFilterEPS::RaiseError(const CName* running) {
+    // A silent end, or an error that has been raised where it was met.
+    if (m_nError == PSERR_NONE || m_Report.failure) return -1;
+    RecordFailure(running);
+    return m_pDialect->OnError(*this, running);
+}
+
+void CFilterEPS::RecordFailure(const CName* running) {
+    tagRunFailure& failure = m_Report.failure.emplace();
+    failure.nError = m_nError;
+    failure.strError = m_pErrorName ? m_pErrorName : ErrorName(m_nError);
+    if (running) failure.strOperator = running->Text();
+    m_pErrorName = nullptr;
 }
 
 void CFilterEPS::ReportError() {

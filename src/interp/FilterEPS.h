@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "hostout/DataFilter.h"
+#include "interp/Dialect.h"
 #include "interp/ElementStack.h"
 #include "interp/ErrorCodes.h"
 #include "objects/Array.h"
@@ -21,7 +22,6 @@
 
 class CGraphState;
 class CGStateElement;
-enum class Lexeme;
 
 // Set by `exit` and `stop`, read behind each name or operator of a procedure. Process-wide, like the save level
 // and the global mode: one machine at a time. Reset by its destructor.
@@ -47,9 +47,11 @@ class CFilterEPS final : public CDataFilter {
         ~CProcessState();
     };
     CProcessState m_ProcessState;
+    std::unique_ptr<CDialect> m_pDialect;  ///< may hold elements: it goes before the pool, and behind all stacks
 
 public:
-    explicit CFilterEPS(std::int32_t nHostVersion);
+    /// A machine of the library's own dialect, or of another one (not null).
+    explicit CFilterEPS(std::int32_t nHostVersion, std::unique_ptr<CDialect> dialect = MakeLibraryDialect());
     ~CFilterEPS() override;
 
     // What the import driver calls.
@@ -73,9 +75,8 @@ public:
     [[nodiscard]] int ExecuteProcedure(const CArrayElement* array);
     /// Runs the operator of that name; 0 with PSERR_UNSUPPORTED when no group of the chain claims it.
     [[nodiscard]] int ExecuteOperator(const CName* name) {
-        if (name->m_pfnOperator) return name->m_pfnOperator(*this);
-        m_nError = PSERR_UNSUPPORTED;
-        return 0;
+        if (!name->m_pfnOperator) return RefuseOperator(name);
+        return name->m_pfnOperator(*this) == 1 ? 1 : RaiseError(name);
     }
     [[nodiscard]] int ExecuteOperator(std::string_view name) { return ExecuteOperator(InternName(name)); }
     /// Runs an executable name, raw token, procedure, string or operator, as `exec` does. Answers 0, having done
@@ -86,13 +87,24 @@ public:
     [[nodiscard]] int ExecuteString(const CStringElement& string);
 
     // Scanning.
+    // These four are the dialect's.
     /// Executes a text.
-    [[nodiscard]] int ScanBuffer(std::string_view text);
+    [[nodiscard]] int ScanBuffer(std::string_view text) { return m_pDialect->ScanBuffer(*this, text); }
     /// Takes the first object out of a string. 1 with or without an object (null), 0 for an empty source, -1 with
     /// PSERR_SYNTAX; consumed tells how many bytes belong to it.
-    [[nodiscard]] int ScanToken(const CStringElement& source, ElementPtr& object, std::int32_t& consumed);
+    [[nodiscard]] int ScanToken(const CStringElement& source, ElementPtr& object, std::int32_t& consumed) {
+        return m_pDialect->ScanToken(*this, source, object, consumed);
+    }
     /// Makes the procedure of the text between two braces.
-    [[nodiscard]] int ParseProcedure(std::string_view text, ElementPtr& procedure);
+    [[nodiscard]] int ParseProcedure(std::string_view text, ElementPtr& procedure) {
+        return m_pDialect->ParseProcedure(*this, text, procedure);
+    }
+    /// What a token of a program means: a number is pushed, a name executed.
+    [[nodiscard]] int ExecuteToken(std::string_view text);
+    /// Pushes the number of a token of that class. PSERR_SYNTAX for a radix number without a value.
+    [[nodiscard]] int PushNumberToken(std::string_view text, NumberClass numberClass);
+    /// Pushes the value of an immediately evaluated name. PSERR_UNDEFINED.
+    [[nodiscard]] int PushImmediate(std::string_view text);
     /// Takes the elements above the topmost mark into a new literal array; the mark stays. Null without a mark.
     [[nodiscard]] ElementPtr BuildArray();
     /// Takes the pairs above the topmost mark into a new dictionary; the mark, and an odd element above it, stay.
@@ -107,12 +119,24 @@ public:
     /// is not for every day. Line 1, offset 0 without an input file.
     [[nodiscard]] tagInputPlace InputPlace() const;
 
-    // Small change of the operators.
-    /// Stores the code and answers -1.
-    int Fail(ErrorCode code) {
+    // Errors. Who meets one stores its code and answers -1. Where an operator or name is done, or the scanner has met
+    // it by itself, RaiseError decides what it comes to; from there on a -1 is only passed up.
+    /// Stores the code and answers -1. name is the language's name of the error, where ErrorName has another one for
+    /// the code.
+    int Fail(ErrorCode code, const char* name = nullptr) {
         m_nError = code;
+        m_pErrorName = name;
         return -1;
     }
+    /// What a failure of `running` comes to; null is the scanner. Of an error that has just been met, m_Report.failure
+    /// takes what and where, and the dialect decides: 1 to go on, or -1. An error that somebody further in has raised,
+    /// and a silent end, stay -1.
+    [[nodiscard, gnu::cold]] int RaiseError(const CName* running);
+    /// Fills m_Report.failure but for the place, which is looked up when the run ends.
+    void RecordFailure(const CName* running);
+    [[nodiscard]] CDialect& Dialect() const noexcept { return *m_pDialect; }
+
+    // Small change of the operators.
     void Push(ElementPtr e) { m_OperandStack.Push(std::move(e)); }
     void PushInt(std::int32_t n) { m_OperandStack.Push(NewInt(n)); }
     void PushReal(double f) { m_OperandStack.Push(NewReal(f)); }
@@ -187,9 +211,10 @@ public:
     TypedPtr<CFileElement> m_pCurrentFile;
     TypedPtr<CDictionary> m_pInternalDict;
     TypedPtr<CDictionary> m_pPageDevice;
-    std::minstd_rand m_Random{1};  ///< what `rand` draws from, so that a file draws the same on every run
-    tagRunReport m_Report;         ///< what the main window is told when the run ends
-    bool m_bPacking = false;       ///< procedures are built as packed arrays
+    std::minstd_rand m_Random{1};      ///< what `rand` draws from, so that a file draws the same on every run
+    tagRunReport m_Report;             ///< what the main window is told when the run ends
+    std::int64_t m_nSectionStart = 0;  ///< of the PostScript section in the input file
+    bool m_bPacking = false;           ///< procedures are built as packed arrays
     std::int32_t m_nRandSeed = 0;
     std::int32_t m_nObjectFormat = 2;
     float m_fMergeTolerance = 0.01f;   ///< shortest straight segment, millimetres
@@ -206,23 +231,16 @@ private:
     static void BuildErrorDict(CDictionary& dict);
     static void BuildErrorInfoDict(CDictionary& dict);
 
-    [[nodiscard]] int CheckEpsHeader();
-    [[nodiscard]] int ScanFile();
-    template <class Lexer>
-    [[nodiscard]] int RunLexer(Lexer& lexer);
-    [[nodiscard]] int ExecuteToken(std::string_view text);
+    [[nodiscard, gnu::cold]] int RefuseOperator(const CName* name);
     [[nodiscard]] int ExecuteToken(const CName* name);
-    [[nodiscard]] int PushNumberToken(std::string_view text, NumberClass numberClass);
-    [[nodiscard]] int PushImmediate(std::string_view text);
-    [[nodiscard]] ElementPtr MakeBodyElement(Lexeme lexeme, std::string_view text) const;
     [[nodiscard]] bool PollHost();
     void HandleExhaustedMemory();
 
     const CName* m_pFontDirectoryName;
-    std::int64_t m_nSectionStart = 0;  ///< of the PostScript section in the input file
     static constexpr int POLL_INTERVAL = 4096;
     int m_nUntilPoll = POLL_INTERVAL;
     int m_nCallDepth = 0;
     bool m_bUserBreak = false;
+    const char* m_pErrorName = nullptr;   ///< of the last failure, where it isn't that of the code
     const char* m_pStackFloor = nullptr;  ///< lowest address that nested calls may reach
 };

@@ -78,7 +78,7 @@ public:
 private:
     CElement* Refuse(ErrorCode code) noexcept {
         m_bOk = false;
-        m_Machine.m_nError = code;
+        m_Machine.Fail(code);
         return nullptr;
     }
 

@@ -80,13 +80,24 @@ constexpr ChainLink g_Chain[] = {
 
 std::span<const ChainLink> OperatorChain() noexcept { return g_Chain; }
 
-void ResolveOperators() {
-    for (const ChainLink& link : g_Chain) {
-        for (const OpRow& row : *link.table) {
+void ResolveOperators(const CDialect& dialect) {
+    const auto offer = [](const OpTable& table) {
+        for (const OpRow& row : table) {
             const CName* name = InternName(row.name);
             if (!name->m_pfnOperator) name->m_pfnOperator = row.run;
         }
+    };
+    for (const OpTable* table : dialect.OperatorTables()) offer(*table);
+    for (const ChainLink& link : g_Chain) offer(*link.table);
+}
+
+OperatorFn ChainOperator(std::string_view name) noexcept {
+    for (const ChainLink& link : g_Chain) {
+        for (const OpRow& row : *link.table) {
+            if (name == row.name) return row.run;
+        }
     }
+    return nullptr;
 }
 
 int OpUnsupported(CFilterEPS& m) { return m.Fail(PSERR_UNSUPPORTED); }

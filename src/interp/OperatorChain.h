@@ -6,6 +6,8 @@
 
 #include "interp/OperatorTable.h"
 
+class CDialect;
+
 /// A table at its place in the chain. A place that two families share has several tables.
 struct ChainLink {
     int place;
@@ -15,5 +17,9 @@ struct ChainLink {
 /// The links in the order in which a name is offered to them.
 [[nodiscard]] std::span<const ChainLink> OperatorChain() noexcept;
 
-/// Puts the function of each operator in the entry of its name: that of the first row of the chain that has it.
-void ResolveOperators();
+/// Puts the function of each operator in the entry of its name: that of the first row that has it, of a dialect's
+/// tables and then of the chain.
+void ResolveOperators(const CDialect& dialect);
+
+/// The operator that the chain alone gives a name, for those who stand before it and go on to it; null without one.
+[[nodiscard]] OperatorFn ChainOperator(std::string_view name) noexcept;

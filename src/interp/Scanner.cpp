@@ -1,5 +1,5 @@
 // The scanners: the main loop over the input file, texts executed as programs, single tokens of strings, and the
-// bodies of procedures. All of them stand on the lexer; here is what each lexeme does.
+// bodies of procedures, as the plain dialect reads them. What each lexeme does stands in ScanLoops.h.
 #include <deque>
 #include <new>
 #include <stdexcept>
@@ -7,29 +7,30 @@
 #include "hostout/HostCore.h"
 #include "interp/FilterEPS.h"
 #include "interp/Lexer.h"
+#include "interp/ScanLoops.h"
 #include "platform/LocalResources.h"
 #include "platform/Window.h"
 
 // The main loop
 
-int CFilterEPS::CheckEpsHeader() {
+int CDialect::FindProgram(CFilterEPS& m) {
     unsigned char bytes[12] = {};
     unsigned count = 0;
     const auto word = [&bytes](int at) {
         return static_cast<std::int64_t>(bytes[at]) | static_cast<std::int64_t>(bytes[at + 1]) << 8 |
                static_cast<std::int64_t>(bytes[at + 2]) << 16 | static_cast<std::int64_t>(bytes[at + 3]) << 24;
     };
-    if (!m_pCurrentFile || m_pCurrentFile->ReadBlock(bytes, 4, &count) != 1) return Fail(PSERR_FORMAT);
+    if (!m.m_pCurrentFile || m.m_pCurrentFile->ReadBlock(bytes, 4, &count) != 1) return m.Fail(PSERR_FORMAT);
     if (std::string_view(reinterpret_cast<char*>(bytes), 4) == "%!PS") {
-        return m_pCurrentFile->SetPosition(0) == 1 ? 1 : Fail(PSERR_IO);
+        return m.m_pCurrentFile->SetPosition(0) == 1 ? 1 : m.Fail(PSERR_IO);
     }
     // The binary header: offset and length of the PostScript section, little-endian (EPS File Format 3.0).
-    if (word(0) != 0xC6D3D0C5 || m_pCurrentFile->ReadBlock(bytes + 4, 8, &count) != 1) return Fail(PSERR_FORMAT);
+    if (word(0) != 0xC6D3D0C5 || m.m_pCurrentFile->ReadBlock(bytes + 4, 8, &count) != 1) return m.Fail(PSERR_FORMAT);
     const std::int64_t offset = word(4);
     const std::int64_t length = word(8);
-    if (m_pCurrentFile->SetPosition(offset) != 1) return Fail(PSERR_IO);
-    m_nSectionStart = offset;
-    m_pCurrentFile->SetLimit(offset + length);
+    if (m.m_pCurrentFile->SetPosition(offset) != 1) return m.Fail(PSERR_IO);
+    m.m_nSectionStart = offset;
+    m.m_pCurrentFile->SetLimit(offset + length);
     return 1;
 }
 
@@ -37,13 +38,23 @@ int CFilterEPS::RunFile(CEntGroup* group) {
     m_pGroup = group;
     int result = -1;
     try {
-        result = CheckEpsHeader() == 1 ? ScanFile() : -1;
+        if (m_pDialect->FindProgram(*this) == 1) {
+            result = m_pDialect->ScanFile(*this);
+        } else {
+            RecordFailure(nullptr);
+        }
+        if (result == -1) result = m_pDialect->EndFailedRun(*this);
     } catch (const std::bad_alloc&) {
         HandleExhaustedMemory();
     } catch (const std::length_error&) {
         HandleExhaustedMemory();
     }
     m_OperandStack.Clear();
+    if (m_Report.failure) {
+        const tagInputPlace place = InputPlace();
+        m_Report.failure->nLine = place.nLine;
+        m_Report.failure->nOffset = place.nOffset;
+    }
     if (result == -1) ReportError();
     glbf_GetMainFrame()->OnRunEnded(m_Report);
     return result;
@@ -51,7 +62,11 @@ int CFilterEPS::RunFile(CEntGroup* group) {
 
 void CFilterEPS::HandleExhaustedMemory() {
     m_OperandStack.Clear();
-    m_nError = glbf_GetMainFrame()->OnMemoryExhausted() ? PSERR_NONE : PSERR_VMOVERFLOW;
+    Fail(glbf_GetMainFrame()->OnMemoryExhausted() ? PSERR_NONE : PSERR_VMOVERFLOW);
+    if (m_nError == PSERR_NONE)
+        m_Report.failure.reset();
+    else
+        RecordFailure(nullptr);
 }
 
 tagInputPlace CFilterEPS::InputPlace() const {
@@ -59,58 +74,14 @@ tagInputPlace CFilterEPS::InputPlace() const {
     return body ? body->ScanPlace(m_nSectionStart) : tagInputPlace{};
 }
 
-int CFilterEPS::ScanFile() {
-    CLexer<CFileSource, FileRules> lexer{CFileSource(*m_pCurrentFile)};
-    return RunLexer(lexer);
+int CDialect::ScanFile(CFilterEPS& m) {
+    CLexer<CFileSource, FileRules> lexer{CFileSource(*m.m_pCurrentFile)};
+    return RunLexer(m, lexer);
 }
 
-int CFilterEPS::ScanBuffer(std::string_view text) {
+int CDialect::ScanBuffer(CFilterEPS& m, std::string_view text) {
     CLexer<CTextSource, TextRules> lexer{CTextSource(text)};
-    return RunLexer(lexer);
-}
-
-template <class Lexer>
-int CFilterEPS::RunLexer(Lexer& lexer) {
-    for (;;) {
-        if (IsInterrupted()) return -1;
-        switch (lexer.Next()) {
-            case Lexeme::end:
-            case Lexeme::comment:
-            case Lexeme::braceOpen:
-                return 1;
-            case Lexeme::failure:
-                return Fail(lexer.Error());
-            case Lexeme::token:
-                if (ExecuteToken(lexer.Text()) != 1) return -1;
-                break;
-            case Lexeme::literal:
-                Push(MakeElement<CSimpElement>(lexer.Text()));
-                break;
-            case Lexeme::immediate:
-                if (PushImmediate(lexer.Text()) != 1) return -1;
-                break;
-            case Lexeme::string:
-            case Lexeme::hexString:
-                Push(MakeElement<CStringElement>(lexer.Text()));
-                break;
-            case Lexeme::procedure: {
-                ElementPtr procedure;
-                if (ParseProcedure(lexer.Text(), procedure) != 1) return -1;
-                Push(std::move(procedure));
-                break;
-            }
-            case Lexeme::arrayBegin:
-            case Lexeme::dictBegin:
-                Push(NewMark());
-                break;
-            case Lexeme::arrayEnd:
-                if (CloseArray() != 1) return -1;
-                break;
-            case Lexeme::dictEnd:
-                if (CloseDictionary() != 1) return -1;
-                break;
-        }
-    }
+    return RunLexer(m, lexer);
 }
 
 int CFilterEPS::ExecuteToken(std::string_view text) {
@@ -139,54 +110,14 @@ int CFilterEPS::PushImmediate(std::string_view text) {
 
 // Single tokens
 
-int CFilterEPS::ScanToken(const CStringElement& source, ElementPtr& object, std::int32_t& consumed) {
+int CDialect::ScanToken(CFilterEPS& m, const CStringElement& source, ElementPtr& object, std::int32_t& consumed) {
     object = nullptr;
     consumed = 0;
     const std::string_view text = source.Bytes();  // nothing runs that could change them
     if (text.empty()) return 0;
     CLexer<CTextSource, TokenRules> lexer{CTextSource(text)};
-    switch (lexer.Next()) {
-        case Lexeme::end:
-        case Lexeme::comment:
-        case Lexeme::braceOpen:
-            return 1;
-        case Lexeme::failure:
-            return Fail(lexer.Error());
-        case Lexeme::token: {
-            const NumberClass numberClass = ClassifyNumber(lexer.Text());
-            if (numberClass == NumberClass::none) {
-                object = MakeElement<CSimpElement>(lexer.Text());
-            } else {
-                if (PushNumberToken(lexer.Text(), numberClass) != 1) return -1;
-                object = Pop();
-            }
-            break;
-        }
-        case Lexeme::literal:
-        case Lexeme::immediate:
-            object = MakeElement<CSimpElement>(lexer.Text());
-            break;
-        case Lexeme::string:
-        case Lexeme::hexString:
-            object = MakeElement<CStringElement>(lexer.Text());
-            break;
-        case Lexeme::procedure:
-            if (ParseProcedure(lexer.Text(), object) != 1) return -1;
-            break;
-        case Lexeme::arrayBegin:
-            object = MakeElement<CSimpElement>("[");
-            break;
-        case Lexeme::arrayEnd:
-            object = MakeElement<CSimpElement>("]");
-            break;
-        case Lexeme::dictBegin:
-            object = MakeElement<CSimpElement>("<<");
-            break;
-        case Lexeme::dictEnd:
-            object = MakeElement<CSimpElement>(">>");
-            break;
-    }
-    consumed = static_cast<std::int32_t>(lexer.Consumed());
+    if (ReadObject(m, lexer, object) != 1) return -1;
+    if (object) consumed = static_cast<std::int32_t>(lexer.Consumed());
     return 1;
 }
 
@@ -240,46 +171,9 @@ struct BodyFrame {
     std::vector<ElementPtr> elements;
 };
 
-}  // namespace
-
-int CFilterEPS::ParseProcedure(std::string_view text, ElementPtr& procedure) {
-    CBraceMatches braces;
-    if (!braces.Find(text)) return Fail(PSERR_RANGE);
-    std::deque<BodyFrame> frames;
-    frames.emplace_back(text, 0);
-    for (;;) {
-        BodyFrame& frame = frames.back();
-        const Lexeme lexeme = frame.lexer.Next();
-        if (lexeme == Lexeme::braceOpen) {
-            const size_t inner = frame.start + frame.lexer.Consumed();
-            const size_t close = braces.CloseOf(inner - 1);
-            if (close >= text.size()) return Fail(PSERR_SYNTAX);
-            frames.emplace_back(text.substr(inner, close - inner), inner);
-        } else if (lexeme == Lexeme::end) {
-            auto array = MakeElement<CArrayElement>(std::move(frame.elements));
-            if (m_bPacking) array->m_nType = ET_PACKEDARRAY;
-            array->m_bExec = true;
-            const size_t length = frame.length;
-            frames.pop_back();
-            if (frames.empty()) {
-                procedure = std::move(array);
-                return 1;
-            }
-            frames.back().elements.push_back(std::move(array));
-            frames.back().lexer.SkipBytes(length + 1);
-        } else if (lexeme == Lexeme::failure) {
-            return Fail(frame.lexer.Error());
-        } else {
-            ElementPtr element = MakeBodyElement(lexeme, frame.lexer.Text());
-            if (!element) return Fail(PSERR_UNDEFINED);
-            frame.elements.push_back(std::move(element));
-        }
-    }
-}
-
 // Departure: of a procedure's body only immediate names are resolved when it is made. Names and numbers stay raw
 // tokens, and [ ] and >> act when the procedure runs; << alone is the finished mark.
-ElementPtr CFilterEPS::MakeBodyElement(Lexeme lexeme, std::string_view text) const {
+ElementPtr MakeBodyElement(const CFilterEPS& m, Lexeme lexeme, std::string_view text) {
     const auto raw = [](std::string_view token) { return MakeElement<CSimpElement>(token, ET_RAWTOKEN); };
     switch (lexeme) {
         case Lexeme::token:
@@ -287,7 +181,7 @@ ElementPtr CFilterEPS::MakeBodyElement(Lexeme lexeme, std::string_view text) con
         case Lexeme::literal:
             return MakeElement<CSimpElement>(text);
         case Lexeme::immediate: {
-            const CElement* value = LookUp(InternName(text));
+            const CElement* value = m.LookUp(InternName(text));
             return value ? value->Clone() : nullptr;
         }
         case Lexeme::string:
@@ -301,6 +195,43 @@ ElementPtr CFilterEPS::MakeBodyElement(Lexeme lexeme, std::string_view text) con
             return raw(">>");
         default:
             return NewMark();
+    }
+}
+
+}  // namespace
+
+int CDialect::ParseProcedure(CFilterEPS& m, std::string_view text, ElementPtr& procedure) {
+    CBraceMatches braces;
+    if (!braces.Find(text)) return m.Fail(PSERR_RANGE);
+    std::deque<BodyFrame> frames;
+    frames.emplace_back(text, 0);
+    for (;;) {
+        BodyFrame& frame = frames.back();
+        const Lexeme lexeme = frame.lexer.Next();
+        if (lexeme == Lexeme::braceOpen) {
+            const size_t inner = frame.start + frame.lexer.Consumed();
+            const size_t close = braces.CloseOf(inner - 1);
+            if (close >= text.size()) return m.Fail(PSERR_SYNTAX);
+            frames.emplace_back(text.substr(inner, close - inner), inner);
+        } else if (lexeme == Lexeme::end) {
+            auto array = MakeElement<CArrayElement>(std::move(frame.elements));
+            if (m.m_bPacking) array->m_nType = ET_PACKEDARRAY;
+            array->m_bExec = true;
+            const size_t length = frame.length;
+            frames.pop_back();
+            if (frames.empty()) {
+                procedure = std::move(array);
+                return 1;
+            }
+            frames.back().elements.push_back(std::move(array));
+            frames.back().lexer.SkipBytes(length + 1);
+        } else if (lexeme == Lexeme::failure) {
+            return m.Fail(frame.lexer.Error());
+        } else {
+            ElementPtr element = MakeBodyElement(m, lexeme, frame.lexer.Text());
+            if (!element) return m.Fail(PSERR_UNDEFINED);
+            frame.elements.push_back(std::move(element));
+        }
     }
 }
 

@@ -88,8 +88,11 @@ void CFilterEPS::BuildSystemDict() {
     };
     systemDict->Put("findencoding", PackedProcedure(Name("Encoding"), op("findresource")));
     systemDict->Put("findfont", PackedProcedure(op(".findfontop")));
-    ResolveOperators();
+    ResolveOperators(*m_pDialect);
     for (const char* name : g_OperatorNames) systemDict->Put(name, op(name));
+    for (const OpTable* table : m_pDialect->OperatorTables()) {
+        for (const OpRow& row : *table) systemDict->Put(row.name, op(row.name));
+    }
     systemDict->Put("GlobalFontDirectory", m_pSharedFontDirectory->Clone());
     systemDict->Put("SharedFontDirectory", m_pSharedFontDirectory->Clone());
 

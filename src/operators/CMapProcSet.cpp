@@ -138,5 +138,6 @@ ElementPtr BuildCMapProcSet(CFilterEPS& m) {
     while (m.m_DictStack.GetCount() > dictDepth) m.m_DictStack.Pop();
     m.Drop(m.m_OperandStack.GetCount() - operandDepth);
     m.m_nError = error;
+    m.m_Report.failure.reset();
     return procSet;
 }

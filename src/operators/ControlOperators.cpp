@@ -10,7 +10,7 @@
 #include "interp/Operands.h"
 
 LoopPass RunLoopPass(CFilterEPS& m, const CArrayElement& procedure) {
-    if (m.ExecuteProcedure(&procedure) != 1) return LoopPass::failed;
+    if (m.ExecuteProcedure(&procedure) != 1) return m.Dialect().TakeExit(m) ? LoopPass::ended : LoopPass::failed;
     return CFilterEPS::TakeLoopFlags() ? LoopPass::ended : LoopPass::goOn;
 }
 
@@ -125,7 +125,8 @@ int OpStop(CFilterEPS&) {
 /// UNSUPPORTED for an executable file or filter, nothing popped.
 int RunTop(CFilterEPS& m) {
     const CElement& top = *m.m_OperandStack.Top();
-    if (top.m_bExec && (top.m_nType == ET_FILE || top.m_nType == ET_FILTER)) return m.Fail(PSERR_UNSUPPORTED);
+    const bool isFile = top.m_bExec && (top.m_nType == ET_FILE || top.m_nType == ET_FILTER);
+    if (isFile && !m.Dialect().RunsFiles()) return m.Fail(PSERR_UNSUPPORTED);
     ElementPtr object = m.Pop();
     const int result = m.ExecuteObject(*object);
     if (result != 0) return result;

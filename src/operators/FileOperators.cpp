@@ -10,10 +10,12 @@
 #include <string>
 #include <vector>
 
+#include "hostout/HostCore.h"
 #include "interp/Keys.h"
 #include "interp/Operands.h"
 #include "operators/ControlOperators.h"
 #include "platform/FileSystem.h"
+#include "platform/Window.h"
 
 namespace {
 
@@ -42,6 +44,11 @@ int PushRead(CFilterEPS& m, const CStringElement& string, std::string_view bytes
     return 1;
 }
 
+/// Why a file can't be had by its name: the host allows none, or it isn't there.
+const char* FileErrorName() {
+    return glbf_GetMainFrame()->AllowsFileAccess() ? "undefinedfilename" : "invalidfileaccess";
+}
+
 // name access  file  file                    STACKUNDERFLOW TYPECHECK; IO, with both gone
 int OpFile(CFilterEPS& m) {
     Operands in(m);
@@ -51,7 +58,7 @@ int OpFile(CFilterEPS& m) {
     const auto access = Take<CStringElement>(m);
     const auto name = Take<CStringElement>(m);
     auto file = MakeElement<CFileElement>(CText(*name).c_str(), CText(*access).c_str());
-    if (file->Open() != 1) return m.Fail(PSERR_IO);
+    if (file->Open() != 1) return m.Fail(PSERR_IO, FileErrorName());
     m.Push(std::move(file));
     return 1;
 }
@@ -143,12 +150,15 @@ int OpFilter(CFilterEPS& m) {
     const bool hasParams = below && below->m_nType == ET_DICT;
     ReadSource(in, hasParams ? 2 : 1);
     if (!in) return -1;
-    const FilterKind kind = FilterKindOf(KeyNameOf(*name)->Text());
+    const std::string_view kind = KeyNameOf(*name)->Text();
+    if (!m.Dialect().HasFilter(kind)) {
+        m.Drop(1);
+        return m.Fail(PSERR_UNSUPPORTED);
+    }
     m.Drop(1);
-    if (kind == FILTER_NONE) return m.Fail(PSERR_UNSUPPORTED);
     TypedPtr<CDictionary> params = hasParams ? Take<CDictionary>(m) : nullptr;
-    auto filter = MakeElement<CFilterElement>(kind, m.Pop(), std::move(params));
-    if (kind == FILTER_REUSABLE && m.SkipFilterData(filter.get()) != 1) return -1;
+    ElementPtr filter = m.Dialect().MakeFilter(m, kind, m.Pop(), std::move(params));
+    if (!filter) return -1;
     m.Push(std::move(filter));
     return 1;
 }
@@ -248,7 +258,7 @@ int OpStatus(CFilterEPS& m) {
     const auto status = FileSystem::Status(CText(static_cast<const CStringElement&>(*operand)).c_str());
     if (!status) {
         m.PushBool(false);
-        return m.Fail(PSERR_IO);
+        return m.Fail(PSERR_IO, FileErrorName());
     }
     constexpr std::int64_t bytesPerPage = 1024;
     PushInt64(m, status->nSize / bytesPerPage);
@@ -265,7 +275,7 @@ int OpDeletefile(CFilterEPS& m) {
     in.String(0);
     if (!in) return -1;
     const auto name = Take<CStringElement>(m);
-    return FileSystem::Remove(CText(*name).c_str()) ? 1 : m.Fail(PSERR_IO);
+    return FileSystem::Remove(CText(*name).c_str()) ? 1 : m.Fail(PSERR_IO, FileErrorName());
 }
 
 // old new  renamefile  -                     STACKUNDERFLOW TYPECHECK; IO, with both gone
@@ -276,7 +286,7 @@ int OpRenamefile(CFilterEPS& m) {
     if (!in) return -1;
     const auto newName = Take<CStringElement>(m);
     const auto oldName = Take<CStringElement>(m);
-    return FileSystem::Rename(CText(*oldName).c_str(), CText(*newName).c_str()) ? 1 : m.Fail(PSERR_IO);
+    return FileSystem::Rename(CText(*oldName).c_str(), CText(*newName).c_str()) ? 1 : m.Fail(PSERR_IO, FileErrorName());
 }
 
 // template proc scratch  filenameforall  -   STACKUNDERFLOW TYPECHECK; UNSUPPORTED, with all gone
@@ -377,6 +387,15 @@ constexpr OpRow kRows[] = {
 };
 
 }  // namespace
+
+bool CDialect::HasFilter(std::string_view name) const { return FilterKindOf(name) != FILTER_NONE; }
+
+ElementPtr CDialect::MakeFilter(CFilterEPS& m, std::string_view name, ElementPtr source, TypedPtr<CDictionary> params) {
+    const FilterKind kind = FilterKindOf(name);
+    auto filter = MakeElement<CFilterElement>(kind, std::move(source), std::move(params));
+    if (kind == FILTER_REUSABLE && m.SkipFilterData(filter.get()) != 1) return nullptr;
+    return filter;
+}
 
 constinit const OpTable kFileCoreOperators{kCoreRows};
 constinit const OpTable kFileOperators{kRows};

@@ -15,17 +15,6 @@
 
 namespace {
 
-/// What is known of a category. A null stands for an operator that the category refuses (PSERR_UNSUPPORTED).
-struct ResourceCategory {
-    std::string_view name;
-    /// Keeps an instance. Answers as an operator.
-    int (*define)(CFilterEPS&, const CName* key, const CElement& instance);
-    void (*undefine)(CFilterEPS&, const CName* key);
-    /// The instance, or null with the code set.
-    ElementPtr (*find)(CFilterEPS&, const CName* key);
-    bool (*isPresent)(const CFilterEPS&, const CName* key);
-};
-
 // Fonts
 
 int DefineFont(CFilterEPS& m, const CName* key, const CElement& instance) {
@@ -43,7 +32,7 @@ void UndefineFont(CFilterEPS& m, const CName* key) {
 // Departure: a font that nobody defined is the default font; it is not entered under the name.
 ElementPtr FindFont(CFilterEPS& m, const CName* key) {
     const CElement* font = m.m_pFontDirectory->GetValue(key);
-    return font ? font->Clone() : m.m_pDefaultFont->Clone();
+    return font ? font->Clone() : m.Dialect().FindUndefinedFont(m, key);
 }
 
 bool IsFontPresent(const CFilterEPS& m, const CName* key) { return m.m_pFontDirectory->Find(key) != nullptr; }
@@ -115,9 +104,7 @@ public:
         if (!m_In) return;
         m_pKey = KeyNameOf(*key);
         m_In.Require(category->m_pName->IsKey() && m_pKey->IsKey(), PSERR_RANGE);
-        const auto* known = std::find_if(std::begin(kCategories), std::end(kCategories),
-                                         [&](const auto& row) { return row.name == category->m_pName->Text(); });
-        if (known != std::end(kCategories)) m_pCategory = known;
+        if (const ResourceCategory* known = m.Dialect().FindCategory(category->m_pName)) m_pCategory = known;
     }
     [[nodiscard]] explicit operator bool() const noexcept { return static_cast<bool>(m_In); }
     [[nodiscard]] const CName* Key() const noexcept { return m_pKey; }
@@ -197,5 +184,11 @@ constexpr OpRow kRows[] = {
 // clang-format on
 
 }  // namespace
+
+const ResourceCategory* CDialect::FindCategory(const CName* name) const {
+    const auto* known = std::find_if(std::begin(kCategories), std::end(kCategories),
+                                     [&](const auto& row) { return row.name == name->Text(); });
+    return known != std::end(kCategories) ? known : nullptr;
+}
 
 constinit const OpTable kResourceOperators{kRows};

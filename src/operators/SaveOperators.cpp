@@ -14,7 +14,7 @@ namespace {
 
 // -  save  save                              VMOVERFLOW
 int OpSave(CFilterEPS& m) {
-    if (g_nSaveLevel >= MAX_SAVE_LEVEL) return m.Fail(PSERR_VMOVERFLOW);
+    if (g_nSaveLevel >= m.Dialect().SaveLimit()) return m.Fail(PSERR_VMOVERFLOW, "limitcheck");
     m.Push(MakeElement<CSaveElement>(g_nSaveLevel, m.m_GStateStack.GetCount()));
     g_RegistryStack.Push(new CBodyRegistry(g_nSaveLevel + 1));
     ++g_nSaveLevel;
@@ -54,5 +54,7 @@ constexpr OpRow kRows[] = {
 };
 
 }  // namespace
+
+std::int32_t CDialect::SaveLimit() const { return MAX_SAVE_LEVEL; }
 
 constinit const OpTable kSaveOperators{kRows};

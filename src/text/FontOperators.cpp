@@ -83,10 +83,19 @@ int OpFindfontop(CFilterEPS& m) {
         m.Push(font->Clone());
         return 1;
     }
-    m.Push(m.m_pDefaultFont->Clone());
-    m.m_pFontDirectory->Put(key, m.m_pDefaultFont->Clone());
-    m.m_pSharedFontDirectory->Put(key, m.m_pDefaultFont->Clone());
+    ElementPtr font = m.Dialect().FindUndefinedFont(m, key);
+    if (!font) return -1;
+    m.m_pFontDirectory->Put(key, font->Clone());
+    m.m_pSharedFontDirectory->Put(key, font->Clone());
+    m.Push(std::move(font));
     return 1;
+}
+
+/// The dictionary that `selectfont` starts from; null with the code set.
+FontPtr SelectedFont(CFilterEPS& m, const CName* key) {
+    if (const auto* found = As<CDictionary>(m.m_pFontDirectory->GetValue(key))) return CloneFont(*found);
+    const ElementPtr font = m.Dialect().FindUndefinedFont(m, key);
+    return font ? CloneFont(static_cast<const CDictionary&>(*font)) : nullptr;
 }
 
 // Scaling. Whatever can be wrong with a font or a matrix shows before anything is popped.
@@ -172,14 +181,14 @@ int OpCurrentfont(CFilterEPS& m) {
 }
 
 // key scale | key matrix  selectfont  -      STACKUNDERFLOW TYPECHECK RANGE
-// Departure: a font that is not there is the default font, and is not entered under the key.
+// Departure: a font that is not there is not entered under the key.
 int OpSelectfont(CFilterEPS& m) {
     Operands in(m);
     const CElement* by = in.OneOf(0, {ET_NUMBER, ET_ARRAY});
     const CName* key = FontKey(in, 1);
     if (!in) return -1;
-    const auto* found = As<CDictionary>(m.m_pFontDirectory->GetValue(key));
-    FontPtr font = CloneFont(found ? *found : *m.m_pDefaultFont);
+    FontPtr font = SelectedFont(m, key);
+    if (!font) return -1;
     double six[6];
     double matrix[6];
     const auto* scale = As<CNumberElement>(by);
@@ -210,5 +219,7 @@ constexpr OpRow kRows[] = {
 // clang-format on
 
 }  // namespace
+
+ElementPtr CDialect::FindUndefinedFont(CFilterEPS& m, const CName*) { return m.m_pDefaultFont->Clone(); }
 
 constinit const OpTable kFontOperators{kRows};

@@ -91,11 +91,12 @@ RunResult Run(const RunSettings& settings, Scan scan) {
     RunResult result;
     CEntGroup group;
     {
-        CFilterEPS machine(settings.hostVersion);
+        CFilterEPS machine(settings.hostVersion, settings.dialect());
         machine.SetMergeTolerance(settings.mergeTolerance);
         machine.SetFillOutline(settings.fillOutline ? 1 : 0);
         result.result = scan(machine, group);
         result.error = machine.m_nError;
+        result.report = machine.m_Report;
         result.stack = TextOf(machine.m_OperandStack);
         result.dictDepth = machine.m_DictStack.GetCount();
         result.gstateDepth = machine.m_GStateStack.GetCount();

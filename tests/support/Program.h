@@ -5,16 +5,27 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "interp/Dialect.h"
 #include "interp/ErrorCodes.h"
+#include "platform/Window.h"
+
+/// For RunSettings::dialect.
+template <class Dialect>
+std::unique_ptr<CDialect> MakeDialect() {
+    return std::make_unique<Dialect>();
+}
 
 struct RunSettings {
     int hostVersion = 5;
     float mergeTolerance = 0.01f;
     bool fillOutline = true;
+    /// Makes the dialect of the machine.
+    std::unique_ptr<CDialect> (*dialect)() = MakeDialect<CDialect>;
 };
 
 struct RunResult {
@@ -29,6 +40,7 @@ struct RunResult {
     std::vector<std::string> boxes;  ///< texts of the message boxes
     std::string place;               ///< of a file: "line:offset" of what the scanner found last
     int dictDepth = 0;               ///< depth of the dictionary stack afterwards
+    tagRunReport report;             ///< what the main window is told when a run ends
     int gstateDepth = 0;             ///< depth of the graphics state stack afterwards
 };
 
