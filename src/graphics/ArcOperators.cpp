@@ -3,17 +3,17 @@
 #include "graphics/ArcOperators.h"
 
 #include "graphics/GraphState.h"
-#include "graphics/PathStore.h"
+#include "graphics/HostUnits.h"
 #include "hostout/HostCurves.h"
 #include "interp/Operands.h"
+#include "objects/Angles.h"
 
 namespace {
 
-constexpr double RADIANS_PER_DEGREE = 0.017453292;  // Departure: to eight digits
-constexpr int ARC_POINTS = 20;                      // start, and three for each of six segments
+constexpr int ARC_POINTS = 20;  // start, and three for each of six segments
 
 /// Joins the start of an arc to the path by a line where it lies farther away than this, host units.
-float JoinTolerance(const CFilterEPS& m) { return m.m_nHostVersion < 5 ? 3.0f : 0.05f; }
+float JoinTolerance(const CFilterEPS& m) { return m.m_nHostVersion < FIRST_MM_VERSION ? 3.0f : 0.05f; }
 
 /// Adds the Bézier form of an arc in user space to the path. Answers how many points the host gave.
 int AddArcCurve(CFilterEPS& m, const CSectArc& arc) {
@@ -21,7 +21,7 @@ int AddArcCurve(CFilterEPS& m, const CSectArc& arc) {
     int count = 0;
     arc.GetBezierPoints(ARC_POINTS, count, points);
     m.GetCurrentGState()->TransformPathPoints(count, points);
-    for (int i = 0; i < count; ++i) points[i] = {m.ToHostUnits(points[i].x), m.ToHostUnits(points[i].y)};
+    for (int i = 0; i < count; ++i) points[i] = {ToHostUnits(m, points[i].x), ToHostUnits(m, points[i].y)};
     if (count > 0) m.AppendCurve(points, count);
     return count;
 }
@@ -58,8 +58,9 @@ int AddArc(CFilterEPS& m, bool clockwise) {
     m.Drop(5);
     OrderAngles(clockwise, angle1, angle2);
     CSectArc arc;
-    arc.CreateCRA({x, y}, radius,
-                  {static_cast<float>(angle1 * RADIANS_PER_DEGREE), static_cast<float>(angle2 * RADIANS_PER_DEGREE)});
+    arc.CreateCRA(
+        {x, y}, radius,
+        {static_cast<float>(angle1 * RADIANS_PER_DEGREE_8), static_cast<float>(angle2 * RADIANS_PER_DEGREE_8)});
     if (AddArcCurve(m, arc) == 0) {
         const point_2d origin;
         m.AppendCurve(&origin, 1);

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "graphics/Matrix.h"
+#include "objects/Angles.h"
 #include "objects/Number.h"
 #include "objects/SimpleElements.h"
 #include "objects/String.h"
@@ -77,8 +78,7 @@ void CGraphState::Scale(double sx, double sy) noexcept {
 }
 
 void CGraphState::Rotate(double angle) noexcept {
-    // Pi as rounded to single precision. `rotate` with a matrix operand has another constant.
-    const double r = angle * 3.1415927410125732 / 180.0;
+    const double r = angle * SINGLE_PI / 180.0;  // `rotate` with a matrix operand has another constant
     const double six[6] = {std::cos(r), std::sin(r), -std::sin(r), std::cos(r), 0, 0};
     Concat(six);
 }

@@ -8,6 +8,7 @@
 #include "graphics/GraphState.h"
 #include "graphics/Matrix.h"
 #include "interp/Operands.h"
+#include "objects/Angles.h"
 
 namespace {
 
@@ -111,7 +112,7 @@ int OpRotate(CFilterEPS& m) {
     if (!in) return -1;
     if (below) {
         // Departure: a five-digit constant, other than that of the form without a matrix.
-        const double r = angle * 0.017453;
+        const double r = angle * RADIANS_PER_DEGREE_5;
         const double six[6] = {std::cos(r), std::sin(r), -std::sin(r), std::cos(r), 0, 0};
         return FillTop(m, six, 1);
     }

@@ -4,6 +4,7 @@
 #include "graphics/PaintOperators.h"
 
 #include "graphics/GraphState.h"
+#include "graphics/HostUnits.h"
 #include "graphics/Matrix.h"
 #include "graphics/MatrixOperators.h"
 #include "interp/Operands.h"
@@ -37,7 +38,7 @@ void CFilterEPS::PaintPath() {
         return;
     }
     UpdateColor();
-    const double scale = m_nHostVersion < 5 ? 40.0 : 1.0;  // the tolerances are millimetres
+    const double scale = UnitsPerMillimetre(*this);  // the tolerances are millimetres
     const double mergeTolerance = m_fMergeTolerance * scale;
     const double closeTolerance = m_fCloseTolerance * scale;
     point_2d last;
@@ -84,10 +85,10 @@ void CFilterEPS::AddRectPath(float x, float y, float width, float height) {
     state->TransformPoints(5, corners);
     constexpr PathLetter letters[5] = {PATH_MOVE, PATH_LINE, PATH_LINE, PATH_LINE, PATH_CLOSE};
     // Rounded once, behind the scale of the host version, unlike the points of the construction operators.
-    const double scale = m_nHostVersion < 5 ? 40.0 : 1.0;
+    const double scale = UnitsPerMillimetre(*this);
     for (int i = 0; i < 5; ++i) {
-        const point_2d point{static_cast<float>(corners[2 * i] / 72.0 * 25.4 * scale),
-                             static_cast<float>(corners[2 * i + 1] / 72.0 * 25.4 * scale)};
+        const point_2d point{static_cast<float>(corners[2 * i] / POINTS_PER_INCH * MM_PER_INCH * scale),
+                             static_cast<float>(corners[2 * i + 1] / POINTS_PER_INCH * MM_PER_INCH * scale)};
         state->AddPathPoint(&point, letters[i]);
     }
 }

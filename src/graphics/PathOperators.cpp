@@ -1,71 +1,11 @@
-// Path construction. Every point is mapped through the CTM and converted to host units in the moment its
-// operator runs. The order of the roundings is part of the result: the arithmetic stays as it is written.
+// Path construction. The order of the roundings is part of the result: the arithmetic stays as it is written.
 #include "graphics/PathOperators.h"
 
 #include "graphics/GraphState.h"
-#include "graphics/Matrix.h"
-#include "interp/Operands.h"
+#include "graphics/PathBuilder.h"
+#include "interp/FilterEPS.h"
 
 namespace {
-
-constexpr double POINTS_PER_INCH = 72.0;
-constexpr double MM_PER_INCH = 25.4;
-constexpr float UNITS_PER_MM_BEFORE_5 = 40.0f;
-constexpr std::int32_t FIRST_MM_VERSION = 5;
-
-}  // namespace
-
-// Host units
-
-float CFilterEPS::ToHostUnits(double value) const {
-    const auto millimetres = static_cast<float>(value / POINTS_PER_INCH * MM_PER_INCH);
-    return m_nHostVersion < FIRST_MM_VERSION ? millimetres * UNITS_PER_MM_BEFORE_5 : millimetres;
-}
-
-void CFilterEPS::HostToUser(int n, point_2d* points) const {
-    double inverse[9];
-    MatInvert(GetCurrentGState()->m_CTM, inverse);
-    const auto toPoints = [this](float value) {
-        const auto result = static_cast<float>(value / MM_PER_INCH * POINTS_PER_INCH);
-        return m_nHostVersion < FIRST_MM_VERSION ? result / UNITS_PER_MM_BEFORE_5 : result;
-    };
-    for (int i = 0; i < n; ++i) {
-        double point[2] = {toPoints(points[i].x), toPoints(points[i].y)};
-        MatTransform(1, point, inverse);
-        points[i] = {static_cast<float>(point[0]), static_cast<float>(point[1])};
-    }
-}
-
-// The machine's path
-
-void CFilterEPS::NewPath() { GetCurrentGState()->ClearPath(); }
-
-int CFilterEPS::GetLastPointHost(point_2d& point) const { return GetCurrentGState()->GetLastPoint(point); }
-
-int CFilterEPS::GetCurrentPoint(point_2d& point) const {
-    point = {};
-    if (GetLastPointHost(point) == 0) return 0;
-    HostToUser(1, &point);
-    return 1;
-}
-
-int CFilterEPS::PopCoords(int n, double* out) {
-    Operands in(*this);
-    for (int i = 0; i < 2 * n; ++i) out[2 * n - 1 - i] = in.Real(i);
-    if (!in) return -1;
-    Drop(2 * n);
-    return 1;
-}
-
-namespace {
-
-/// Maps pairs of user space to host units and adds them to the path.
-void AddUserPoints(CFilterEPS& m, int n, double* coords, PathLetter letter) {
-    CGraphState* state = m.GetCurrentGState();
-    state->TransformPoints(n, coords);
-    for (int i = 0; i < n; ++i) m.m_ptScratch[i] = {m.ToHostUnits(coords[2 * i]), m.ToHostUnits(coords[2 * i + 1])};
-    state->AddPathPoint(m.m_ptScratch, letter);
-}
 
 template <int pairs, PathLetter letter>
 int Absolute(CFilterEPS& m) {

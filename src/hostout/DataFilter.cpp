@@ -318,7 +318,8 @@ private:
 void CDataFilter::WriteSections(const CSectObject* first) {
     tagVersionInfo version{};
     glbf_GetSysVersion(&version);
-    const float tolerance = version.nMajor < 5 ? 0.5f : 0.0125f;  // 1/80 mm in the host unit of either version
+    const float tolerance =
+        version.nMajor < FIRST_MM_VERSION ? 0.5f : 0.0125f;  // 1/80 mm in the host unit of either version
     const auto outChain = [this](const FlattenBlock& block, int count) {
         if (count == 0) return;
         OutBegin();

@@ -12,6 +12,9 @@ class CFrameWnd;
 class CResourceModule;
 using HINSTANCE = CResourceModule*;
 
+/// The first version of the host whose units are millimetres. Before, they are 1/40 mm.
+inline constexpr std::int32_t FIRST_MM_VERSION = 5;
+
 struct tagVersionInfo {
     std::uint16_t nMajor;
     std::uint16_t nMinor;

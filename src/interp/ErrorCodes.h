@@ -2,7 +2,7 @@
 // catch an error.
 #pragma once
 
-/// Codes of CFilterEPS::m_nError. The text of code n is string 4017 + n.
+/// Codes of CFilterEPS::m_nError. The text of code n is string IDS_FIRST_ERROR + n.
 enum ErrorCode : int {
     PSERR_NONE = -1,
     PSERR_FORMAT = 0,  ///< the file is no EPS file
@@ -27,3 +27,8 @@ enum ErrorCode : int {
                                      "nocurrentpoint", "unsupported"};
     return code >= PSERR_FORMAT && code <= PSERR_UNSUPPORTED ? names[code] : "";
 }
+
+// The texts of the message box: those of the codes, what stands before them, and the caption.
+inline constexpr unsigned IDS_FIRST_ERROR = 4017;
+inline constexpr unsigned IDS_ERROR_HEAD = 4029;
+inline constexpr unsigned IDS_ERROR_CAPTION = 4030;

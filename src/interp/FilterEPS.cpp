@@ -75,17 +75,8 @@ void CFilterEPS::RecordFailure(const CName* running) {
 
 void CFilterEPS::ReportError() {
     if (m_nError == PSERR_NONE) return;
-    constexpr unsigned FIRST_ERROR_TEXT = 4017;
-    constexpr unsigned HEAD_TEXT = 4029;
-    constexpr unsigned CAPTION_TEXT = 4030;
-    constexpr int ROOM = 200;  // of the host's prompt buffer
-    const auto text = [](unsigned id) {
-        char* buffer = glbf_GetPromptString();
-        LoadResString(id, buffer, ROOM);
-        return std::string(buffer);
-    };
     const bool known = m_nError >= PSERR_FORMAT && m_nError <= PSERR_UNSUPPORTED;
-    const std::string detail = known ? text(FIRST_ERROR_TEXT + static_cast<unsigned>(m_nError)) : std::string();
-    const std::string message = text(HEAD_TEXT) + detail;
-    glbf_GetMainFrame()->ShowMessageBox(message.c_str(), text(CAPTION_TEXT).c_str(), MB_OK | MB_ICONERROR);
+    const std::string detail = known ? LocalText(IDS_FIRST_ERROR + static_cast<unsigned>(m_nError)) : std::string();
+    const std::string message = LocalText(IDS_ERROR_HEAD) + detail;
+    glbf_GetMainFrame()->ShowMessageBox(message.c_str(), LocalText(IDS_ERROR_CAPTION).c_str(), MB_OK | MB_ICONERROR);
 }

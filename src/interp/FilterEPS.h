@@ -159,6 +159,9 @@ public:
     [[nodiscard]] CElement* LookUp(const CName* name, CDictionary** found = nullptr) const;
     [[nodiscard]] CDictionary* TopDict() const { return static_cast<CDictionary*>(m_DictStack.Top()); }
 
+    /// Reads over the encoded data of a filter, to behind its end mark. PSERR_IO, PSERR_UNSUPPORTED.
+    [[nodiscard]] int SkipFilterData(const CFilterElement* filter);
+
     // Graphics; defined in graphics/.
     [[nodiscard]] CGraphState* GetCurrentGState() const;
     /// Pushes a copy of the current state on m_GStateStack, as gsave does.
@@ -180,8 +183,6 @@ public:
     [[nodiscard]] int GetCurrentPoint(point_2d& point) const;
     /// Maps points from host units to user space, in place.
     void HostToUser(int n, point_2d* points) const;
-    /// A length or coordinate of default user space (1/72 inch) in host units.
-    [[nodiscard]] float ToHostUnits(double value) const;
     /// Adds a curve of n points in host units to the path, joined by a line where it starts farther from the last
     /// point than the join tolerance.
     void AppendCurve(const point_2d* points, int n);
@@ -189,8 +190,6 @@ public:
     void PaintPath();
     void UpdateColor();
     void AddRectPath(float x, float y, float width, float height);
-    /// Reads over the encoded data of a filter, to behind its end mark. PSERR_IO, PSERR_UNSUPPORTED.
-    [[nodiscard]] int SkipFilterData(const CFilterElement* filter);
 
     std::int32_t m_nHostVersion;
     point_2d m_ptScratch[3];  ///< points on their way to the path store

@@ -9,13 +9,9 @@
 #include <functional>
 
 #include "interp/Operands.h"
+#include "objects/Angles.h"
 
 namespace {
-
-/// Degrees to radians for `sin` and `cos`. Departure: five digits of pi/180, so that 90 cos is not 0.
-constexpr double RADIANS_PER_DEGREE = 0.017453;
-/// Pi for `atan`. Departure: rounded to single precision, so that 1 1 atan is a little less than 45.
-constexpr double ATAN_PI = 3.1415927410125732;
 
 // num1 num2  add sub mul  result             STACKUNDERFLOW TYPECHECK
 template <class Function>
@@ -102,7 +98,7 @@ double Power(double base, double exponent) { return std::pow(base, exponent); }
 /// The angle of the vector (den, num) in degrees, 0 up to but not including 360.
 /// Departure: (0, 0) has the angle 0.
 double Angle(double num, double den) {
-    double degrees = std::atan2(num, den) * 180.0 / ATAN_PI;
+    double degrees = std::atan2(num, den) * 180.0 / SINGLE_PI;  // Departure: 1 1 atan is a little less than 45
     if (degrees < 0.0) degrees += 360.0;
     return degrees >= 360.0 ? 0.0 : degrees;  // a tiny negative angle rounds up to a full turn
 }
@@ -135,8 +131,8 @@ double Rounded(double f) {
 }
 
 double SquareRoot(double f) { return std::sqrt(f); }
-double Cosine(double degrees) { return std::cos(degrees * RADIANS_PER_DEGREE); }
-double Sine(double degrees) { return std::sin(degrees * RADIANS_PER_DEGREE); }
+double Cosine(double degrees) { return std::cos(degrees * RADIANS_PER_DEGREE_5); }
+double Sine(double degrees) { return std::sin(degrees * RADIANS_PER_DEGREE_5); }
 double NaturalLog(double f) { return std::log(f); }
 double CommonLog(double f) { return std::log10(f); }
 

@@ -6,7 +6,6 @@
 // no operator asks for access.
 #include "operators/FileOperators.h"
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -227,7 +226,7 @@ int OpBytesavailable(CFilterEPS& m) {
 
 // -  flush  -
 int OpFlush(CFilterEPS&) {
-    std::fflush(nullptr);
+    FileSystem::FlushAll();
     return 1;
 }
 

@@ -103,4 +103,8 @@ std::vector<std::string> FindFiles(const char* pattern) {
     return paths;
 }
 
+void FlushAll() noexcept {
+    if (HasLeave()) std::fflush(nullptr);
+}
+
 }  // namespace FileSystem

@@ -41,6 +41,9 @@ struct FileStatus {
 /// and "..".
 [[nodiscard]] std::vector<std::string> FindFiles(const char* pattern);
 
+/// Writes out what the streams of the process hold back, those of the host among them.
+void FlushAll() noexcept;
+
 // For the import itself.
 
 /// Opens the file to import. "r+b" asks for one that may be written. Null when that fails, and for a

@@ -35,3 +35,10 @@ HINSTANCE GetResHandle() noexcept { return g_App.m_hLocalRes; }
 int LoadResString(unsigned id, char* buffer, int limit) noexcept {
     return LoadStringA(GetResHandle(), id, buffer, limit);
 }
+
+std::string LocalText(unsigned id) {
+    constexpr int room = 200;  // of the host's prompt buffer
+    char* buffer = glbf_GetPromptString();
+    LoadResString(id, buffer, room);
+    return buffer;
+}

@@ -9,17 +9,10 @@
 
 namespace {
 
-std::string Text(unsigned id) {
-    constexpr int ROOM = 200;  // of the host's prompt buffer
-    char* buffer = glbf_GetPromptString();
-    LoadResString(id, buffer, ROOM);
-    return buffer;
-}
-
 /// A text with its format filled. The formats are those of the string table, whose ids say what they take.
 template <class... Values>
-std::string Text(unsigned id, Values... values) {
-    const std::string format = Text(id);
+std::string FilledText(unsigned id, Values... values) {
+    const std::string format = LocalText(id);
     const int length = std::snprintf(nullptr, 0, format.c_str(), values...);
     if (length < 0) return {};
     std::string text(static_cast<size_t>(length) + 1, '\0');
@@ -61,23 +54,24 @@ void CEPSImportInfoDlg::OnFileInfo() {
 }
 
 std::string CEPSImportInfoDlg::InfoText() const {
-    std::string text = Text(m_Info.m_nFileType == 0 ? IDS_PLAIN_FILE : IDS_PREVIEW_FILE);
-    text += Text(IDS_DSC_VERSION, static_cast<double>(m_Info.m_fDSCVersion));
-    text += Text(IDS_EPS_VERSION, static_cast<double>(m_Info.m_fEPSVersion));
-    text += m_Info.m_nLanguageLevel != 0 ? Text(IDS_LANGUAGE_LEVEL, m_Info.m_nLanguageLevel) : Text(IDS_LEVEL_UNKNOWN);
-    if (m_Info.m_pszTitle) text += Text(IDS_TITLE, m_Info.m_pszTitle->c_str());
-    if (m_Info.m_pszCreator) text += Text(IDS_CREATOR, m_Info.m_pszCreator->c_str());
-    if (m_Info.m_pszCreationDate) text += Text(IDS_CREATION_DATE, m_Info.m_pszCreationDate->c_str());
-    text += Text(IDS_BOUNDING_BOX, Millimetres(m_Info.m_nBoxWidth), Millimetres(m_Info.m_nBoxHeight));
-    text += Text(IDS_FILE_LENGTH, m_Info.m_nFileLength);
-    text += Text(IDS_SECTION_LENGTH, m_Info.m_nPSLength);
+    std::string text = LocalText(m_Info.m_nFileType == 0 ? IDS_PLAIN_FILE : IDS_PREVIEW_FILE);
+    text += FilledText(IDS_DSC_VERSION, static_cast<double>(m_Info.m_fDSCVersion));
+    text += FilledText(IDS_EPS_VERSION, static_cast<double>(m_Info.m_fEPSVersion));
+    text += m_Info.m_nLanguageLevel != 0 ? FilledText(IDS_LANGUAGE_LEVEL, m_Info.m_nLanguageLevel)
+                                         : LocalText(IDS_LEVEL_UNKNOWN);
+    if (m_Info.m_pszTitle) text += FilledText(IDS_TITLE, m_Info.m_pszTitle->c_str());
+    if (m_Info.m_pszCreator) text += FilledText(IDS_CREATOR, m_Info.m_pszCreator->c_str());
+    if (m_Info.m_pszCreationDate) text += FilledText(IDS_CREATION_DATE, m_Info.m_pszCreationDate->c_str());
+    text += FilledText(IDS_BOUNDING_BOX, Millimetres(m_Info.m_nBoxWidth), Millimetres(m_Info.m_nBoxHeight));
+    text += FilledText(IDS_FILE_LENGTH, m_Info.m_nFileLength);
+    text += FilledText(IDS_SECTION_LENGTH, m_Info.m_nPSLength);
     return text;
 }
 
 void CEPSImportInfoDlg::ShowFailure() {
-    const std::string message = Text(m_nFailKind == AF_FORMAT ? IDS_BAD_FORMAT : IDS_IO_ERROR);
-    MessageBox(message.c_str(), Text(IDS_WARNING).c_str(), MB_OK | MB_ICONEXCLAMATION);
+    const std::string message = LocalText(m_nFailKind == AF_FORMAT ? IDS_BAD_FORMAT : IDS_IO_ERROR);
+    MessageBox(message.c_str(), LocalText(IDS_WARNING).c_str(), MB_OK | MB_ICONEXCLAMATION);
     EnableDlgItem(IDC_FILE_INFO, false);
     EnableDlgItem(IDOK, false);
-    SetDlgItemText(IDC_INFO_TEXT, message + Text(IDS_PLEASE_CANCEL));
+    SetDlgItemText(IDC_INFO_TEXT, message + LocalText(IDS_PLEASE_CANCEL));
 }

@@ -1,9 +1,10 @@
 // The library's own resources: ids of texts, dialog and controls.
 #pragma once
 
+#include "interp/ErrorCodes.h"
 #include "platform/Resources.h"
 
-// Texts. Those of the interpreter's errors run from 4017 in the order of the error codes.
+// Texts. Those from 4017 to 4030 are the error box's (interp/ErrorCodes.h).
 inline constexpr unsigned IDS_FILTER_NAME = 4001;
 inline constexpr unsigned IDS_BAD_FORMAT = 4002;
 inline constexpr unsigned IDS_IO_ERROR = 4003;
@@ -20,9 +21,6 @@ inline constexpr unsigned IDS_CREATION_DATE = 4013;   ///< %s
 inline constexpr unsigned IDS_BOUNDING_BOX = 4014;    ///< %.2f %.2f
 inline constexpr unsigned IDS_FILE_LENGTH = 4015;     ///< %d
 inline constexpr unsigned IDS_SECTION_LENGTH = 4016;  ///< %d
-inline constexpr unsigned IDS_FIRST_ERROR = 4017;
-inline constexpr unsigned IDS_ERROR_HEAD = 4029;
-inline constexpr unsigned IDS_ERROR_CAPTION = 4030;
 inline constexpr unsigned IDS_PLEASE_CANCEL = 4031;
 
 // The import dialog and its controls.

@@ -5,6 +5,7 @@
 
 #include "graphics/GraphState.h"
 #include "graphics/MatrixOperators.h"
+#include "graphics/PathBuilder.h"
 #include "interp/Operands.h"
 
 namespace {
@@ -60,9 +61,7 @@ int ShowGlyph(CFilterEPS& m, const ShownFont& shown, unsigned char code) {
     // Departure: the advance follows the axes of user space, whatever way the font is turned.
     double next[2] = {origin.x + static_cast<double>(m.m_fCharWX) * six[0],
                       origin.y + static_cast<double>(m.m_fCharWY) * six[3]};
-    state->TransformPoints(1, next);
-    m.m_ptScratch[0] = {m.ToHostUnits(next[0]), m.ToHostUnits(next[1])};
-    state->AddPathPoint(m.m_ptScratch, PATH_MOVE);
+    AddUserPoints(m, 1, next, PATH_MOVE);
     return 1;
 }
 
