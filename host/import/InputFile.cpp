@@ -6,12 +6,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 
+#include "objects/EpsHeader.h"
 #include "plugin/PlugFilterMain.h"
 
 namespace fs = std::filesystem;
@@ -109,11 +109,8 @@ void CInputFile::CopyToPrivateFile(int source, const std::atomic<bool>& stop) {
 
 void CInputFile::CheckBinaryHeader() {
     const CDescriptor file(::open(m_PlugInPath.c_str(), O_RDONLY | O_CLOEXEC));
-    std::array<unsigned char, 8> head;
+    std::array<unsigned char, EPS_SIGNATURE_BYTES + EPS_SECTION_BYTES> head;
     if (file.Get() < 0 || ::read(file.Get(), head.data(), head.size()) != static_cast<ssize_t>(head.size())) return;
-    constexpr std::array<unsigned char, 4> kSignature{0xC5, 0xD0, 0xD3, 0xC6};
-    if (!std::equal(kSignature.begin(), kSignature.end(), head.begin())) return;
-    const std::uint64_t section =
-        head[4] | head[5] << 8 | head[6] << 16 | static_cast<std::uint64_t>(head[7]) << 24;  // little-endian
-    m_bSectionMissing = section >= m_nSize;
+    if (EpsSignatureOf(head.data()) != EpsSignature::binary) return;
+    m_bSectionMissing = EpsSectionOf(head.data() + EPS_SIGNATURE_BYTES).nOffset >= m_nSize;
 }

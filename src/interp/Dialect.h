@@ -36,7 +36,7 @@ public:
     /// Moves the input to the first byte of the program, and its limit behind the last. PSERR_FORMAT when the file is
     /// none for this dialect, PSERR_IO.
     [[nodiscard]] virtual int FindProgram(CFilterEPS& m);
-    /// Runs the program of the input file up to its end.
+    /// Runs the current file, from where it stands to its end, as a program.
     [[nodiscard]] virtual int ScanFile(CFilterEPS& m);
     /// The last word on a run that ended with -1: what it answers then, and m_nError for the message box, with
     /// PSERR_NONE for none. m_Report.failure says what is known.

@@ -8,6 +8,14 @@ CElement* CElementStack::AtFromBottom(int i) const noexcept {
     return p;
 }
 
+int CElementStack::CountToMark() const noexcept {
+    int count = 0;
+    for (const CElement* e = m_pTail; e; e = e->m_pPrev, ++count) {
+        if (e->m_nType == ET_MARK) return count;
+    }
+    return -1;
+}
+
 void CElementStack::InsertAt(int i, ElementPtr e) noexcept {
     CElement* above = AtFromTop(i);
     if (!above || !e) return;

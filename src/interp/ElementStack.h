@@ -44,6 +44,8 @@ public:
     /// The element i places above the bottom, with the same bounds.
     [[nodiscard]] CElement* AtFromBottom(int i) const noexcept;
     [[nodiscard]] int GetCount() const noexcept { return m_nTop + 1; }
+    /// Elements above the topmost mark; -1 without a mark.
+    [[nodiscard]] int CountToMark() const noexcept;
     /// Puts e directly below the element at AtFromTop(i). Beyond the bottom nothing happens and e is dropped.
     void InsertAt(int i, ElementPtr e) noexcept;
     /// Takes out the element at AtFromTop(i); null beyond the bottom.

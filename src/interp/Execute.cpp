@@ -29,9 +29,9 @@ bool CFilterEPS::PollHost() {
     if (m_bUserBreak) return true;  // and so at every step from now on
     m_nUntilPoll = POLL_INTERVAL;
     tagImportProgress progress{};
-    if (m_pCurrentFile) {
-        m_pCurrentFile->GetPosition(progress.nBytesRead);
-        m_pCurrentFile->GetLimit(progress.nBytesTotal);
+    if (const CFileBody* input = m_Input.Get()) {
+        input->GetPosition(progress.nBytesRead);
+        input->GetLimit(progress.nBytesTotal);
     }
     progress.nEntities = m_pGroup ? m_pGroup->GetChildCount() : 0;
     CFrameWnd* frame = glbf_GetMainFrame();

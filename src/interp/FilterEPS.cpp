@@ -42,10 +42,16 @@ CFilterEPS::CFilterEPS(std::int32_t nHostVersion, std::unique_ptr<CDialect> dial
 
 CFilterEPS::~CFilterEPS() = default;
 
-int CFilterEPS::OpenInputFile(const char* path) {
-    m_pCurrentFile = MakeElement<CFileElement>(path, "r+b");
+int CFilterEPS::OpenInputFile(const char* path, std::int32_t blockSize) {
+    m_pCurrentFile = MakeElement<CFileElement>(path, "r+b", blockSize);
+    m_Input = m_pCurrentFile->m_Body;
     m_pCurrentFile->SetFileKind(FK_INPUT);
     return m_pCurrentFile->Open() == 1 ? 1 : 0;
+}
+
+void CFilterEPS::OpenInputSource(std::unique_ptr<CByteSource> source, std::int32_t blockSize) {
+    m_pCurrentFile = MakeElement<CFileElement>(std::move(source), blockSize);
+    m_Input = m_pCurrentFile->m_Body;
 }
 
 void CFilterEPS::CloseInputFile() {

@@ -31,9 +31,6 @@ extern bool g_bStopFlag;
 /// How deep procedures may call each other. Behind this the run ends with PSERR_RANGE.
 inline constexpr int MAX_CALL_DEPTH = 3000;
 
-/// How deep braces may nest. Behind this the run ends with PSERR_RANGE.
-inline constexpr int MAX_BRACE_DEPTH = 10000;
-
 /// The machine. One object serves one import: OpenInputFile, RunFile once, CloseInputFile.
 /// Operations answer 1 done or -1 failed, with the reason in m_nError; -1 without a reason ends the run in silence.
 class CFilterEPS final : public CDataFilter {
@@ -58,7 +55,9 @@ public:
     void SetMergeTolerance(float millimetres) { m_fMergeTolerance = millimetres; }
     void SetFillOutline(std::int32_t on) { m_bFillOutline = on != 0; }
     /// Opens the file for block-buffered input. 1, or 0 when it can't be opened for reading and writing.
-    [[nodiscard]] int OpenInputFile(const char* path);
+    [[nodiscard]] int OpenInputFile(const char* path, std::int32_t blockSize = CFileBody::BLOCK_SIZE);
+    /// The same of a source in place of a disk file; it should have places, as the binary header asks for them.
+    void OpenInputSource(std::unique_ptr<CByteSource> source, std::int32_t blockSize = CFileBody::BLOCK_SIZE);
     void CloseInputFile();
     /// Runs the whole input; entities go to the group, which stays the caller's. Shows the message box of a failed
     /// run. Answers -1 when the run failed, else 0 or 1. Exhausted memory ends the run in order, too.
@@ -87,6 +86,11 @@ public:
     [[nodiscard]] int ExecuteString(const CStringElement& string);
 
     // Scanning.
+    /// Scans a file from where it stands to its end as a program; it is the current file meanwhile.
+    [[nodiscard]] int ExecuteFile(const CFileElement& file);
+    /// Puts into m_Report what of the input didn't run, by what a lexer tells at its end (see CLexer). For the input alone:
+    /// nothing while another file is the current one.
+    void ReportTail(Lexeme open, std::string_view text, std::int64_t lastComment);
     // These four are the dialect's.
     /// Executes a text.
     [[nodiscard]] int ScanBuffer(std::string_view text) { return m_pDialect->ScanBuffer(*this, text); }
@@ -223,6 +227,7 @@ public:
 
 private:
     class CallScope;
+    class CurrentFileScope;
 
     void BuildDefaultFont();
     void BuildSystemDict();
@@ -231,11 +236,13 @@ private:
     static void BuildErrorInfoDict(CDictionary& dict);
 
     [[nodiscard, gnu::cold]] int RefuseOperator(const CName* name);
+    [[nodiscard]] bool IsProgramNext();
     [[nodiscard]] int ExecuteToken(const CName* name);
     [[nodiscard]] bool PollHost();
     void HandleExhaustedMemory();
 
     const CName* m_pFontDirectoryName;
+    CBodyRef<CFileBody> m_Input;  ///< of the import, whatever the current file is
     static constexpr int POLL_INTERVAL = 4096;
     int m_nUntilPoll = POLL_INTERVAL;
     int m_nCallDepth = 0;

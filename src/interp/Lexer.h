@@ -7,7 +7,12 @@
 #include <string_view>
 
 #include "interp/ErrorCodes.h"
-#include "interp/FilterEPS.h"
+#include "objects/File.h"
+#include "objects/HexDigit.h"
+#include "objects/Name.h"
+
+/// How deep braces may nest. Behind this the run ends with PSERR_RANGE.
+inline constexpr int MAX_BRACE_DEPTH = 10000;
 
 /// The 16 bytes that end a token. Departure: a zero byte is none, and the backslash is one.
 [[nodiscard]] constexpr bool IsDelimiter(unsigned char c) noexcept {
@@ -42,14 +47,6 @@ struct CDelimiterTable {
     }
 };
 inline constexpr CDelimiterTable g_Delimiters;
-
-/// Value of a hexadecimal digit of either case, -1 for any other byte.
-[[nodiscard]] constexpr int HexDigitValue(unsigned char c) noexcept {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
-}
 
 enum class Lexeme {
     end,        ///< the input is used up, or stops here in order
@@ -116,6 +113,10 @@ public:
         return {reinterpret_cast<const char*>(m_Block.data()) + m_nAt, m_Block.size() - m_nAt};
     }
     void Skip(size_t n) noexcept { m_nAt += n; }
+    [[nodiscard]] size_t Position() const noexcept {
+        const CFileBody* body = m_File.GetBody();
+        return m_nAt + (body ? static_cast<size_t>(body->m_nPos) : 0);
+    }
     /// waiting: bytes in front of the position that the lexeme begins with.
     void Enter(size_t waiting) noexcept {
         if (CFileBody* body = m_File.GetBody()) {
@@ -195,6 +196,11 @@ public:
     /// Text of the last token, string or procedure. That of a token ends at its first zero byte.
     [[nodiscard]] std::string_view Text() const noexcept { return m_Text; }
     [[nodiscard]] ErrorCode Error() const noexcept { return m_Error; }
+    /// Behind Lexeme::end: what stands open there and is dropped (a token, literal or immediate name with its Text, a
+    /// string, hexString or procedure), comment behind an end comment, else end.
+    [[nodiscard]] Lexeme Open() const noexcept { return m_Open; }
+    /// Position in the source of the last comment.
+    [[nodiscard]] std::int64_t LastComment() const noexcept { return m_nLastComment; }
     /// Bytes consumed by what was delivered: a delimiter that waits for its turn does not count.
     [[nodiscard]] size_t Consumed() const noexcept { return m_Source.Position() - (m_bWaiting ? 1 : 0); }
 
@@ -207,11 +213,21 @@ private:
         return Lexeme::failure;
     }
 
+    Lexeme End(Lexeme open) noexcept {
+        m_Open = open;
+        return Lexeme::end;
+    }
     /// The end of the input, or a read failure, inside something that must go on. Departure: in a file an open
     /// string, hex string or procedure ends the run in order.
-    Lexeme EndOpen(int result) noexcept {
+    Lexeme EndOpen(int result, Lexeme open) noexcept {
         if (result < 0) return Fail(PSERR_IO);
-        return Rules::endDropsOpen ? Lexeme::end : Fail(PSERR_SYNTAX);
+        return Rules::endDropsOpen ? End(open) : Fail(PSERR_SYNTAX);
+    }
+    /// The kind of the open token.
+    [[nodiscard]] Lexeme TokenKind() const noexcept {
+        if (m_nToken == 0) return Lexeme::end;
+        if (m_bLiteral) return Lexeme::literal;
+        return m_bImmediate ? Lexeme::immediate : Lexeme::token;
     }
     /// The end behind a byte that needs another one.
     Lexeme EndShort(int result) noexcept { return Fail(result < 0 ? PSERR_IO : PSERR_SYNTAX); }
@@ -230,13 +246,13 @@ private:
                 if (const int result = TakeTokenBytes(c); result != 1) {
                     if (m_nToken > MAX_KEY_LENGTH) return Fail(PSERR_SYNTAX);
                     if (result < 0) return Fail(PSERR_IO);
-                    if (Rules::endDropsOpen || m_nToken == 0) return Lexeme::end;
+                    if (Rules::endDropsOpen || m_nToken == 0) return End(TokenKind());
                     return CompleteToken();
                 }
                 if (Rules::pairsCr && c == '\r') {
                     unsigned char next = 0;
                     const int result = m_Source.Get(next);
-                    if (result == 0) return Lexeme::end;
+                    if (result == 0) return End(TokenKind());
                     if (result < 0) return Fail(PSERR_IO);
                     if (next == '\n') {
                         c = '\n';
@@ -279,17 +295,11 @@ private:
     }
 
     Lexeme CompleteToken() noexcept {
+        const Lexeme kind = TokenKind();
         m_nToken = 0;
+        (kind == Lexeme::literal ? m_bLiteral : m_bImmediate) = false;
         if (const size_t zero = m_Text.find('\0'); zero != std::string::npos) m_Text.resize(zero);
-        if (m_bLiteral) {
-            m_bLiteral = false;
-            return Lexeme::literal;
-        }
-        if (m_bImmediate) {
-            m_bImmediate = false;
-            return Lexeme::immediate;
-        }
-        return Lexeme::token;
+        return kind;
     }
 
     /// Acts on a delimiter outside of strings and procedures. True when a lexeme came out.
@@ -344,7 +354,7 @@ private:
     bool ScanHex(Lexeme& lexeme) {
         unsigned char c = 0;
         for (;;) {
-            if (const int result = m_Source.Get(c); result != 1) return Out(lexeme, EndOpen(result));
+            if (const int result = m_Source.Get(c); result != 1) return Out(lexeme, EndOpen(result, Lexeme::hexString));
             switch (c) {
                 case '>':
                     m_bHex = false;
@@ -377,7 +387,7 @@ private:
         m_Text.clear();
         for (size_t depth = 1;;) {
             unsigned char c = 0;
-            if (const int result = m_Source.Get(c); result != 1) return EndOpen(result);
+            if (const int result = m_Source.Get(c); result != 1) return EndOpen(result, Lexeme::string);
             if (c == '\\') {
                 if (const int result = ScanEscape(); result != 1) return EndShort(result);
                 continue;
@@ -442,7 +452,7 @@ private:
         for (int depth = 1;;) {
             int result = 1;
             const std::string_view bytes = m_Source.Peek(result);
-            if (bytes.empty()) return EndOpen(result);
+            if (bytes.empty()) return EndOpen(result, Lexeme::procedure);
             size_t n = 0;
             for (; n < bytes.size(); ++n) {
                 if (bytes[n] == '{') {
@@ -461,6 +471,7 @@ private:
     bool ScanComment(Lexeme& lexeme) {
         if (Rules::commentIsLexeme) return Out(lexeme, Lexeme::comment);
         constexpr std::string_view eof = "%%EOF";
+        m_nLastComment = static_cast<std::int64_t>(m_Source.Position()) - 1;
         size_t length = 1;
         bool matches = true;
         for (;;) {
@@ -476,7 +487,7 @@ private:
             matches = matches && length < eof.size() && static_cast<char>(c) == eof[length];
             ++length;
         }
-        return Rules::eofComment && matches && length == eof.size() && Out(lexeme, Lexeme::end);
+        return Rules::eofComment && matches && length == eof.size() && Out(lexeme, End(Lexeme::comment));
     }
 
     Source m_Source;
@@ -488,5 +499,7 @@ private:
     bool m_bHex = false;
     bool m_bWaiting = false;  ///< the delimiter that ended the last token has not acted yet
     unsigned char m_Waiting = 0;
+    Lexeme m_Open = Lexeme::end;
+    std::int64_t m_nLastComment = 0;
     ErrorCode m_Error = PSERR_NONE;
 };

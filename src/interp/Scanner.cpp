@@ -1,37 +1,35 @@
 // The scanners: the main loop over the input file, texts executed as programs, single tokens of strings, and the
 // bodies of procedures, as the plain dialect reads them. What each lexeme does stands in ScanLoops.h.
+#include <algorithm>
 #include <deque>
+#include <iterator>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 #include "hostout/HostCore.h"
 #include "interp/FilterEPS.h"
+#include "interp/Keys.h"
 #include "interp/Lexer.h"
 #include "interp/ScanLoops.h"
+#include "objects/EpsHeader.h"
 #include "platform/LocalResources.h"
 #include "platform/Window.h"
 
 // The main loop
 
 int CDialect::FindProgram(CFilterEPS& m) {
-    unsigned char bytes[12] = {};
-    unsigned count = 0;
-    const auto word = [&bytes](int at) {
-        return static_cast<std::int64_t>(bytes[at]) | static_cast<std::int64_t>(bytes[at + 1]) << 8 |
-               static_cast<std::int64_t>(bytes[at + 2]) << 16 | static_cast<std::int64_t>(bytes[at + 3]) << 24;
-    };
-    if (!m.m_pCurrentFile || m.m_pCurrentFile->ReadBlock(bytes, 4, &count) != 1) return m.Fail(PSERR_FORMAT);
-    if (std::string_view(reinterpret_cast<char*>(bytes), 4) == "%!PS") {
-        return m.m_pCurrentFile->SetPosition(0) == 1 ? 1 : m.Fail(PSERR_IO);
+    tagEpsSection section{};
+    switch (m.m_pCurrentFile ? EnterEpsSection(*m.m_pCurrentFile, section) : EpsEntry::unreadable) {
+        case EpsEntry::program:
+        case EpsEntry::section:
+            m.m_nSectionStart = section.nOffset;
+            return 1;
+        case EpsEntry::unreachable:
+            return m.Fail(PSERR_IO);
+        default:
+            return m.Fail(PSERR_FORMAT);
     }
-    // The binary header: offset and length of the PostScript section, little-endian (EPS File Format 3.0).
-    if (word(0) != 0xC6D3D0C5 || m.m_pCurrentFile->ReadBlock(bytes + 4, 8, &count) != 1) return m.Fail(PSERR_FORMAT);
-    const std::int64_t offset = word(4);
-    const std::int64_t length = word(8);
-    if (m.m_pCurrentFile->SetPosition(offset) != 1) return m.Fail(PSERR_IO);
-    m.m_nSectionStart = offset;
-    m.m_pCurrentFile->SetLimit(offset + length);
-    return 1;
 }
 
 int CFilterEPS::RunFile(CEntGroup* group) {
@@ -39,7 +37,7 @@ int CFilterEPS::RunFile(CEntGroup* group) {
     int result = -1;
     try {
         if (m_pDialect->FindProgram(*this) == 1) {
-            result = m_pDialect->ScanFile(*this);
+            result = ExecuteFile(*m_pCurrentFile);
         } else {
             RecordFailure(nullptr);
         }
@@ -70,13 +68,106 @@ void CFilterEPS::HandleExhaustedMemory() {
 }
 
 tagInputPlace CFilterEPS::InputPlace() const {
-    const CFileBody* body = m_pCurrentFile ? m_pCurrentFile->GetBody() : nullptr;
+    CFileBody* body = m_Input.Get();
     return body ? body->ScanPlace(m_nSectionStart) : tagInputPlace{};
+}
+
+/// The current file from construction to destruction, when the one before comes back.
+class CFilterEPS::CurrentFileScope {
+public:
+    CurrentFileScope(CFilterEPS& machine, const CFileElement& file)
+        : m_Machine(machine), m_pBefore(std::exchange(machine.m_pCurrentFile, file.CloneFile())) {}
+    CurrentFileScope(const CurrentFileScope&) = delete;
+    CurrentFileScope& operator=(const CurrentFileScope&) = delete;
+    ~CurrentFileScope() { m_Machine.m_pCurrentFile = std::move(m_pBefore); }
+
+private:
+    CFilterEPS& m_Machine;
+    TypedPtr<CFileElement> m_pBefore;
+};
+
+int CFilterEPS::ExecuteFile(const CFileElement& file) {
+    const CurrentFileScope scope(*this, file);
+    return m_pDialect->ScanFile(*this);
 }
 
 int CDialect::ScanFile(CFilterEPS& m) {
     CLexer<CFileSource, FileRules> lexer{CFileSource(*m.m_pCurrentFile)};
-    return RunLexer(m, lexer);
+    const int result = RunLexer(m, lexer);
+    if (result == 1) m.ReportTail(lexer.Open(), lexer.Text(), lexer.LastComment());
+    return result;
+}
+
+namespace {
+
+/// Whether a token at the end of a file does nothing that could be missed: the end marks of old transmissions and
+/// systems (^D, ^Z, zero bytes), and names that only tidy up.
+bool IsIdle(std::string_view token) {
+    constexpr std::string_view endMarks("\0\x04\x1A", 3);
+    constexpr std::string_view names[] = {"showpage",    "end",         "restore", "grestore",
+                                          "grestoreall", "cleartomark", "pop",     "quit"};
+    return token.find_first_not_of(endMarks) == std::string_view::npos ||
+           std::find(std::begin(names), std::end(names), token) != std::end(names);
+}
+
+}  // namespace
+
+void CFilterEPS::ReportTail(Lexeme open, std::string_view text, std::int64_t lastComment) {
+    CFileBody* body = m_Input.Get();
+    if (open == Lexeme::end || !body || !m_pCurrentFile->m_Body.SameBody(m_Input)) return;
+    tagInputPlace place = body->ScanPlace(m_nSectionStart);
+    std::string token;
+    RunTail tail = RT_TOKEN;
+    switch (open) {
+        case Lexeme::token:
+            token = text;
+            if (IsIdle(token)) return;
+            break;
+        case Lexeme::literal:
+            token.assign(1, '/').append(text);
+            break;
+        case Lexeme::immediate:
+            token.assign(2, '/').append(text);
+            break;
+        case Lexeme::string:
+        case Lexeme::hexString:
+            tail = RT_STRING;
+            break;
+        case Lexeme::procedure:
+            tail = RT_PROCEDURE;
+            break;
+        case Lexeme::comment:
+            if (!IsProgramNext()) return;
+            tail = RT_ENDCOMMENT;
+            place = body->PlaceOf(m_nSectionStart, lastComment);
+            break;
+        default:
+            return;
+    }
+    m_Report.nTail = tail;
+    m_Report.strTail = std::move(token);
+    m_Report.nTailLine = place.nLine;
+    m_Report.nTailOffset = place.nOffset;
+}
+
+// Behind the end of a program stand previews, signatures of mails, paddings: the first name that would run tells.
+bool CFilterEPS::IsProgramNext() {
+    CLexer<CFileSource, FileRules> rest{CFileSource(*m_pCurrentFile)};
+    for (;;) {
+        switch (rest.Next()) {
+            case Lexeme::failure:
+                return false;
+            case Lexeme::end:
+                if (rest.Open() != Lexeme::comment) return false;
+                break;  // one more end comment
+            case Lexeme::token:
+                if (ClassifyNumber(rest.Text()) != NumberClass::none || rest.Text().empty()) break;
+                if (!IsIdle(rest.Text())) return LookUp(InternName(rest.Text())) != nullptr;
+                break;
+            default:
+                break;
+        }
+    }
 }
 
 int CDialect::ScanBuffer(CFilterEPS& m, std::string_view text) {
@@ -237,21 +328,8 @@ int CDialect::ParseProcedure(CFilterEPS& m, std::string_view text, ElementPtr& p
 
 // Arrays and dictionaries
 
-namespace {
-
-/// Elements above the topmost mark, or -1 without one.
-int CountToMark(const CElementStack& stack) {
-    int count = 0;
-    for (const CElement* e = stack.Top(); e; e = e->m_pPrev, ++count) {
-        if (e->m_nType == ET_MARK) return count;
-    }
-    return -1;
-}
-
-}  // namespace
-
 ElementPtr CFilterEPS::BuildArray() {
-    const int count = CountToMark(m_OperandStack);
+    const int count = m_OperandStack.CountToMark();
     if (count < 0) return nullptr;
     std::vector<ElementPtr> elements(static_cast<size_t>(count));
     for (int i = count; i-- > 0;) elements[static_cast<size_t>(i)] = Pop();
@@ -259,15 +337,13 @@ ElementPtr CFilterEPS::BuildArray() {
 }
 
 ElementPtr CFilterEPS::BuildDictionary() {
-    const int count = CountToMark(m_OperandStack);
+    const int count = m_OperandStack.CountToMark();
     if (count < 0) return nullptr;
     auto dict = MakeElement<CDictionary>(count / 2);
     for (int pair = 0; pair < count / 2; ++pair) {
         ElementPtr value = Pop();
         const ElementPtr key = Pop();
-        const CName* name = nullptr;
-        if (key->m_nType == ET_NAME) name = static_cast<const CSimpElement&>(*key).m_pName;
-        if (const auto* string = As<CStringElement>(key.get())) name = InternName(string->KeyText());
+        const CName* name = KeyNameOf(*key);
         if (!name || !name->IsKey()) return nullptr;
         dict->Put(name, std::move(value));
     }

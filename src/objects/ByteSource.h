@@ -1,5 +1,5 @@
-// Where bytes come from: the two faces between files and decoders. A decoder takes bytes of a reader and is a source
-// itself, so that filters chain without knowing what stands below them.
+// Where bytes come from and where they go: the faces between files and filters. A decoder takes bytes of a reader and is
+// a source itself, an encoder is a sink over another, so that filters chain without knowing what stands below them.
 #pragma once
 
 #include <cstddef>
@@ -19,6 +19,16 @@ public:
     [[nodiscard]] virtual std::ptrdiff_t Read(unsigned char* buffer, std::size_t size) = 0;
 };
 
+/// A source that can be read from another place, too: a disk file, memory.
+class CSeekableSource : public CByteSource {
+public:
+    /// The next bytes come from a position, in bytes from the front; behind the last byte there are none. False when
+    /// that can't be.
+    [[nodiscard]] virtual bool Seek(std::int64_t position) = 0;
+    /// Bytes in all.
+    [[nodiscard]] virtual std::int64_t GetSize() const noexcept = 0;
+};
+
 /// Bytes at hand, taken in any number: what a decoder reads, so that it can stop exactly behind its data.
 class CByteReader {
 public:
@@ -32,4 +42,21 @@ public:
     [[nodiscard]] virtual std::span<const unsigned char> Peek(int& result) = 0;
     /// Takes n of the bytes that the last Peek gave.
     virtual void Skip(std::size_t n) noexcept = 0;
+};
+
+/// Where the bytes of a file that is written go: an encoder, memory.
+class CByteSink {
+public:
+    CByteSink() = default;
+    CByteSink(const CByteSink&) = delete;
+    CByteSink& operator=(const CByteSink&) = delete;
+    /// Drops what was held back: whoever wants it written says Close before.
+    virtual ~CByteSink() = default;
+
+    /// Takes all of the bytes; false on a failure.
+    [[nodiscard]] virtual bool Write(std::span<const unsigned char> bytes) = 0;
+    /// Hands on what can be without ending the data; false on a failure.
+    [[nodiscard]] virtual bool Flush() = 0;
+    /// Ends the data, with the end mark of an encoding; nothing is written from here on. False on a failure.
+    [[nodiscard]] virtual bool Close() noexcept = 0;
 };

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "objects/HexDigit.h"
+
 namespace {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
@@ -47,13 +49,6 @@ double RealPrefix(std::string_view text) {
     return negative ? -value : value;
 }
 
-int DigitValue(char c) {
-    if (IsDigit(c)) return c - '0';
-    if (c >= 'a' && c <= 'z') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'Z') return c - 'A' + 10;
-    return 99;
-}
-
 bool RadixNumber(std::string_view base, std::string_view digits, double& value) {
     int radix = 0;
     for (const char c : base) {
@@ -63,8 +58,8 @@ bool RadixNumber(std::string_view base, std::string_view digits, double& value) 
     if (radix < 2 || radix > 36 || digits.empty()) return false;
     std::uint32_t low = 0;
     for (const char c : digits) {
-        const int digit = DigitValue(c);
-        if (digit >= radix) return false;
+        const int digit = RadixDigitValue(static_cast<unsigned char>(c));
+        if (digit < 0 || digit >= radix) return false;
         low = low * static_cast<std::uint32_t>(radix) + static_cast<std::uint32_t>(digit);
     }
     value = static_cast<std::int32_t>(low);

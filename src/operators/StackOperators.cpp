@@ -147,15 +147,6 @@ constexpr OpRow kCoreRows[] = {
 };
 // clang-format on
 
-/// Elements above the topmost mark, or -1 without a mark.
-int CountToMark(const CFilterEPS& m) {
-    int count = 0;
-    for (const CElement* e = m.m_OperandStack.Top(); e; e = e->m_pPrev, ++count) {
-        if (e->m_nType == ET_MARK) return count;
-    }
-    return -1;
-}
-
 // any(1)..any(n)  clear  -
 int OpClear(CFilterEPS& m) {
     m.m_OperandStack.Clear();
@@ -176,7 +167,7 @@ int OpMark(CFilterEPS& m) {
 
 // mark any(1)..any(n)  cleartomark  -        UNMATCHEDMARK
 int OpCleartomark(CFilterEPS& m) {
-    const int count = CountToMark(m);
+    const int count = m.m_OperandStack.CountToMark();
     if (count < 0) return m.Fail(PSERR_UNMATCHEDMARK);
     m.Drop(count + 1);
     return 1;
@@ -184,7 +175,7 @@ int OpCleartomark(CFilterEPS& m) {
 
 // mark any(1)..any(n)  counttomark  mark any(1)..any(n) n   UNMATCHEDMARK
 int OpCounttomark(CFilterEPS& m) {
-    const int count = CountToMark(m);
+    const int count = m.m_OperandStack.CountToMark();
     if (count < 0) return m.Fail(PSERR_UNMATCHEDMARK);
     m.PushInt(count);
     return 1;

@@ -1,15 +1,15 @@
 // The analysis of a file's header: the signature, the first line, and the document structuring comments (see
 // "PostScript Language Document Structuring Conventions" and "Encapsulated PostScript File Format", both
-// version 3). Reads through a file body of its own; no interpreter takes part.
+// version 3). Reads an open file; no interpreter and no window takes part.
 #include "plugin/FileInfo.h"
 
 #include <algorithm>
 #include <cstring>
 #include <iterator>
 
+#include "objects/EpsHeader.h"
+#include "objects/File.h"
 #include "objects/NumberText.h"
-#include "plugin/ImportInfoDlg.h"
-#include "plugin/PlugFilterMain.h"
 
 namespace {
 
@@ -33,11 +33,6 @@ std::int32_t Integer(std::string_view word) { return static_cast<std::int32_t>(N
 std::int32_t Extent(std::string_view low, std::string_view high) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(Integer(high)) -
                                      static_cast<std::uint32_t>(Integer(low)));
-}
-
-std::uint32_t LittleEndian32(const unsigned char* bytes) {
-    return bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8 | static_cast<std::uint32_t>(bytes[2]) << 16 |
-           static_cast<std::uint32_t>(bytes[3]) << 24;
 }
 
 /// A comment line and its words.
@@ -108,71 +103,68 @@ std::vector<std::string_view> SplitWords(std::string_view line) {
     return words;
 }
 
-int CEPSImportInfoDlg::AnalyseHeader() {
-    m_Info = {};
-    m_pFile = std::make_unique<CFileBody>(m_pJob->szPath, "r+b");
-    m_pFile->SetFileKind(FK_INPUT);
-    const bool read = m_pFile->Open() == 1 && CheckFileHeader() == 1 && ReadFirstLine() == 1 && ReadComments() == 1;
-    m_Info.m_nFileLength = m_pFile->GetFileSize();
-    m_pFile->Close();
-    return read ? 1 : -1;
+namespace {
+
+/// Goes to the start of the PostScript section and tells the file type.
+AnalysisResult ReadHeader(CFileBody& file, CEPSFileInfo& info) {
+    tagEpsSection section{};
+    switch (EnterEpsSection(file, section)) {
+        case EpsEntry::program:
+            info.m_nFileType = 0;
+            info.m_nPSLength = file.GetFileSize();
+            return AR_DONE;
+        case EpsEntry::section:
+            info.m_nFileType = 1;
+            info.m_nPSLength = static_cast<std::int32_t>(section.nLength);
+            return AR_DONE;
+        case EpsEntry::unknown:
+            return AR_FORMAT;
+        default:
+            return AR_IO;
+    }
 }
 
-int CEPSImportInfoDlg::CheckFileHeader() {
-    constexpr unsigned char BINARY_SIGNATURE[] = {0xC5, 0xD0, 0xD3, 0xC6};
-    unsigned char bytes[8];
-    unsigned count = 0;
-    if (m_pFile->ReadBlock(bytes, 4, &count) != 1) return -1;
-    if (std::memcmp(bytes, "%!PS", 4) == 0) {
-        m_Info.m_nFileType = 0;
-        m_Info.m_nPSLength = m_pFile->GetFileSize();
-        return m_pFile->SetPosition(0) == 1 ? 1 : -1;
-    }
-    if (std::memcmp(bytes, BINARY_SIGNATURE, sizeof BINARY_SIGNATURE) != 0) {
-        m_nFailKind = AF_FORMAT;
-        return -1;
-    }
-    m_Info.m_nFileType = 1;
-    if (m_pFile->ReadBlock(bytes, 8, &count) != 1) return -1;
-    const std::uint32_t offset = LittleEndian32(bytes);
-    const std::uint32_t length = LittleEndian32(bytes + 4);
-    m_Info.m_nPSLength = static_cast<std::int32_t>(length);
-    if (m_pFile->SetPosition(offset) != 1) return -1;
-    m_pFile->SetLimit(std::int64_t{offset} + length);
-    return 1;
-}
-
-int CEPSImportInfoDlg::ReadFirstLine() {
+AnalysisResult ReadFirstLine(CFileBody& file, CEPSFileInfo& info) {
     std::string line;
-    if (ReadTextLine(*m_pFile, line) == -1) return -1;
+    if (ReadTextLine(file, line) == -1) return AR_IO;
     const std::vector<std::string_view> words = SplitWords(line);
     if (words.size() < 2 || !words[0].starts_with(DSC_PREFIX) || !words[1].starts_with(EPS_PREFIX)) {
-        m_nFailKind = AF_FORMAT;
-        return -1;
+        return AR_FORMAT;
     }
-    m_Info.m_fDSCVersion = Real(words[0].substr(DSC_PREFIX.size()));
-    m_Info.m_fEPSVersion = Real(words[1].substr(EPS_PREFIX.size()));
-    return 1;
+    info.m_fDSCVersion = Real(words[0].substr(DSC_PREFIX.size()));
+    info.m_fEPSVersion = Real(words[1].substr(EPS_PREFIX.size()));
+    return AR_DONE;
 }
 
-int CEPSImportInfoDlg::ReadComments() {
+AnalysisResult ReadComments(CFileBody& file, CEPSFileInfo& info) {
     bool continues = false;  // whether "%%+" carries on a list of resources
     std::string line;
     for (;;) {
-        const int result = ReadTextLine(*m_pFile, line);
-        if (result == -1) return -1;
-        if (result == 0) return 1;  // also over a last line without a line end
+        const int result = ReadTextLine(file, line);
+        if (result == -1) return AR_IO;
+        if (result == 0) return AR_DONE;  // also over a last line without a line end
         const Comment comment{line, SplitWords(line)};
         if (comment.words.empty()) continue;
         const std::string_view word = comment.words[0];
-        if (word == END_COMMENTS) return 1;
+        if (word == END_COMMENTS) return AR_DONE;
         if (word == CONTINUATION) {
-            if (continues) ReadSuppliedResource(m_Info, comment);
+            if (continues) ReadSuppliedResource(info, comment);
             continue;
         }
         continues = word == SUPPLIED_RESOURCES;
         const auto* keyword = std::find_if(std::begin(KEYWORDS), std::end(KEYWORDS),
                                            [word](const Keyword& candidate) { return candidate.text == word; });
-        if (keyword != std::end(KEYWORDS)) keyword->read(m_Info, comment);
+        if (keyword != std::end(KEYWORDS)) keyword->read(info, comment);
     }
+}
+
+}  // namespace
+
+AnalysisResult AnalyseEpsFile(CFileBody& file, CEPSFileInfo& info) {
+    info = {};
+    AnalysisResult result = ReadHeader(file, info);
+    if (result == AR_DONE) result = ReadFirstLine(file, info);
+    if (result == AR_DONE) result = ReadComments(file, info);
+    info.m_nFileLength = file.GetFileSize();
+    return result;
 }

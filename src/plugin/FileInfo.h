@@ -32,6 +32,18 @@ struct CEPSFileInfo {
     std::vector<CDocSuppliedRes> m_SuppliedRes;
 };
 
+class CFileBody;
+
+/// How an analysis ended.
+enum AnalysisResult : std::int32_t {
+    AR_FORMAT = 0,  ///< no EPS file
+    AR_IO = 1,      ///< it can't be read, or has a comment line of more than 255 bytes
+    AR_DONE = 2
+};
+
+/// Reads the header comments of an open file from its start; info holds what was found by then. The file stays open.
+[[nodiscard]] AnalysisResult AnalyseEpsFile(CFileBody& file, CEPSFileInfo& info);
+
 /// The longest word of a line, bytes.
 inline constexpr std::size_t MAX_WORD = 49;
 

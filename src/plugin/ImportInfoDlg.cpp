@@ -44,6 +44,15 @@ const AFX_MSGMAP* CEPSImportInfoDlg::GetMessageMap() const {
     return &MAP;
 }
 
+int CEPSImportInfoDlg::AnalyseHeader() {
+    m_pFile = std::make_unique<CFileBody>(m_pJob->szPath, "r+b");
+    m_pFile->SetFileKind(FK_INPUT);
+    const AnalysisResult result = m_pFile->Open() == 1 ? AnalyseEpsFile(*m_pFile, m_Info) : AR_IO;
+    m_pFile->Close();
+    if (result != AR_DONE) m_nFailKind = result;
+    return result == AR_DONE ? 1 : -1;
+}
+
 void CEPSImportInfoDlg::OnFileInfo() {
     if (AnalyseHeader() != 1) {
         ShowFailure();
@@ -69,7 +78,7 @@ std::string CEPSImportInfoDlg::InfoText() const {
 }
 
 void CEPSImportInfoDlg::ShowFailure() {
-    const std::string message = LocalText(m_nFailKind == AF_FORMAT ? IDS_BAD_FORMAT : IDS_IO_ERROR);
+    const std::string message = LocalText(m_nFailKind == AR_FORMAT ? IDS_BAD_FORMAT : IDS_IO_ERROR);
     MessageBox(message.c_str(), LocalText(IDS_WARNING).c_str(), MB_OK | MB_ICONEXCLAMATION);
     EnableDlgItem(IDC_FILE_INFO, false);
     EnableDlgItem(IDOK, false);

@@ -9,9 +9,6 @@
 #include "plugin/FileInfo.h"
 #include "plugin/PlugFilterMain.h"
 
-/// Kinds of failure of an analysis.
-enum AnalysisFailure : std::int32_t { AF_FORMAT = 0, AF_IO = 1 };
-
 /// The one window of the plug-in; opens with its defaults every time. After DoModal answered IDOK,
 /// m_fTolerance and m_nFillOutline are what the user set.
 class CEPSImportInfoDlg final : public CDialog {
@@ -30,17 +27,13 @@ public:
     std::unique_ptr<CFileBody> m_pFile;        ///< the file of the analysis
     const tagPlugImportJob* m_pJob = nullptr;  ///< tells the path; the host's, set before the dialog runs
     CEPSFileInfo m_Info;
-    std::int32_t m_nFailKind = AF_IO;
+    std::int32_t m_nFailKind = AR_IO;  ///< AR_FORMAT or AR_IO, when the analysis failed
 
 protected:
     const AFX_MSGMAP* GetMessageMap() const override;
     void DoDataExchange(CDataExchange* pDX) override;
 
 private:
-    /// Tells the file type and goes to the start of the PostScript section: 1, or -1.
-    [[nodiscard]] int CheckFileHeader();
-    [[nodiscard]] int ReadFirstLine();
-    [[nodiscard]] int ReadComments();
     void ShowFailure();
     [[nodiscard]] std::string InfoText() const;
 };

@@ -220,6 +220,41 @@ TEST(ScannerTest, ThePlaceOfAnErrorInTheFile) {
     EXPECT_EQ(RunText("nosuch").place, "") << "no file";
 }
 
+TEST(ScannerTest, WhatDidNotRunIsTold) {
+    struct Case {
+        const char* what;
+        std::string rest;
+        const char* tail;
+    };
+    for (const Case& c : {
+             Case{"a last operator that nothing ends", "1 pop\n stroke", "token 3:12 stroke"},
+             Case{"and so behind a lone CR", "stroke\r", "token 2:5 stroke"},
+             Case{"names", "/abc", "token 2:5 /abc"},
+             Case{"names at once", " //abc", "token 2:6 //abc"},
+             Case{"a string", "(a(b)\n\n", "string 2:5"},
+             Case{"a hexadecimal string", "%\n<41\n", "string 3:7"},
+             Case{"a procedure", "/a {\n{ } stroke\n", "procedure 2:8"},
+             Case{"everything ran", "stroke\n", ""},
+             Case{"everything but a comment", "stroke\n%% end", ""},
+             Case{"names that only tidy up", "stroke showpage", ""},
+             Case{"end marks of old systems", "stroke\n\x04\x1A", ""},
+             Case{"an end comment at the end", "%%EOF\n\n% a\n\x04\n%%EOF", ""},
+             Case{"an end comment and a program", "1 pop\r\n%%EOF\r\n/a 1 def\n", "end comment 3:12"},
+             Case{"an end comment and a program behind another", "%%EOF\r%%EOF\r0 0 moveto\n", "end comment 2:5"},
+             Case{"an end comment and a mail", "%%EOF\n-- \n1st of all: add (it)\n", ""},
+             Case{"an end comment and an open string", "%%EOF\n(a\n", ""},
+         }) {
+        for (const int blockSize : {1, 3, 10000}) {
+            RunSettings settings;
+            settings.blockSize = blockSize;
+            const RunResult result = RunAsFile("%!PS\n" + c.rest, settings);
+            EXPECT_EQ(result.error, PSERR_NONE) << c.what;
+            EXPECT_EQ(result.tail, c.tail) << c.what << ", blocks of " << blockSize;
+        }
+    }
+    EXPECT_EQ(RunAsFile("%!PS\nnosuch (a\n").tail, "") << "an error tells for itself";
+}
+
 TEST(ScannerTest, BraceInHexStringOfAFile) {
     // The procedure comes out first, then the hex string goes on.
     EXPECT_EQ(EntitiesOf("%!PS\n<41{10 10 moveto 20 20 lineto stroke}42> (AB) eq exch pop not {nosuch} if\n"

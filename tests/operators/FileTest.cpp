@@ -27,7 +27,9 @@ std::string Contents(const std::string& path) {
 
 /// Runs a program as the input file. True when it leaves true on top, and says what happened otherwise.
 ::testing::AssertionResult HoldsInFile(const std::string& program, const std::string& head = "%!PS\n") {
-    const RunResult result = RunAsFile(head + program + "\n{} {/wrong load} ifelse\n");
+    RunSettings settings;
+    settings.onDisk = true;
+    const RunResult result = RunAsFile(head + program + "\n{} {/wrong load} ifelse\n", settings);
     if (result.error == PSERR_NONE) return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure() << "error " << result.error << " in: " << program;
 }

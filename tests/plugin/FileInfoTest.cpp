@@ -67,27 +67,27 @@ TEST(FileInfoTest, Signatures) {
         const char* name;
         std::string bytes;
         int result;
-        int failKind = AF_IO;
+        int failKind = AR_IO;
     };
     const std::string header = "\xC5\xD0\xD3\xC6"s;
     for (const Case& c : {Case{"whole", FIRST_LINE, 1},
                           {"first line alone, unfinished", "%!PS-Adobe-3.0 EPSF-3.0", 1},
                           {"three bytes", "%!P", -1},
                           {"empty", "", -1},
-                          {"another file", "%PDF-1.4\n", -1, AF_FORMAT},
-                          {"no EPSF word", "%!PS-Adobe-3.0\n", -1, AF_FORMAT},
-                          {"another second word", "%!PS-Adobe-3.0 Resource-CMap\n", -1, AF_FORMAT},
-                          {"plain PostScript", "%!PS\n", -1, AF_FORMAT},
-                          {"blank first line", "%!PS", -1, AF_FORMAT},
+                          {"another file", "%PDF-1.4\n", -1, AR_FORMAT},
+                          {"no EPSF word", "%!PS-Adobe-3.0\n", -1, AR_FORMAT},
+                          {"another second word", "%!PS-Adobe-3.0 Resource-CMap\n", -1, AR_FORMAT},
+                          {"plain PostScript", "%!PS\n", -1, AR_FORMAT},
+                          {"blank first line", "%!PS", -1, AR_FORMAT},
                           {"header cut", header + "\x1e\0\0\0\x10"s, -1},
-                          {"section outside the file", header + "\x7f\0\0\0\x10\0\0\0"s, -1, AF_FORMAT},
-                          {"offset and length of all ones", header + std::string(8, '\xff'), -1, AF_FORMAT}}) {
+                          {"section outside the file", header + "\x7f\0\0\0\x10\0\0\0"s, -1, AR_FORMAT},
+                          {"offset and length of all ones", header + std::string(8, '\xff'), -1, AR_FORMAT}}) {
         SCOPED_TRACE(c.name);
         const Analysis analysis = Analyse(c.bytes);
         EXPECT_EQ(analysis.result, c.result);
         EXPECT_EQ(analysis.failKind, c.failKind);
     }
-    EXPECT_EQ(AnalysePath("/nowhere/at/all.eps").failKind, AF_IO);
+    EXPECT_EQ(AnalysePath("/nowhere/at/all.eps").failKind, AR_IO);
     EXPECT_EQ(AnalysePath(::testing::TempDir()).result, -1);
 }
 
@@ -155,7 +155,7 @@ TEST(FileInfoTest, ReadingEndsAtEndCommentsAndFailsOnALongLine) {
     EXPECT_EQ(Analyse(FIRST_LINE + "%" + std::string(254, 'x') + "\n").result, 1);
     const Analysis analysis = Analyse(FIRST_LINE + "%" + std::string(255, 'x') + "\n");
     EXPECT_EQ(analysis.result, -1);
-    EXPECT_EQ(analysis.failKind, AF_IO);
+    EXPECT_EQ(analysis.failKind, AR_IO);
     EXPECT_EQ(Analyse(FIRST_LINE + "%%EndComments\n" + std::string(300, 'x')).result, 1);
 }
 

@@ -5,9 +5,11 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 
 #include "hostout/HostModel.h"
 #include "interp/FilterEPS.h"
+#include "objects/Sources.h"
 #include "support/TestFrame.h"
 
 namespace {
@@ -85,6 +87,13 @@ std::string Text(const tagInputPlace& place) {
     return std::to_string(place.nLine) + ":" + std::to_string(place.nOffset);
 }
 
+std::string Text(const tagRunReport& report) {
+    constexpr const char* kinds[] = {"", "token", "string", "procedure", "end comment"};
+    if (report.nTail == RT_NONE) return "";
+    return kinds[report.nTail] + (" " + Text(tagInputPlace{report.nTailLine, report.nTailOffset})) +
+           (report.strTail.empty() ? "" : " " + report.strTail);
+}
+
 template <class Scan>
 RunResult Run(const RunSettings& settings, Scan scan) {
     TestFrame frame;
@@ -122,16 +131,24 @@ RunResult RunText(std::string_view program, const RunSettings& settings) {
 }
 
 RunResult RunAsFile(std::string_view bytes, const RunSettings& settings) {
-    const TempFile file(bytes);
+    std::optional<TempFile> disk;
+    if (settings.onDisk) disk.emplace(bytes);
     std::string place;
+    std::string tail;
     RunResult outcome = Run(settings, [&](CFilterEPS& machine, CEntGroup& group) {
-        EXPECT_EQ(machine.OpenInputFile(file.Path().c_str()), 1);
+        if (disk) {
+            EXPECT_EQ(machine.OpenInputFile(disk->Path().c_str(), settings.blockSize), 1);
+        } else {
+            machine.OpenInputSource(std::make_unique<CMemorySource>(std::string(bytes)), settings.blockSize);
+        }
         const int result = machine.RunFile(&group);
         place = Text(machine.InputPlace());
+        tail = Text(machine.m_Report);
         machine.CloseInputFile();
         return result;
     });
     outcome.place = place;
+    outcome.tail = tail;
     return outcome;
 }
 

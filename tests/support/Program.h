@@ -26,6 +26,8 @@ struct RunSettings {
     bool fillOutline = true;
     /// Makes the dialect of the machine.
     std::unique_ptr<CDialect> (*dialect)() = MakeDialect<CDialect>;
+    bool onDisk = false;                    ///< the input is a disk file, not memory
+    int blockSize = CFileBody::BLOCK_SIZE;  ///< of the input, bytes
 };
 
 struct RunResult {
@@ -39,6 +41,7 @@ struct RunResult {
     std::vector<std::string> entities;
     std::vector<std::string> boxes;  ///< texts of the message boxes
     std::string place;               ///< of a file: "line:offset" of what the scanner found last
+    std::string tail;                ///< of a file: what did not run, "kind line:offset token", or nothing
     int dictDepth = 0;               ///< depth of the dictionary stack afterwards
     tagRunReport report;             ///< what the main window is told when a run ends
     int gstateDepth = 0;             ///< depth of the graphics state stack afterwards
