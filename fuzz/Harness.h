@@ -5,10 +5,10 @@
 #include <cstdint>
 
 /// Imports the bytes as a file, within bounds of steps, and gives what was drawn to the export face, with curves as
-/// curves and as lines. Traps when a second import of the same bytes draws anything else.
+/// curves and as lines. Traps when a second import of the same bytes, in blocks of another size, draws anything else.
 void FuzzRun(const std::uint8_t* data, std::size_t size);
 
-/// Has the import dialog analyse the bytes as a file, and cancels.
+/// Analyses the bytes in blocks of two sizes, which must say the same, and has the import dialog do it with a file.
 void FuzzFileInfo(const std::uint8_t* data, std::size_t size);
 
 /// Runs a chain of one or two decoders over the bytes, with parameters that the first of them tell, and some encoders.

@@ -1,4 +1,4 @@
-// Where bytes come from and where they go: the faces between files and filters. A decoder takes bytes of a reader and is
+// Where bytes come from and go: the faces between files and filters. A decoder takes bytes of a reader and is
 // a source itself, an encoder is a sink over another, so that filters chain without knowing what stands below them.
 #pragma once
 

@@ -47,8 +47,8 @@ enum class EpsEntry {
 };
 
 /// Reads the header of a file that stands at its start (a CFileBody or an object of one) and goes to the start of its
-/// PostScript section; section tells where that is, once the answer is program or section. Behind a binary header, input
-/// ends with the section.
+/// PostScript section; section tells where that is, once the answer is program or section. Behind a binary header,
+/// input ends with the section.
 template <class File>
 [[nodiscard]] EpsEntry EnterEpsSection(File& file, tagEpsSection& section) {
     unsigned char bytes[EPS_SECTION_BYTES] = {};

@@ -34,7 +34,7 @@ ROOMS = {
     # The host meets the plug-in through its entry, the host's declarations and the framework layer.
     "host/lib": ["hostout/*"],
     "host/drawing": ["hostout/*"],
-    "host/import": HOST_GROUND,
+    "host/import": HOST_GROUND + ["objects/EpsHeader.h"],
     "host/writers": ["hostout/*", "drawing/*", "import/Drawing.h"],
     "host/cli": ["platform/*", "drawing/*", "import/*", "writers/*"],
 }

@@ -1,6 +1,8 @@
 // The scanners: what each piece of syntax becomes in a file, in an executed string, in a procedure, and as a token.
 #include "support/Program.h"
 
+using namespace std::string_literals;
+
 namespace {
 
 TEST(ScannerTest, StringsAndEscapes) {
@@ -117,7 +119,7 @@ TEST(ScannerTest, ATokenEndsAtItsFirstZeroByte) {
         EXPECT_EQ(result.error, PSERR_NONE) << program;
         EXPECT_EQ(result.stack, stack) << program;
     }
-    const std::string inFile("%!PS\n12\0#5 12 eq not {nosuch} if ", 36);
+    const std::string inFile = "%!PS\n12\0#5 12 eq not {nosuch} if "s;
     EXPECT_EQ(RunAsFile(inFile).error, PSERR_NONE);
 }
 
@@ -260,6 +262,36 @@ TEST(ScannerTest, BraceInHexStringOfAFile) {
     EXPECT_EQ(EntitiesOf("%!PS\n<41{10 10 moveto 20 20 lineto stroke}42> (AB) eq exch pop not {nosuch} if\n"
                          "10 10 moveto 20 20 lineto stroke\n"),
               1u);
+}
+
+TEST(ScannerTest, TheBlockSizeDoesNotShow) {
+    const std::string binary = "\xC5\xD0\xD3\xC6\x0C\0\0\0\x30\0\0\0"s;
+    for (const std::string& bytes : {
+             std::string("%!PS\r\n/a(b\\101(c)\\\r\nd\\12)def%x\r\r\n<62 41 2863 2964313 2>a eq not{nosuch}if 1 2 "
+                         "moveto//true\r\n"
+                         "{{3 4}}exec exec lineto stroke<</x[5 6]>>/x get aload pop moveto 7 8 lineto stroke\r"),
+             std::string("%!PS\n1 1 moveto currentfile 2 string readstring\n9 pop dup 0 get 48 sub 2 lineto stroke "
+                         "currentfile 9 string readline\r\nabc\r\npop length 5 moveto 9 9 lineto stroke\rlast"),
+             std::string(
+                 "%!PS\n0 0 moveto currentfile/ASCIIHexDecode filter 9 string readstring\n414 2>pop length 3 lineto "
+                 "stroke currentfile/ASCII85Decode filter 1 string readstring a~x~>pop pop 5 5 moveto 6 6 lineto "
+                 "stroke 1 add nosuch "),
+             std::string("%!PS\n1 1 moveto 16#1F 2 lineto stroke\r\n%%EOF\r\n%%EOF\r\n3 3 moveto\n"),
+             "%!PS\n12\0#5 3 moveto/a\0b 1 def a 9 lineto stroke (\\"s,
+             binary + "%!PS\n1 1 moveto currentfile fileposition 2 lineto stroke 3 3 moveto 4 4 lineto stroke ",
+         }) {
+        const auto run = [&bytes](int blockSize) {
+            RunSettings settings;
+            settings.blockSize = blockSize;
+            const RunResult result = RunAsFile(bytes, settings);
+            std::string text = std::to_string(result.error) + " at " + result.place + ", tail " + result.tail;
+            for (const std::string& entity : result.entities) text += "\n" + entity;
+            return text;
+        };
+        const std::string whole = run(10000);
+        EXPECT_NE(whole.find("L "), std::string::npos) << whole;
+        for (const int blockSize : {1, 2, 3, 7}) EXPECT_EQ(run(blockSize), whole) << "blocks of " << blockSize;
+    }
 }
 
 TEST(ScannerTest, BlockBoundaries) {

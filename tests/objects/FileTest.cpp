@@ -1,6 +1,11 @@
-// Files: the block buffer of the input with its limit and positions, and plain streams.
+// Files: the block buffer of the input with its limit and positions, plain streams, sources and sinks.
 #include "objects/File.h"
 
+#include <algorithm>
+#include <functional>
+
+#include "interp/FilterEPS.h"
+#include "objects/Sources.h"
 #include "support/Program.h"
 #include "support/TestFrame.h"
 
@@ -121,6 +126,160 @@ TEST(FileTest, StreamsAndOddNames) {
     EXPECT_EQ(edit.ReadByte(&c), -1);
     CFileBody nameless(nullptr, "r");
     EXPECT_EQ(nameless.Open(), 0);
+}
+
+/// Gives a few bytes at a time and has no places; may do something at each read.
+class Trickle final : public CByteSource {
+public:
+    explicit Trickle(std::string bytes, std::function<void()> atRead = {})
+        : m_Bytes(std::move(bytes)), m_AtRead(std::move(atRead)) {}
+    [[nodiscard]] std::ptrdiff_t Read(unsigned char* buffer, std::size_t size) override {
+        if (m_AtRead) m_AtRead();
+        const std::size_t count = m_Bytes.copy(reinterpret_cast<char*>(buffer), std::min<std::size_t>(size, 3), m_nAt);
+        m_nAt += count;
+        return static_cast<std::ptrdiff_t>(count);
+    }
+
+private:
+    std::string m_Bytes;
+    std::function<void()> m_AtRead;
+    std::size_t m_nAt = 0;
+};
+
+class Broken final : public CByteSource {
+public:
+    [[nodiscard]] std::ptrdiff_t Read(unsigned char*, std::size_t) override { return -1; }
+};
+
+TEST(FileTest, ASourceIsAFile) {
+    for (const int blockSize : {1, 2, 3, 7, 10000}) {
+        SCOPED_TRACE(blockSize);
+        CFileBody file(std::make_unique<Trickle>("one\r\ntwo\n4 1x42 rest"), blockSize);
+        std::string line;
+        EXPECT_EQ(file.ReadLine(line, 10), 1);
+        EXPECT_EQ(line, "one");
+        unsigned c = 0;
+        EXPECT_EQ(file.ReadByte(&c), 1);
+        file.UnreadByte();
+        EXPECT_EQ(file.ReadLine(line, 10), 1);
+        EXPECT_EQ(line, "two");
+        std::vector<unsigned char> values;
+        EXPECT_EQ(file.ReadHex(values, 2), 1);
+        EXPECT_EQ(values, (std::vector<unsigned char>{0x41, 0x42}));
+        std::int64_t at = 0;
+        EXPECT_EQ(file.GetPosition(at), 0) << "no places";
+        EXPECT_EQ(file.SetPosition(0), 0);
+        EXPECT_EQ(file.GetLimit(at), 0) << "not known";
+        EXPECT_EQ(file.WriteByte('a'), -1);
+        char rest[10];
+        unsigned count = 0;
+        EXPECT_EQ(file.ReadBlock(rest, sizeof rest, &count), 0);
+        EXPECT_EQ(std::string(rest, count), " rest");
+        EXPECT_EQ(file.ReadByte(&c), 0);
+        file.Close();
+        EXPECT_EQ(file.ReadByte(&c), -1);
+        EXPECT_EQ(file.SkipToZeros(), 0);
+    }
+    CFileBody places(std::make_unique<CMemorySource>("abcdef"), 2);
+    unsigned c = 0;
+    EXPECT_EQ(places.GetFileSize(), 6);
+    EXPECT_EQ(places.SetPosition(4), 1);
+    EXPECT_EQ(places.ReadByte(&c), 1);
+    EXPECT_EQ(c, static_cast<unsigned>('e'));
+    EXPECT_EQ(places.PlaceOf(0, 2).nOffset, 2);
+    EXPECT_EQ(places.ReadByte(&c), 1);
+    EXPECT_EQ(c, static_cast<unsigned>('f')) << "looking for a place moves nothing";
+    CFileBody limited(std::make_unique<Trickle>("abcdef"));
+    limited.SetLimit(2);
+    char two[6];
+    unsigned count = 0;
+    EXPECT_EQ(limited.ReadBlock(two, 6, &count), 0);
+    EXPECT_EQ(count, 2u);
+    CFileBody broken(std::make_unique<Broken>());
+    EXPECT_EQ(broken.ReadByte(&c), -1);
+}
+
+TEST(FileTest, ASourceMayTakeItsFileAway) {
+    TestFrame frame;
+    CFilterEPS machine(5);
+    unsigned c = 0;
+    CFileBody* self = nullptr;
+    CFileBody closed(std::make_unique<Trickle>("abc", [&] { self->Close(); }));
+    self = &closed;
+    EXPECT_EQ(closed.ReadByte(&c), -1);
+    EXPECT_EQ(closed.ReadByte(&c), -1);
+
+    CFileBody nested(std::make_unique<Trickle>("abc", [&] { EXPECT_EQ(self->ReadByte(&c), -1); }));
+    self = &nested;
+    EXPECT_EQ(nested.ReadByte(&c), 1) << "a source that reads its own file gets nothing, and the reader all";
+    EXPECT_EQ(c, static_cast<unsigned>('a'));
+
+    ASSERT_EQ(machine.ScanBuffer("userdict /s save put"), 1);
+    const CFileElement lost(
+        std::make_unique<Trickle>("abc", [&] { EXPECT_EQ(machine.ScanBuffer("userdict /s get restore"), 1); }));
+    CFileReader reader(lost);
+    EXPECT_EQ(lost.ReadByte(&c), -1);
+    EXPECT_EQ(lost.ReadByte(&c), -1);
+    int result = 1;
+    EXPECT_TRUE(reader.Peek(result).empty());
+    EXPECT_EQ(result, -1);
+    reader.Skip(1);
+}
+
+TEST(FileTest, ASinkIsAFile) {
+    class Sink final : public CByteSink {
+    public:
+        explicit Sink(std::string& log) : m_Log(log) {}
+        [[nodiscard]] bool Write(std::span<const unsigned char> bytes) override {
+            m_Log.append(bytes.begin(), bytes.end());
+            return m_Log.size() < 10;
+        }
+        [[nodiscard]] bool Flush() override { return m_Log += '|', true; }
+        [[nodiscard]] bool Close() noexcept override { return m_Log += '.', true; }
+
+    private:
+        std::string& m_Log;
+    };
+    std::string log;
+    CFileBody file(std::make_unique<Sink>(log));
+    EXPECT_EQ(file.WriteByte('a'), 1);
+    EXPECT_EQ(file.WriteText("bcd"), 1);
+    file.Flush();
+    unsigned c = 0;
+    EXPECT_EQ(file.ReadByte(&c), -1);
+    file.Close();
+    file.Close();
+    EXPECT_EQ(log, "abcd|.");
+    EXPECT_EQ(file.WriteByte('a'), -1);
+    {
+        CFileBody full(std::make_unique<Sink>(log));
+        EXPECT_EQ(full.WriteText("1234"), -1);
+    }
+    EXPECT_EQ(log, "abcd|.1234") << "a file that just goes ends nothing";
+}
+
+TEST(FileTest, AnyFileCanBeRunAndReadByADecoder) {
+    const TestFrame frame;
+    CFilterEPS machine(5);
+    const CFileElement program(std::make_unique<Trickle>("1 currentfile 3 string readstring\nabc 2"), 2);
+    EXPECT_EQ(machine.ExecuteFile(program), 1);
+    EXPECT_EQ(machine.m_OperandStack.GetCount(), 3) << "1 (abc) true, and a last token that nothing ends";
+    EXPECT_EQ(machine.m_pCurrentFile, nullptr) << "the current file before";
+    EXPECT_EQ(machine.m_Report.nTail, RT_NONE) << "told of the input alone";
+
+    const TempFile temp("ab");
+    CFileElement disk(temp.Path().c_str(), "r");
+    ASSERT_EQ(disk.Open(), 1);
+    CFileReader reader(disk);
+    std::string bytes;
+    int result = 0;
+    for (std::span<const unsigned char> some = reader.Peek(result); result == 1; some = reader.Peek(result)) {
+        EXPECT_EQ(reader.Peek(result).front(), some.front()) << "looking takes nothing";
+        bytes.push_back(static_cast<char>(some.front()));
+        reader.Skip(1);
+    }
+    EXPECT_EQ(bytes, "ab");
+    EXPECT_EQ(result, 0);
 }
 
 TEST(FileTest, FiltersAreReadOverToTheRightByte) {

@@ -156,7 +156,7 @@ TEST(PlugFilterMainTest, DialogValuesReachTheInterpreter) {
 
 TEST(PlugFilterMainTest, ErrorsDeliverWhatCameBefore) {
     TestFrame frame;
-    const TempFile file(std::string(TWO_LINES) + "nonsense 0 0 moveto 9 9 lineto stroke\n");
+    const TempFile file(std::string(TWO_LINES).append("nonsense 0 0 moveto 9 9 lineto stroke\n"));
     const Import import(file.Path());
     EXPECT_EQ(import.answer, 1);
     EXPECT_EQ(import.list.GetCount(), 2u);

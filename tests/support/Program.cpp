@@ -133,13 +133,14 @@ RunResult RunText(std::string_view program, const RunSettings& settings) {
 RunResult RunAsFile(std::string_view bytes, const RunSettings& settings) {
     std::optional<TempFile> disk;
     if (settings.onDisk) disk.emplace(bytes);
+    const int blockSize = settings.blockSize > 0 ? settings.blockSize : CFileBody::BLOCK_SIZE;
     std::string place;
     std::string tail;
     RunResult outcome = Run(settings, [&](CFilterEPS& machine, CEntGroup& group) {
         if (disk) {
-            EXPECT_EQ(machine.OpenInputFile(disk->Path().c_str(), settings.blockSize), 1);
+            EXPECT_EQ(machine.OpenInputFile(disk->Path().c_str(), blockSize), 1);
         } else {
-            machine.OpenInputSource(std::make_unique<CMemorySource>(std::string(bytes)), settings.blockSize);
+            machine.OpenInputSource(std::make_unique<CMemorySource>(std::string(bytes)), blockSize);
         }
         const int result = machine.RunFile(&group);
         place = Text(machine.InputPlace());

@@ -26,8 +26,8 @@ struct RunSettings {
     bool fillOutline = true;
     /// Makes the dialect of the machine.
     std::unique_ptr<CDialect> (*dialect)() = MakeDialect<CDialect>;
-    bool onDisk = false;                    ///< the input is a disk file, not memory
-    int blockSize = CFileBody::BLOCK_SIZE;  ///< of the input, bytes
+    bool onDisk = false;  ///< the input is a disk file, not memory
+    int blockSize = 0;    ///< of the input, bytes; 0 as the system has it
 };
 
 struct RunResult {
