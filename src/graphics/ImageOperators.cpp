@@ -53,6 +53,7 @@ int RunProcedures(CFilterEPS& m, const std::vector<ElementPtr>& sources, std::in
 int Consume(CFilterEPS& m, const std::vector<ElementPtr>& sources, const CElement& leading, std::int64_t total,
             UnknownSource unknown) {
     if (total < 0) return -1;
+    ++m.m_Report.leftOut.nImages;
     if (leading.IsProcedure()) return RunProcedures(m, sources, total);
     switch (leading.m_nType) {
         case ET_STRING: {

@@ -33,6 +33,7 @@ void CFilterEPS::PaintPath() {
     CGraphState* state = GetCurrentGState();
     const CPath& path = state->m_Path;
     const std::int32_t count = path.GetCount();
+    m_Report.leftOut.nPoints += path.CountDropped();
     if (count < 2) {
         state->ClearPath();
         return;
@@ -95,8 +96,14 @@ void CFilterEPS::AddRectPath(float x, float y, float width, float height) {
 
 namespace {
 
+/// Counts an area that is filled with a pattern, of which only the outline may be drawn.
+void CountPattern(CFilterEPS& m) {
+    if (m.GetCurrentGState()->m_nColorKind == COLOR_PATTERN) ++m.m_Report.leftOut.nPatterns;
+}
+
 // -  fill  -
 int OpFill(CFilterEPS& m) {
+    if (m.GetCurrentGState()->GetPathCount() > 1) CountPattern(m);
     if (m.m_bFillOutline) {
         m.PaintPath();
     } else {
@@ -201,6 +208,7 @@ int PaintUserPath(CFilterEPS& m) {
 
 // userpath [matrix]  ufill  -                STACKUNDERFLOW TYPECHECK; UNSUPPORTED for an encoded path
 int OpUfill(CFilterEPS& m) {
+    CountPattern(m);
     if (m.m_bFillOutline) return PaintUserPath(m);
     Operands in(m);
     in.AnyArray(0);
@@ -215,6 +223,7 @@ int OpShfill(CFilterEPS& m) {
     Operands in(m);
     in.Dict(0);
     if (!in) return -1;
+    ++m.m_Report.leftOut.nShadings;
     m.Drop(1);
     return 1;
 }
@@ -223,7 +232,10 @@ int OpShfill(CFilterEPS& m) {
 int OpUstroke(CFilterEPS& m) { return PaintUserPath(m); }
 
 // as rectstroke  rectfill  -                 STACKUNDERFLOW TYPECHECK SYNTAX
-int OpRectfill(CFilterEPS& m) { return m.m_bFillOutline ? PaintRectangles(m) : DropRectangles(m); }
+int OpRectfill(CFilterEPS& m) {
+    CountPattern(m);
+    return m.m_bFillOutline ? PaintRectangles(m) : DropRectangles(m);
+}
 
 // x y width height | numarray | numstring [matrix]  rectstroke  -     STACKUNDERFLOW TYPECHECK SYNTAX
 int OpRectstroke(CFilterEPS& m) { return PaintRectangles(m); }

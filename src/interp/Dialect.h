@@ -38,6 +38,8 @@ public:
     [[nodiscard]] virtual int FindProgram(CFilterEPS& m);
     /// Runs the current file, from where it stands to its end, as a program.
     [[nodiscard]] virtual int ScanFile(CFilterEPS& m);
+    /// Called when the scanner has passed a comment that begins with %%EOF, if its rules make it one to be told of.
+    virtual void MeetEndComment(CFilterEPS&) {}
     /// The last word on a run that ended with -1: what it answers then, and m_nError for the message box, with
     /// PSERR_NONE for none. m_Report.failure says what is known.
     [[nodiscard]] virtual int EndFailedRun(CFilterEPS&) { return -1; }
@@ -56,6 +58,9 @@ public:
     /// Asked by a loop whose procedure answered -1: whether that was an `exit` on its way to this loop, which is then
     /// done with.
     [[nodiscard]] virtual bool TakeExit(CFilterEPS&) { return false; }
+
+    /// Called when somebody has dealt with an error or a way out by not passing it up.
+    virtual void ForgetError(CFilterEPS&) {}
 
     // Decisions inside operators.
     /// Runs an executable object that is no name, raw token, procedure, string or operator. 0: it doesn't run.

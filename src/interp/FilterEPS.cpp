@@ -79,6 +79,13 @@ void CFilterEPS::RecordFailure(const CName* running) {
     m_pErrorName = nullptr;
 }
 
+void CFilterEPS::ForgetError() {
+    m_nError = PSERR_NONE;
+    m_pErrorName = nullptr;
+    m_Report.failure.reset();
+    m_pDialect->ForgetError(*this);
+}
+
 void CFilterEPS::ReportError() {
     if (m_nError == PSERR_NONE) return;
     const bool known = m_nError >= PSERR_FORMAT && m_nError <= PSERR_UNSUPPORTED;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <random>
 #include <string_view>
+#include <unordered_set>
 
 #include "hostout/DataFilter.h"
 #include "interp/Dialect.h"
@@ -138,6 +139,8 @@ public:
     [[nodiscard, gnu::cold]] int RaiseError(const CName* running);
     /// Fills m_Report.failure but for the place, which is looked up when the run ends.
     void RecordFailure(const CName* running);
+    /// Makes an error that is not passed up as if it had not been.
+    void ForgetError();
     [[nodiscard]] CDialect& Dialect() const noexcept { return *m_pDialect; }
 
     // Small change of the operators.
@@ -214,10 +217,11 @@ public:
     TypedPtr<CFileElement> m_pCurrentFile;
     TypedPtr<CDictionary> m_pInternalDict;
     TypedPtr<CDictionary> m_pPageDevice;
-    std::minstd_rand m_Random{1};      ///< what `rand` draws from, so that a file draws the same on every run
-    tagRunReport m_Report;             ///< what the main window is told when the run ends
-    std::int64_t m_nSectionStart = 0;  ///< of the PostScript section in the input file
-    bool m_bPacking = false;           ///< procedures are built as packed arrays
+    std::minstd_rand m_Random{1};  ///< what `rand` draws from, so that a file draws the same on every run
+    tagRunReport m_Report;         ///< what the main window is told when the run ends
+    std::unordered_set<const CName*> m_FontsLeftOut;  ///< those that the report names
+    std::int64_t m_nSectionStart = 0;                 ///< of the PostScript section in the input file
+    bool m_bPacking = false;                          ///< procedures are built as packed arrays
     std::int32_t m_nRandSeed = 0;
     std::int32_t m_nObjectFormat = 2;
     float m_fMergeTolerance = 0.01f;   ///< shortest straight segment, millimetres

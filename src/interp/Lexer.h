@@ -62,7 +62,8 @@ enum class Lexeme {
     arrayEnd,
     dictBegin,
     dictEnd,
-    comment  ///< only where a rule asks for it
+    comment,    ///< only where a rule asks for it
+    endComment  ///< only where a rule asks for it: a comment that begins with %%EOF
 };
 
 /// Bytes of a text in memory.
@@ -158,6 +159,7 @@ struct FileRules {
     static constexpr bool pairsCr = true;          ///< CR LF outside of everything is one delimiter
     static constexpr bool endDropsOpen = true;     ///< what is open at the end is dropped without a word
     static constexpr bool eofComment = true;       ///< a comment of exactly %%EOF ends the run
+    static constexpr bool eofIsLexeme = false;     ///< a comment that begins with %%EOF is told
     static constexpr bool braceLeavesHex = true;   ///< a brace in a hex string starts a procedure
     static constexpr bool slashLooksAhead = true;  ///< // is told from /
     static constexpr bool commentIsLexeme = false;
@@ -167,6 +169,7 @@ struct TextRules {
     static constexpr bool pairsCr = false;
     static constexpr bool endDropsOpen = false;
     static constexpr bool eofComment = false;
+    static constexpr bool eofIsLexeme = false;
     static constexpr bool braceLeavesHex = false;
     static constexpr bool slashLooksAhead = true;
     static constexpr bool commentIsLexeme = false;
@@ -252,11 +255,11 @@ private:
                 if (Rules::pairsCr && c == '\r') {
                     unsigned char next = 0;
                     const int result = m_Source.Get(next);
-                    if (result == 0) return End(TokenKind());
+                    if (result == 0 && Rules::endDropsOpen) return End(TokenKind());
                     if (result < 0) return Fail(PSERR_IO);
                     if (next == '\n') {
                         c = '\n';
-                    } else {
+                    } else if (result == 1) {
                         m_Source.Unget();
                     }
                 }
@@ -484,9 +487,10 @@ private:
                 if (const int after = m_Source.Get(c); after == 1 && c != '\n') m_Source.Unget();
                 break;
             }
-            matches = matches && length < eof.size() && static_cast<char>(c) == eof[length];
+            if (length < eof.size()) matches = matches && static_cast<char>(c) == eof[length];
             ++length;
         }
+        if (Rules::eofIsLexeme) return matches && length >= eof.size() && Out(lexeme, Lexeme::endComment);
         return Rules::eofComment && matches && length == eof.size() && Out(lexeme, End(Lexeme::comment));
     }
 

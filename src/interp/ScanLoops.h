@@ -17,6 +17,9 @@ int RunLexer(CFilterEPS& m, Lexer& lexer) {
             case Lexeme::comment:
             case Lexeme::braceOpen:
                 return 1;
+            case Lexeme::endComment:
+                m.Dialect().MeetEndComment(m);
+                break;
             case Lexeme::failure:
                 m.Fail(lexer.Error());
                 if (m.RaiseError(nullptr) != 1) return -1;
@@ -64,6 +67,7 @@ int ReadObject(CFilterEPS& m, Lexer& lexer, ElementPtr& object) {
         case Lexeme::end:
         case Lexeme::comment:
         case Lexeme::braceOpen:
+        case Lexeme::endComment:
             return 1;
         case Lexeme::failure:
             return m.Fail(lexer.Error());

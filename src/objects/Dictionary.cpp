@@ -347,6 +347,7 @@ ElementPtr CDictionary::Clone() const {
     auto copy = MakeElement<CDictionary>();
     copy->m_Body = m_Body;
     copy->m_nDictKind = m_nDictKind;
+    copy->m_pFoundAs = m_pFoundAs;
     return WithAttributes(std::move(copy));
 }
 
@@ -357,6 +358,7 @@ ElementPtr CDictionary::DeepCopy() const {
         return copy ? std::move(copy) : value.Clone();
     };
     auto copy = MakeElement<CDictionary>(GetMaxLength());
+    copy->m_pFoundAs = m_pFoundAs;
     for (std::int32_t i = 0; CDictNode* node = GetNameNodeAt(i); ++i) {
         if (const CElement* value = node->GetValue()) copy->Put(node->m_pKey, copyOf(*value));
     }

@@ -192,5 +192,7 @@ public:
     [[nodiscard]] ElementPtr DeepCopy() const override;
 
     std::int32_t m_nDictKind = DICT_OTHER;
+    /// Of a font that is not there: the name that it was asked for by. Copies keep it, and no program can see it.
+    const CName* m_pFoundAs = nullptr;
     CBodyRef<CDictionaryBody> m_Body;
 };

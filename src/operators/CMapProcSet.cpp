@@ -128,7 +128,6 @@ ElementPtr BuildCMapProcSet(CFilterEPS& m) {
     const CGlobalModeScope global(true);
     const int dictDepth = m.m_DictStack.GetCount();
     const int operandDepth = m.m_OperandStack.GetCount();
-    const std::int32_t error = m.m_nError;
 
     auto procSet = MakeElement<CDictionary>(35);
     m.m_DictStack.Push(procSet->Clone());
@@ -137,7 +136,6 @@ ElementPtr BuildCMapProcSet(CFilterEPS& m) {
     for (const std::string_view source : kSources) (void)m.ScanBuffer(source);
     while (m.m_DictStack.GetCount() > dictDepth) m.m_DictStack.Pop();
     m.Drop(m.m_OperandStack.GetCount() - operandDepth);
-    m.m_nError = error;
-    m.m_Report.failure.reset();
+    m.ForgetError();
     return procSet;
 }

@@ -220,6 +220,10 @@ constexpr OpRow kRows[] = {
 
 }  // namespace
 
-ElementPtr CDialect::FindUndefinedFont(CFilterEPS& m, const CName*) { return m.m_pDefaultFont->Clone(); }
+ElementPtr CDialect::FindUndefinedFont(CFilterEPS& m, const CName* key) {
+    FontPtr font = CloneFont(*m.m_pDefaultFont);
+    font->m_pFoundAs = key;
+    return font;
+}
 
 constinit const OpTable kFontOperators{kRows};

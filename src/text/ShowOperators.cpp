@@ -65,6 +65,19 @@ int ShowGlyph(CFilterEPS& m, const ShownFont& shown, unsigned char code) {
     return 1;
 }
 
+/// Counts a text that is not drawn, with the name of its font.
+void LeaveOutText(CFilterEPS& m) {
+    tagLeftOut& leftOut = m.m_Report.leftOut;
+    ++leftOut.nTexts;
+    const CDictionary* font = m.GetCurrentGState()->PeekFont();
+    const CName* name = font ? font->m_pFoundAs : nullptr;
+    if (font && !name) {
+        const auto* entry = As<CSimpElement>(font->GetValue(InternName("FontName")));
+        name = entry ? entry->m_pName : nullptr;
+    }
+    if (name && m.m_FontsLeftOut.insert(name).second) leftOut.strFonts.emplace_back(name->Text());
+}
+
 // string  show  -                            STACKUNDERFLOW TYPECHECK; SYNTAX for a font that can't be shown
 // A font without FontType can't be shown, not even an empty string of it. What else a Type 3 font lacks shows
 // at its first glyph.
@@ -77,7 +90,11 @@ int OpShow(CFilterEPS& m) {
     const CDictionary* current = state->PeekFont();
     const auto* type = current ? As<CNumberElement>(current->GetValue("FontType")) : nullptr;
     if (!type) return m.Fail(PSERR_SYNTAX);
-    if (type->GetInt() != TYPE_3 || text.empty()) return 1;
+    if (text.empty()) return 1;
+    if (type->GetInt() != TYPE_3) {
+        LeaveOutText(m);
+        return 1;
+    }
 
     ShownFont shown;
     shown.font.reset(static_cast<CDictionary*>(state->GetFont()->Clone().release()));
@@ -95,9 +112,10 @@ int OpShow(CFilterEPS& m) {
 template <int below>
 int OpSilentShow(CFilterEPS& m) {
     Operands in(m);
-    in.String(0);
+    const CStringElement* text = in.String(0);
     in.Any(below);
     if (!in) return -1;
+    if (text->GetLength() > 0) LeaveOutText(m);
     m.Drop(below + 1);
     return 1;
 }
@@ -106,8 +124,9 @@ int OpSilentShow(CFilterEPS& m) {
 int OpSpacedShow(CFilterEPS& m) {
     Operands in(m);
     in.OneOf(0, {ET_ARRAY, ET_STRING});
-    in.String(1);
+    const CStringElement* text = in.String(1);
     if (!in) return -1;
+    if (text->GetLength() > 0) LeaveOutText(m);
     m.Drop(2);
     return 1;
 }
@@ -117,6 +136,7 @@ int OpGlyphshow(CFilterEPS& m) {
     Operands in(m);
     in.OneOf(0, {ET_NAME, ET_FONTID});
     if (!in) return -1;
+    LeaveOutText(m);
     m.Drop(1);
     return 1;
 }
@@ -134,12 +154,15 @@ int OpStringwidth(CFilterEPS& m) {
 }
 
 // proc string  cshow  -                      STACKUNDERFLOW TYPECHECK
+// proc string  kshow  -
 // Departure: the procedure does not run.
+template <bool draws>
 int OpProcShow(CFilterEPS& m) {
     Operands in(m);
-    in.String(0);
+    const CStringElement* text = in.String(0);
     in.Procedure(1);
     if (!in) return -1;
+    if (draws && text->GetLength() > 0) LeaveOutText(m);
     m.Drop(2);
     return 1;
 }
@@ -198,8 +221,8 @@ constexpr OpRow kRows[] = {
     {"yshow", OpSpacedShow},
     {"glyphshow", OpGlyphshow},
     {"stringwidth", OpStringwidth},
-    {"cshow", OpProcShow},
-    {"kshow", OpProcShow},
+    {"cshow", OpProcShow<false>},
+    {"kshow", OpProcShow<true>},
     {"setcachedevice", OpSetcachedevice},
     {"setcachedevice2", OpSetcachedevice2},
     {"setcharwidth", OpSetcharwidth},

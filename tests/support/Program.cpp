@@ -126,7 +126,8 @@ RunResult Run(const RunSettings& settings, Scan scan) {
 RunResult RunText(std::string_view program, const RunSettings& settings) {
     return Run(settings, [&](CFilterEPS& machine, CEntGroup& group) {
         machine.m_pGroup = &group;
-        return machine.ScanBuffer(program);
+        const int scanned = machine.ScanBuffer(program);
+        return scanned == -1 ? machine.Dialect().EndFailedRun(machine) : scanned;
     });
 }
 
@@ -164,10 +165,10 @@ TempFile::TempFile(std::string_view bytes, const char* suffix) {
 
 TempFile::~TempFile() { std::remove(m_Path.c_str()); }
 
-void CheckStacks(std::initializer_list<StackCase> cases) {
+void CheckStacks(std::initializer_list<StackCase> cases, const RunSettings& settings) {
     for (const StackCase& c : cases) {
         SCOPED_TRACE(std::string(c.name) + ": " + c.program);
-        const RunResult result = RunText(c.program);
+        const RunResult result = RunText(c.program, settings);
         EXPECT_EQ(result.stack, c.stack);
         EXPECT_EQ(result.error, c.error);
         EXPECT_EQ(result.result, c.error == PSERR_NONE ? 1 : -1);

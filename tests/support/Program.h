@@ -47,7 +47,8 @@ struct RunResult {
     int gstateDepth = 0;             ///< depth of the graphics state stack afterwards
 };
 
-/// Runs a text as an executed string, without a file: the stack stays as the program or its error left it.
+/// Runs a text as an executed string, without a file: the stack stays as the program or its error left it. An error
+/// that nobody caught is the dialect's to judge, as at the end of a file.
 [[nodiscard]] RunResult RunText(std::string_view program, const RunSettings& settings = {});
 
 /// Runs the bytes as the input file of an import. The operand stack is always empty afterwards.
@@ -75,7 +76,7 @@ struct StackCase {
 };
 
 /// Runs each case with RunText and compares stack and error.
-void CheckStacks(std::initializer_list<StackCase> cases);
+void CheckStacks(std::initializer_list<StackCase> cases, const RunSettings& settings = {});
 
 /// The entities of a program joined by line ends, for one comparison.
 [[nodiscard]] std::string Drawn(std::string_view program, const RunSettings& settings = {});

@@ -1,0 +1,55 @@
+// The complete dialect: the language as its reference has it (PostScript Language Reference, third edition), as far
+// as it matters to what is drawn. Each family of operators that differs is a table in a source of this room, offered
+// before the chain; here is what stands behind the shared work of the machine.
+#pragma once
+
+#include <optional>
+
+#include "interp/Dialect.h"
+#include "interp/FilterEPS.h"
+
+/// Why a run of operators answers -1 without an error of its own: on its way to whom.
+enum class WayOut {
+    none,
+    stop,  ///< to the nearest `stopped`
+    exit,  ///< to the nearest loop
+    quit,  ///< to the end of the run
+};
+
+class CCompleteDialect final : public CDialect {
+public:
+    /// The dialect of a machine that runs this one.
+    [[nodiscard]] static CCompleteDialect& Of(const CFilterEPS& m) noexcept {
+        return static_cast<CCompleteDialect&>(m.Dialect());
+    }
+
+    [[nodiscard]] std::span<const OpTable* const> OperatorTables() const override;
+    void FinishStartup(CFilterEPS& m) override;
+    [[nodiscard]] int FindProgram(CFilterEPS& m) override;
+    [[nodiscard]] int ScanFile(CFilterEPS& m) override;
+    void MeetEndComment(CFilterEPS&) override { m_bMetEnd = true; }
+    [[nodiscard]] int EndFailedRun(CFilterEPS& m) override;
+    [[nodiscard]] int OnError(CFilterEPS& m, const CName* running) override;
+    [[nodiscard]] bool TakeExit(CFilterEPS&) override { return Take(WayOut::exit); }
+    void ForgetError(CFilterEPS&) override { m_WayOut = WayOut::none; }
+
+    /// Starts on a way out: what an operator answers then.
+    [[nodiscard]] static int Leave(CFilterEPS& m, WayOut way) noexcept {
+        m.m_nError = PSERR_NONE;
+        Of(m).m_WayOut = way;
+        return -1;
+    }
+    /// Whether what answered -1 was on that way, which ends here.
+    [[nodiscard]] bool Take(WayOut way) noexcept;
+    /// Milliseconds as `usertime` and `realtime` tell them: a count of how often they were asked, so that a file draws
+    /// the same on every run.
+    [[nodiscard]] std::int32_t NextMillisecond() noexcept { return m_nMilliseconds++; }
+
+private:
+    [[nodiscard]] int EndStoppedRun(CFilterEPS& m);
+
+    WayOut m_WayOut = WayOut::none;
+    std::optional<tagRunFailure> m_Failure;  ///< of the last error, whether or not it was caught
+    bool m_bMetEnd = false;                  ///< the scanner has passed a line that begins with %%EOF
+    std::int32_t m_nMilliseconds = 0;
+};

@@ -1,0 +1,95 @@
+// A row here names an operator and how many operands it may have taken when it fails. Its function copies these,
+// runs the operator of the chain, and puts the copies back when that has met an error.
+#include "complete/KeptOperands.h"
+
+#include <array>
+#include <iterator>
+#include <utility>
+#include <vector>
+
+#include "interp/FilterEPS.h"
+#include "interp/OperatorChain.h"
+
+namespace {
+
+struct KeptRow {
+    const char* name;
+    int count;
+};
+
+constexpr KeptRow kKept[] = {
+    {"astore", 1},
+    {"packedarray", 1},
+    {"load", 1},
+    {"file", 2},
+    {"read", 1},
+    {"readhexstring", 2},
+    {"readstring", 2},
+    {"readline", 2},
+    {"write", 2},
+    {"writestring", 2},
+    {"bytesavailable", 1},
+    {"status", 1},
+    {"deletefile", 1},
+    {"renamefile", 2},
+    {"setfileposition", 2},
+    {"fileposition", 1},
+    {"filter", 3},
+    {"setcolorspace", 1},
+    {"setcolor", 5},
+    {"setpattern", 5},
+    {"composefont", 3},
+    {".findfontop", 1},
+    {"defineresource", 3},
+    {"undefineresource", 2},
+    {"findresource", 2},
+    {"resourcestatus", 2},
+    {"execuserobject", 1},
+    {"undefineuserobject", 1},
+    {"index", 1},
+    {"ustroke", 2},
+    {"ufill", 2},
+    {"ueofill", 2},
+    {"uappend", 1},
+    {"ustrokepath", 2},
+    {"rectstroke", 5},
+    {"rectfill", 5},
+    {"rectclip", 5},
+    {"image", 5},
+    {"imagemask", 5},
+    {"colorimage", 10},
+    {"show", 1},
+    {"eexec", 2},
+};
+
+int RunKept(CFilterEPS& m, const KeptRow& row, OperatorFn run) {
+    CElementStack& stack = m.m_OperandStack;
+    const int depth = stack.GetCount();
+    std::vector<ElementPtr> operands;  // the top first
+    for (const CElement* e = stack.Top(); e && static_cast<int>(operands.size()) < row.count; e = e->m_pPrev) {
+        operands.push_back(e->Clone());
+    }
+    if (run(m) == 1) return 1;
+    if (m.m_nError == PSERR_NONE) return -1;  // an error further in, which has been raised, or a way out
+    const int below = depth - static_cast<int>(operands.size());
+    m.Drop(stack.GetCount() - below);
+    for (; !operands.empty(); operands.pop_back()) m.Push(std::move(operands.back()));
+    return -1;
+}
+
+template <std::size_t I>
+int OpKept(CFilterEPS& m) {
+    static const OperatorFn run = ChainOperator(kKept[I].name);
+    return RunKept(m, kKept[I], run);
+}
+
+template <std::size_t... I>
+constexpr std::array<OpRow, sizeof...(I)> KeptRows(std::index_sequence<I...>) {
+    return {OpRow{kKept[I].name, OpKept<I>}...};
+}
+
+constexpr auto kRows = KeptRows(std::make_index_sequence<std::size(kKept)>());
+
+}  // namespace
+
+constinit const OpTable kKeptOperands{kRows};
