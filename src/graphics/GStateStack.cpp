@@ -6,17 +6,9 @@
 
 namespace {
 
-/// The registry that a living body stands in.
-CBodyRegistry* RegistryOf(const CBody& body) noexcept {
-    if (body.m_nRegistry == g_pGlobalRegistry->GetId()) return g_pGlobalRegistry;
-    CBodyRegistry* registry = g_RegistryStack.Top();
-    while (registry && registry->GetId() != body.m_nRegistry) registry = registry->m_pPrev;
-    return registry;
-}
-
 void DropState(ElementPtr element) noexcept {
     CGraphState* state = static_cast<CGStateElement*>(element.get())->GetBody();
-    if (state && state->m_bPrivate) RegistryOf(*state)->Destroy(state);
+    if (state && state->m_bPrivate) g_RegistryStack.At(PlaceOf(*state))->Destroy(state);
 }
 
 }  // namespace
@@ -66,14 +58,13 @@ void KeepGStates(CFilterEPS& m, std::int32_t level) {
     for (CElement* e = m.m_GStateStack.Bottom(); e; e = e->m_pNext) {
         auto* element = static_cast<CGStateElement*>(e);
         const CGraphState* state = element->GetBody();
-        const std::int32_t place = PlaceOf(*state);
-        if (place <= level || place == CBodyRegistry::GLOBAL_PLACE) continue;
+        if (PlaceOf(*state) <= PlaceOfLevel(level)) continue;  // global states are below all levels
         // Copied at the level where the values are read, registered at the level that stays.
-        const CGlobalModeScope local(false);
+        const CBodyPlaceScope local(PlaceOfLevel(g_nSaveLevel));
         auto copy = std::make_unique<CGraphState>();
         copy->CopyFrom(state);
         copy->m_bPrivate = true;
-        const CBodyPlaceScope stays(level);
+        const CBodyPlaceScope stays(PlaceOfLevel(level));
         element->m_Body = AdoptBody(std::move(copy));
     }
 }

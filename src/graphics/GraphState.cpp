@@ -26,7 +26,7 @@ ElementPtr NewPackedIntegers(std::initializer_list<std::int32_t> values, bool ex
 
 /// The font before any setfont: a Type 3 font without glyphs, so that text in it draws nothing.
 TypedPtr<CDictionary> NewStartFont() {
-    const CGlobalModeScope global(true);
+    const CBodyPlaceScope global(PLACE_GLOBAL);
     auto font = MakeElement<CDictionary>(8);
     font->Put("FontName", MakeElement<CStringElement>(std::string_view()));
     font->Put("FontType", NewInt(3));
@@ -188,6 +188,4 @@ CElement* CGraphState::GetDeviceElement(CStateCell (CDeviceParameters::*cells)[4
     return (ChangeDevice().*cells)[i].Expose(*this);
 }
 
-bool CGraphState::StandsAtCurrentPlace() const noexcept {
-    return PlaceOf(*this) == (g_bGlobalMode ? CBodyRegistry::GLOBAL_PLACE : g_nSaveLevel);
-}
+bool CGraphState::StandsAtCurrentPlace() const noexcept { return PlaceOf(*this) == CurrentPlace(); }

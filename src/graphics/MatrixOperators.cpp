@@ -248,11 +248,10 @@ ErrorCode ReadMatrix(const CArrayElement& matrix, double six[6]) {
     return PSERR_NONE;
 }
 
-ErrorCode WriteMatrix(CArrayElement& matrix, const double six[6]) {
+ErrorCode WriteMatrix(const CArrayElement& matrix, const double six[6]) {
     if (matrix.GetLength() < MATRIX_LENGTH) return PSERR_RANGE;
-    matrix.GetBody()->Touch();
     for (int i = 0; i < MATRIX_LENGTH; ++i) {
-        if (auto* number = As<CNumberElement>(matrix.GetAt(i))) {
+        if (auto* number = As<CNumberElement>(matrix.ChangeAt(i))) {
             number->SetReal(six[i]);
         } else {
             matrix.SetAt(i, NewReal(six[i]));

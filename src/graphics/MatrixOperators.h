@@ -19,4 +19,4 @@ extern constinit const OpTable kMatrixOperators;
 /// Makes the first six elements of a matrix object reals. The number objects in the array stay the same, and
 /// others are replaced, so that `6 array` serves, too. PSERR_NONE, or PSERR_RANGE for fewer than six
 /// elements.
-[[nodiscard]] ErrorCode WriteMatrix(CArrayElement& matrix, const double six[6]);
+[[nodiscard]] ErrorCode WriteMatrix(const CArrayElement& matrix, const double six[6]);

@@ -1,5 +1,5 @@
 // Snapshots of composite values and the cells that graphics states keep them in. Relies on the deep copy of
-// the elements and on CBody::Touch being called before anything in a body changes.
+// the elements, and on bodies that count their changes.
 #include "graphics/StateCell.h"
 
 #include <algorithm>
@@ -11,48 +11,42 @@
 
 namespace {
 
-/// A place of no save level and not that of global VM, so that only the end of a snapshot ends its bodies.
-constexpr std::int32_t SNAPSHOT_PLACE = 6;
-
-std::unique_ptr<CBodyRegistry> g_pSnapshotRegistry;  // stands while there are snapshots
-std::size_t g_nSnapshots = 0;
+std::size_t g_nSnapshots = 0;  // their registry stands while there are any
 
 /// Calls fn with each value of a dictionary whose storage a deep copy takes along: inner dictionaries stay
 /// shared.
 template <class Fn>
 void ForEachCopiedValue(const CDictionary& dict, Fn fn) {
-    const auto visit = [&](CDictNodeValues& node) {
+    const auto visit = [&](const CDictNodeValues& node) {
         const CElement* value = node.GetValue();
         if (value && value->m_nType != ET_DICT) fn(*value);
     };
-    for (std::int32_t i = 0; CDictNode* node = dict.GetNameNodeAt(i); ++i) visit(*node);
-    for (std::int32_t i = 0; CDictNode2* node = dict.GetOtherNodeAt(i); ++i) visit(*node);
+    for (std::int32_t i = 0; const CDictNode* node = dict.GetNameNodeAt(i); ++i) visit(*node);
+    for (std::int32_t i = 0; const CDictNode2* node = dict.GetOtherNodeAt(i); ++i) visit(*node);
 }
-
-/// Elements that a deep copy may come to before a value is shared instead. An array of a few dozen levels
-/// that stand in each other twice would fill any machine.
-constexpr std::size_t MAX_COPIED_ELEMENTS = 1 << 20;
-/// Levels of arrays to follow; more than a deep copy does.
-constexpr int MAX_MARK_DEPTH = 128;
 
 /// Marks every body whose change would make a deep copy of the element come out differently. False when the
 /// copy would be too large.
-bool MarkBodies(const CElement& e, std::size_t& budget, int depth = 0) {
+bool MarkBodies(const CElement& e, std::int64_t& budget, int depth = 0) {
     if (budget == 0) return false;
     --budget;
     if (const auto* array = As<CArrayElement>(&e)) {
         CArrayBody* body = array->GetBody();
-        if (!body || depth >= MAX_MARK_DEPTH) return true;
-        body->m_bSnapshotted = true;
-        return std::all_of(body->m_Elements.begin(), body->m_Elements.end(),
-                           [&](const ElementPtr& element) { return MarkBodies(*element, budget, depth + 1); });
+        if (!body || depth >= MAX_COPY_DEPTH) return true;
+        body->MarkCopied();
+        const CElementList& elements = body->Contents();
+        bool fits = true;
+        for (std::size_t i = 0; fits && i < elements.GetSize(); ++i) {
+            fits = MarkBodies(elements.At(i), budget, depth + 1);
+        }
+        return fits;
     }
     if (const auto* string = As<CStringElement>(&e)) {
-        if (CStringBody* body = string->GetBody()) body->m_bSnapshotted = true;
+        if (CStringBody* body = string->GetBody()) body->MarkCopied();
     } else if (const auto* dict = As<CDictionary>(&e)) {
         CDictionaryBody* body = dict->GetBody();
         if (!body) return true;
-        body->m_bSnapshotted = true;
+        body->MarkCopied();
         bool fits = true;
         ForEachCopiedValue(*dict, [&](const CElement& value) { fits = fits && MarkBodies(value, budget, depth); });
         return fits;
@@ -61,7 +55,7 @@ bool MarkBodies(const CElement& e, std::size_t& budget, int depth = 0) {
 }
 
 bool MarkBodies(const CElement& e) {
-    std::size_t budget = MAX_COPIED_ELEMENTS;
+    std::int64_t budget = MAX_COPIED_ELEMENTS;
     return MarkBodies(e, budget);
 }
 
@@ -69,35 +63,32 @@ bool MarkBodies(const CElement& e) {
 
 // Snapshots
 
-CSnapshot::Scope::Scope() : m_Mode(true), m_pGlobalRegistry(g_pGlobalRegistry) {
-    g_pGlobalRegistry = g_pSnapshotRegistry.get();
-}
-
-CSnapshot::Scope::~Scope() { g_pGlobalRegistry = m_pGlobalRegistry; }
-
 CSnapshot::CSnapshot() {
-    if (g_nSnapshots == 0) g_pSnapshotRegistry = std::make_unique<CBodyRegistry>(SNAPSHOT_PLACE);
+    if (g_nSnapshots == 0) g_RegistryStack.Open(PLACE_SNAPSHOTS);
     ++g_nSnapshots;
 }
 
 CSnapshot::~CSnapshot() {
     m_pElement.reset();
-    for (CBody* body : m_Bodies) g_pSnapshotRegistry->Destroy(body);
-    if (--g_nSnapshots == 0) g_pSnapshotRegistry.reset();
+    for (CBody* body : m_Bodies) g_RegistryStack.At(PLACE_SNAPSHOTS)->Destroy(body);
+    if (--g_nSnapshots == 0) g_RegistryStack.Close(PLACE_SNAPSHOTS);
 }
 
 CSharedRef<CSnapshot> CSnapshot::Of(const CElement& value) {
     CSharedRef<CSnapshot> snapshot(new CSnapshot);
     ElementPtr copy;
     {
-        const Scope scope;
+        const CBodyPlaceScope scope(PLACE_SNAPSHOTS);
         copy = value.DeepCopy();
     }
     if (!copy || !snapshot->TakeOver(std::move(copy))) return {};
     return snapshot;
 }
 
-std::size_t CSnapshot::CountBodies() noexcept { return g_pSnapshotRegistry ? g_pSnapshotRegistry->GetCount() : 0; }
+std::size_t CSnapshot::CountBodies() noexcept {
+    const CBodyRegistry* registry = g_RegistryStack.At(PLACE_SNAPSHOTS);
+    return registry ? registry->GetCount() : 0;
+}
 
 bool CSnapshot::TakeOver(ElementPtr element) {
     m_pElement = std::move(element);
@@ -108,7 +99,7 @@ bool CSnapshot::TakeOver(ElementPtr element) {
 /// tree: every body in the snapshots' registry is met once.
 bool CSnapshot::Collect(const CElement& e) {
     const auto take = [this](CBody* body) {
-        if (PlaceOf(*body) != SNAPSHOT_PLACE) return false;
+        if (PlaceOf(*body) != PLACE_SNAPSHOTS) return false;
         m_Bodies.push_back(body);
         return true;
     };
@@ -117,7 +108,8 @@ bool CSnapshot::Collect(const CElement& e) {
         CArrayBody* body = array->GetBody();
         if (!body) return true;
         if (!take(body)) return false;
-        for (const ElementPtr& element : body->m_Elements) complete &= Collect(*element);
+        const CElementList& elements = body->Contents();
+        for (std::size_t i = 0; i < elements.GetSize(); ++i) complete &= Collect(elements.At(i));
     } else if (const auto* string = As<CStringElement>(&e)) {
         CStringBody* body = string->GetBody();
         return !body || take(body);
@@ -163,26 +155,4 @@ CElement* CStateCell::Expose(const CBody& state) {
         m_nEpoch = g_nSnapshotEpoch;
     }
     return m_pOwn.get();
-}
-
-// Places
-
-CBodyPlaceScope::CBodyPlaceScope(std::int32_t place)
-    : m_Mode(place == CBodyRegistry::GLOBAL_PLACE), m_nLevel(g_nSaveLevel) {
-    if (place >= m_nLevel) return;
-    // The level counts, too: it says in which slot a new dictionary keeps its values.
-    g_nSaveLevel = place;
-    while (g_RegistryStack.GetCount() > place + 1) {
-        CBodyRegistry* above = g_RegistryStack.Pop();
-        above->m_pNext = m_pSetAside;
-        m_pSetAside = above;
-    }
-}
-
-CBodyPlaceScope::~CBodyPlaceScope() {
-    while (CBodyRegistry* above = m_pSetAside) {
-        m_pSetAside = above->m_pNext;
-        g_RegistryStack.Push(above);
-    }
-    g_nSaveLevel = m_nLevel;
 }

@@ -62,7 +62,7 @@ public:
     template <class Make>
     [[nodiscard]] static CSharedRef<CSnapshot> Built(Make make) {
         CSharedRef<CSnapshot> snapshot(new CSnapshot);
-        const Scope scope;
+        const CBodyPlaceScope scope(PLACE_SNAPSHOTS);
         snapshot->TakeOver(make());
         return snapshot;
     }
@@ -75,20 +75,6 @@ public:
     [[nodiscard]] static std::size_t CountBodies() noexcept;
 
 private:
-    /// Sends new bodies to the snapshots' registry. They are made global, so that their dictionaries keep one
-    /// value for each key and read the same at every save level.
-    class Scope {
-    public:
-        Scope();
-        Scope(const Scope&) = delete;
-        Scope& operator=(const Scope&) = delete;
-        ~Scope();
-
-    private:
-        CGlobalModeScope m_Mode;
-        CBodyRegistry* m_pGlobalRegistry;
-    };
-
     CSnapshot();
     /// False when not all storage of the element is the snapshot's.
     bool TakeOver(ElementPtr element);
@@ -138,23 +124,3 @@ private:
     mutable CSharedRef<CSnapshot> m_pSnapshot;  ///< the value, or a copy of m_pOwn
     mutable std::uint64_t m_nEpoch = 0;         ///< when that copy was made
 };
-
-/// Sends new bodies, for a scope, to the registry of the given one, as if they were made there and then.
-class CBodyPlaceScope {
-public:
-    /// A place is a save level not above the current one, or CBodyRegistry::GLOBAL_PLACE.
-    explicit CBodyPlaceScope(std::int32_t place);
-    CBodyPlaceScope(const CBodyPlaceScope&) = delete;
-    CBodyPlaceScope& operator=(const CBodyPlaceScope&) = delete;
-    ~CBodyPlaceScope();
-
-private:
-    CGlobalModeScope m_Mode;
-    std::int32_t m_nLevel;
-    CBodyRegistry* m_pSetAside = nullptr;  ///< registries of the levels above, linked by m_pNext
-};
-
-/// The place of the registry that a body stands in.
-[[nodiscard]] inline std::int32_t PlaceOf(const CBody& body) noexcept {
-    return static_cast<std::int32_t>(body.m_nRegistry & 7);
-}

@@ -86,7 +86,7 @@ public:
     // Limits.
     /// Most records of a path; what is beyond is dropped and counted.
     [[nodiscard]] virtual std::int32_t PathLimit() const;
-    /// Most saves that may be active at a time, MAX_SAVE_LEVEL at most.
+    /// Most saves that may be active at a time, LAST_SAVE_LEVEL at most.
     [[nodiscard]] virtual std::int32_t SaveLimit() const;
 };
 

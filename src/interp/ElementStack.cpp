@@ -20,6 +20,7 @@ void CElementStack::InsertAt(int i, ElementPtr e) noexcept {
     CElement* above = AtFromTop(i);
     if (!above || !e) return;
     CElement* p = e.release();
+    Link(*p);
     p->m_pNext = above;
     p->m_pPrev = above->m_pPrev;
     (p->m_pPrev ? p->m_pPrev->m_pNext : m_pHead) = p;
@@ -35,7 +36,7 @@ ElementPtr CElementStack::RemoveAt(int i) noexcept {
     p->m_pNext = nullptr;
     p->m_pPrev = nullptr;
     --m_nTop;
-    return ElementPtr(p);
+    return Unlinked(p);
 }
 
 void CElementStack::Clear() noexcept {
@@ -43,7 +44,7 @@ void CElementStack::Clear() noexcept {
         m_pHead = p->m_pNext;
         p->m_pNext = nullptr;
         p->m_pPrev = nullptr;
-        FreeElement(p);
+        Unlinked(p).reset();
     }
     m_pTail = nullptr;
     m_nTop = -1;

@@ -2,6 +2,8 @@
 // and an element stands on one stack at most.
 #pragma once
 
+#include <cassert>
+
 #include "objects/Element.h"
 
 /// Owns the elements that stand on it. Indices count from 0.
@@ -16,6 +18,7 @@ public:
     void Push(ElementPtr e) noexcept {
         CElement* p = e.release();
         if (!p) return;
+        Link(*p);
         p->m_pPrev = m_pTail;
         p->m_pNext = nullptr;
         (m_pTail ? m_pTail->m_pNext : m_pHead) = p;
@@ -30,7 +33,7 @@ public:
         (m_pTail ? m_pTail->m_pNext : m_pHead) = nullptr;
         p->m_pPrev = nullptr;
         --m_nTop;
-        return ElementPtr(p);
+        return Unlinked(p);
     }
     [[nodiscard]] CElement* Top() const noexcept { return m_pTail; }
     [[nodiscard]] CElement* Bottom() const noexcept { return m_pHead; }
@@ -56,6 +59,24 @@ public:
     /// each time. Linear in count whatever times is; negative times move down. What `roll` does.
     void Roll(int count, int times) noexcept;
 
+private:
+    // Builds with assertions keep the owner of a linked element in it.
+#ifdef NDEBUG
+    static void Link(CElement&) noexcept {}
+    static ElementPtr Unlinked(CElement* p) noexcept { return ElementPtr(p); }
+#else
+    void Link(CElement& e) const noexcept {
+        assert(!e.m_pStack);
+        e.m_pStack = this;
+    }
+    ElementPtr Unlinked(CElement* p) const noexcept {
+        assert(p->m_pStack == this);
+        p->m_pStack = nullptr;
+        return ElementPtr(p);
+    }
+#endif
+
+public:
     CElement* m_pHead = nullptr;  ///< bottom
     CElement* m_pTail = nullptr;  ///< top
     int m_nTop = -1;              ///< index of the top from the bottom, -1 when empty

@@ -40,10 +40,10 @@ bool CFilterEPS::PollHost() {
     return m_bUserBreak;
 }
 
-CElement* CFilterEPS::LookUp(const CName* name, CDictionary** found) const {
+const CElement* CFilterEPS::LookUp(const CName* name, CDictionary** found) const {
     for (CElement* e = m_DictStack.Top(); e; e = e->m_pPrev) {
         auto* dict = static_cast<CDictionary*>(e);
-        CDictNode* node = dict->Find(name);
+        const CDictNode* node = dict->Find(name);
         if (!node) continue;
         if (found) *found = dict;
         return node->GetValue();
@@ -127,7 +127,7 @@ int CFilterEPS::ExecuteProcedure(const CArrayElement* array) {
     for (std::int32_t i = 0; i < length; ++i) {
         const CArrayBody* body = ref.Get();
         if (!body) return 1;
-        const CElement& e = *body->m_Elements[static_cast<size_t>(first + i)];
+        const CElement& e = body->Contents().At(static_cast<size_t>(first + i));
         bool ran = false;  // Departure: the flags are looked at behind a name or an operator, not behind a string
         switch (e.m_nType) {
             case ET_RAWTOKEN: {

@@ -9,15 +9,13 @@
 
 CFilterEPS::CProcessState::CProcessState() {
     CreateNumberPool();
-    g_RegistryStack.Push(new CBodyRegistry(0));
-    g_pGlobalRegistry = new CBodyRegistry(CBodyRegistry::GLOBAL_PLACE);
+    g_RegistryStack.Open(PlaceOfLevel(0));
+    g_RegistryStack.Open(PLACE_GLOBAL);
 }
 
 CFilterEPS::CProcessState::~CProcessState() {
     // Bodies hold numbers, so the pool goes behind them. No element that is left looks at its body.
     g_RegistryStack.Clear();
-    delete g_pGlobalRegistry;
-    g_pGlobalRegistry = nullptr;
     DestroyNumberPool();
     ClearNames();
     g_nSaveLevel = 0;

@@ -163,7 +163,7 @@ public:
     [[nodiscard]] bool IsInterrupted() { return --m_nUntilPoll <= 0 && PollHost(); }
     /// The value of a name on the dictionary stack, from the top; null when no dictionary has it. found, if given,
     /// takes the dictionary element.
-    [[nodiscard]] CElement* LookUp(const CName* name, CDictionary** found = nullptr) const;
+    [[nodiscard]] const CElement* LookUp(const CName* name, CDictionary** found = nullptr) const;
     [[nodiscard]] CDictionary* TopDict() const { return static_cast<CDictionary*>(m_DictStack.Top()); }
 
     /// Reads over the encoded data of a filter, to behind its end mark. PSERR_IO, PSERR_UNSUPPORTED.

@@ -9,9 +9,9 @@ const CName* KeyNameOf(const CElement& e) {
 
 CKey::CKey(const CElement& e) : m_pName(KeyNameOf(e)), m_pOther(m_pName ? nullptr : &e) {}
 
-CElement* CKey::FindIn(const CDictionary& dict) const {
+const CElement* CKey::FindIn(const CDictionary& dict) const {
     if (m_pName) return dict.GetValue(m_pName);
-    CDictNode2* node = dict.FindOther(m_pOther);
+    const CDictNode2* node = dict.FindOther(m_pOther);
     return node ? node->GetValue() : nullptr;
 }
 

@@ -15,7 +15,7 @@ public:
     [[nodiscard]] const CName* Text() const noexcept { return m_pName; }
 
     /// The current value in a dictionary, or null; it stays the dictionary's.
-    [[nodiscard]] CElement* FindIn(const CDictionary& dict) const;
+    [[nodiscard]] const CElement* FindIn(const CDictionary& dict) const;
     /// Whether a dictionary has the key.
     [[nodiscard]] bool IsIn(const CDictionary& dict) const;
     /// Defines the key; an element key goes in as a copy.

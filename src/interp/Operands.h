@@ -2,6 +2,7 @@
 // with nothing popped. The first read that fails sets the code; later reads are inert and answer null.
 #pragma once
 
+#include <cassert>
 #include <functional>
 #include <initializer_list>
 
@@ -89,6 +90,7 @@ private:
 /// Pops the top as an owned element of class T, whose type a read through Operands has shown.
 template <class T>
 [[nodiscard]] TypedPtr<T> Take(CFilterEPS& m) {
+    assert(As<T>(m.m_OperandStack.Top()));
     return TypedPtr<T>(static_cast<T*>(m.Pop().release()));
 }
 

@@ -43,7 +43,7 @@ ElementPtr EmptyEncoding() {
 }  // namespace
 
 void CFilterEPS::BuildDefaultFont() {
-    const CGlobalModeScope global(true);
+    const CBodyPlaceScope global(PLACE_GLOBAL);
     m_pDefaultFont = MakeElement<CDictionary>(12);
     CDictionary& font = *m_pDefaultFont;
     font.Put("FontType", NewInt(1));
@@ -70,8 +70,7 @@ void CFilterEPS::BuildDefaultFont() {
 }
 
 void CFilterEPS::BuildSystemDict() {
-    const bool modeBefore = g_bGlobalMode;
-    g_bGlobalMode = true;
+    const CBodyPlaceScope global(PLACE_GLOBAL);
     constexpr auto operatorCount = static_cast<std::int32_t>(std::size(g_OperatorNames));
     auto systemDict = MakeElement<CDictionary>(operatorCount + HAND_MADE_ENTRIES, DICT_SYSTEM);
     auto globalDict = MakeElement<CDictionary>(5, DICT_GLOBAL);
@@ -96,7 +95,7 @@ void CFilterEPS::BuildSystemDict() {
     systemDict->Put("GlobalFontDirectory", m_pSharedFontDirectory->Clone());
     systemDict->Put("SharedFontDirectory", m_pSharedFontDirectory->Clone());
 
-    g_bGlobalMode = false;
+    const CBodyPlaceScope local(PlaceOfLevel(0));
     auto userDict = MakeElement<CDictionary>(200, DICT_USER);
     auto statusDict = MakeElement<CDictionary>(5, DICT_STATUS);
     auto errorDict = MakeElement<CDictionary>(31, DICT_ERROR);
@@ -118,7 +117,6 @@ void CFilterEPS::BuildSystemDict() {
     m_DictStack.Push(std::move(globalDict));
     m_DictStack.Push(std::move(userDict));
     m_pCMapDirectory = MakeElement<CDictionary>(5);
-    g_bGlobalMode = modeBefore;
 }
 
 // Departure: errors never look here. The entries stand for programs that read, wrap or replace them.

@@ -5,19 +5,8 @@
 
 namespace {
 
-constexpr int MAX_COPY_DEPTH = 100;
 int g_nCopyDepth = 0;
-/// Elements of one deep copy behind which nested arrays are shared: arrays that stand in each other twice, level by
-/// level, would fill any machine.
-constexpr std::int64_t MAX_COPIED_ELEMENTS = 1 << 20;
 std::int64_t g_nCopiedElements = 0;
-
-/// Body index of index i of a view that starts at start, or -1 when it lies outside the body.
-std::int64_t BodyIndex(std::int64_t i, std::int64_t start, size_t size) {
-    if (i < 0) return -1;
-    const std::int64_t at = i + start;
-    return at < static_cast<std::int64_t>(size) ? at : -1;
-}
 
 std::vector<ElementPtr> Nulls(std::int32_t count) {
     std::vector<ElementPtr> elements;
@@ -36,26 +25,31 @@ CArrayElement::CArrayElement(std::int32_t count) : CArrayElement(Nulls(count)) {
 std::int32_t CArrayElement::GetLength() const noexcept {
     const CArrayBody* body = GetBody();
     if (!body) return 0;
-    return m_bView ? m_nLength : static_cast<std::int32_t>(body->m_Elements.size());
+    return m_bView ? m_nLength : static_cast<std::int32_t>(body->Contents().GetSize());
 }
 
-CElement* CArrayElement::Slot(const CArrayBody& body, std::int32_t i) const noexcept {
-    const std::int64_t at = BodyIndex(i, m_bView ? m_nStart : 0, body.m_Elements.size());
-    return at < 0 ? nullptr : body.m_Elements[static_cast<size_t>(at)].get();
+std::int64_t CArrayElement::BodyIndex(const CArrayBody& body, std::int32_t i) const noexcept {
+    if (i < 0) return -1;
+    const std::int64_t at = std::int64_t{i} + (m_bView ? m_nStart : 0);
+    return at < static_cast<std::int64_t>(body.Contents().GetSize()) ? at : -1;
 }
 
-CElement* CArrayElement::GetAt(std::int32_t i) const noexcept {
+const CElement* CArrayElement::GetAt(std::int32_t i) const noexcept {
     const CArrayBody* body = GetBody();
-    return body ? Slot(*body, i) : nullptr;
+    const std::int64_t at = body ? BodyIndex(*body, i) : -1;
+    return at < 0 ? nullptr : &body->Contents().At(static_cast<size_t>(at));
 }
 
-void CArrayElement::SetAt(std::int32_t i, ElementPtr p) noexcept {
+CElement* CArrayElement::ChangeAt(std::int32_t i) const noexcept {
     CArrayBody* body = GetBody();
-    if (!body || !p) return;
-    const std::int64_t at = BodyIndex(i, m_bView ? m_nStart : 0, body->m_Elements.size());
-    if (at < 0) return;
-    body->Touch();
-    body->m_Elements[static_cast<size_t>(at)] = std::move(p);
+    const std::int64_t at = body ? BodyIndex(*body, i) : -1;
+    return at < 0 ? nullptr : &body->Change().At(static_cast<size_t>(at));
+}
+
+void CArrayElement::SetAt(std::int32_t i, ElementPtr p) const noexcept {
+    CArrayBody* body = GetBody();
+    const std::int64_t at = body && p ? BodyIndex(*body, i) : -1;
+    if (at >= 0) body->Change().Set(static_cast<size_t>(at), std::move(p));
 }
 
 TypedPtr<CArrayElement> CArrayElement::GetInterval(std::int32_t nStart, std::int32_t nCount) const {

@@ -11,12 +11,30 @@
 /// broken or hostile file must end in an error and not in an exhausted machine.
 inline constexpr std::int32_t MAX_ARRAY_LENGTH = 1 << 22;
 
-/// The elements of an array; owns them. No slot is ever null.
-class CArrayBody final : public CBody {
-public:
-    explicit CArrayBody(std::vector<ElementPtr> elements) noexcept : CBody(BK_ARRAY), m_Elements(std::move(elements)) {}
+/// How far a deep copy goes: what lies deeper, or behind that many elements, stays shared. Arrays that stand in each
+/// other twice, level by level, would fill any machine.
+inline constexpr int MAX_COPY_DEPTH = 100;
+inline constexpr std::int64_t MAX_COPIED_ELEMENTS = 1 << 20;
 
+/// The elements of an array; owns them. No slot is ever null.
+class CElementList {
+public:
+    explicit CElementList(std::vector<ElementPtr> elements) noexcept : m_Elements(std::move(elements)) {}
+
+    [[nodiscard]] size_t GetSize() const noexcept { return m_Elements.size(); }
+    [[nodiscard]] const CElement& At(size_t i) const noexcept { return *m_Elements[i]; }
+    [[nodiscard]] CElement& At(size_t i) noexcept { return *m_Elements[i]; }
+    void Set(size_t i, ElementPtr p) noexcept { m_Elements[i] = std::move(p); }
+    void Append(ElementPtr p) { m_Elements.push_back(std::move(p)); }
+
+private:
     std::vector<ElementPtr> m_Elements;
+};
+
+class CArrayBody final : public CBodyOf<CElementList> {
+public:
+    explicit CArrayBody(std::vector<ElementPtr> elements) noexcept
+        : CBodyOf(BK_ARRAY, CElementList(std::move(elements))) {}
 };
 
 class CArrayElement final : public CElement, public CPooled<CArrayElement> {
@@ -35,9 +53,11 @@ public:
     [[nodiscard]] std::int32_t GetLength() const noexcept;
     /// The element at index i of the object; it stays the body's. Departure: the bound is the end of the body,
     /// not that of the view. Null for a negative index, at or beyond the body's end, and without a body.
-    [[nodiscard]] CElement* GetAt(std::int32_t i) const noexcept;
+    [[nodiscard]] const CElement* GetAt(std::int32_t i) const noexcept;
+    /// The same for a caller who changes the element's value now.
+    [[nodiscard]] CElement* ChangeAt(std::int32_t i) const noexcept;
     /// Replaces the element at i. Beyond the bounds of GetAt nothing is stored and p is dropped.
-    void SetAt(std::int32_t i, ElementPtr p) noexcept;
+    void SetAt(std::int32_t i, ElementPtr p) const noexcept;
     /// A view of nCount elements from nStart; null when it would pass the end or an argument is negative.
     [[nodiscard]] TypedPtr<CArrayElement> GetInterval(std::int32_t nStart, std::int32_t nCount) const;
 
@@ -62,5 +82,6 @@ private:
     mutable bool m_bSole = false;
 
     [[nodiscard]] TypedPtr<CArrayElement> CloneArray() const;
-    [[nodiscard]] CElement* Slot(const CArrayBody& body, std::int32_t i) const noexcept;
+    /// Index i of the object as one of the body; -1 when it lies outside.
+    [[nodiscard]] std::int64_t BodyIndex(const CArrayBody& body, std::int32_t i) const noexcept;
 };

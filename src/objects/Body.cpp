@@ -5,17 +5,18 @@
 
 std::int32_t g_nSaveLevel = 0;
 bool g_bGlobalMode = false;
-RegistryId g_LiveRegistries[8] = {};
 std::uint64_t g_nSnapshotEpoch = 0;
 CRegistryStack g_RegistryStack;
-CBodyRegistry* g_pGlobalRegistry = nullptr;
 
 namespace {
-RegistryId g_nLastSerial = 0;
+BodyPlace g_GlobalPlace = PLACE_GLOBAL;  // where the bodies made in global mode go
 }
 
-CBodyRegistry::CBodyRegistry(std::int32_t place) : m_nId((++g_nLastSerial << 3) | static_cast<RegistryId>(place)) {
-    g_LiveRegistries[place] = m_nId;
+// Registries
+
+CBodyRegistry::~CBodyRegistry() {
+    for (CBody* p : m_Bodies) delete p;
+    for (CBody* p : m_DictBodies) delete p;
 }
 
 void CBodyRegistry::Add(CBody* p) {
@@ -34,46 +35,52 @@ void CBodyRegistry::Destroy(CBody* p) noexcept {
     delete p;
 }
 
-void CBodyRegistry::Empty() noexcept {
-    // The identity ends first: from here on every reference to these bodies answers null.
-    if (g_LiveRegistries[m_nId & 7] == m_nId) g_LiveRegistries[m_nId & 7] = 0;
-    for (CBody* p : m_Bodies) delete p;
-    m_Bodies.clear();
-    for (CBody* p : m_DictBodies) delete p;
-    m_DictBodies.clear();
-}
-
 CDictionaryBody* CBodyRegistry::GetDictBody(std::int32_t i) const noexcept {
     if (i < 0 || static_cast<size_t>(i) >= m_DictBodies.size()) return nullptr;
     return static_cast<CDictionaryBody*>(m_DictBodies[static_cast<size_t>(i)]);
 }
 
-void CRegistryStack::Push(CBodyRegistry* p) noexcept {
-    p->m_pPrev = m_pTail;
-    p->m_pNext = nullptr;
-    (m_pTail ? m_pTail->m_pNext : m_pHead) = p;
-    m_pTail = p;
-    ++m_nTop;
+// The table
+
+void CRegistryStack::Open(BodyPlace place) {
+    const auto size = static_cast<size_t>(place) + 1;
+    if (m_LiveIds.size() < size) m_LiveIds.resize(size);
+    if (m_Registries.size() < size) m_Registries.resize(size);
+    const RegistryId id = (++m_nLastSerial << PLACE_BITS) | static_cast<RegistryId>(place);
+    m_Registries[place] = std::make_unique<CBodyRegistry>(id);
+    m_LiveIds[place] = id;
 }
 
-CBodyRegistry* CRegistryStack::Pop() noexcept {
-    CBodyRegistry* p = m_pTail;
-    if (!p) return nullptr;
-    m_pTail = p->m_pPrev;
-    (m_pTail ? m_pTail->m_pNext : m_pHead) = nullptr;
-    p->m_pPrev = nullptr;
-    --m_nTop;
-    return p;
-}
-
-CBodyRegistry* CRegistryStack::AtFromTop(std::int32_t i) const noexcept {
-    CBodyRegistry* p = m_pTail;
-    while (p && i-- > 0) p = p->m_pPrev;
-    return p;
+void CRegistryStack::Close(BodyPlace place) noexcept {
+    if (!At(place)) return;
+    m_LiveIds[place] = 0;
+    m_Registries[place].reset();
 }
 
 void CRegistryStack::Clear() noexcept {
-    while (CBodyRegistry* p = Pop()) delete p;
+    for (size_t place = m_Registries.size(); place-- > PLACE_LEVEL_0;) Close(static_cast<BodyPlace>(place));
+    Close(PLACE_GLOBAL);
+    Close(PLACE_SNAPSHOTS);
 }
 
-void RegisterBody(CBody* p) { (p->m_bGlobal ? g_pGlobalRegistry : g_RegistryStack.Top())->Add(p); }
+// Where new bodies go
+
+BodyPlace CurrentPlace() noexcept { return g_bGlobalMode ? g_GlobalPlace : PlaceOfLevel(g_nSaveLevel); }
+
+CBodyPlaceScope::CBodyPlaceScope(BodyPlace place) noexcept
+    : m_GlobalPlace(g_GlobalPlace), m_nLevel(place < PLACE_LEVEL_0 ? -1 : g_nSaveLevel), m_bGlobalMode(g_bGlobalMode) {
+    g_bGlobalMode = place < PLACE_LEVEL_0;
+    if (g_bGlobalMode) {
+        g_GlobalPlace = place;
+    } else {
+        g_nSaveLevel = place - PLACE_LEVEL_0;
+    }
+}
+
+CBodyPlaceScope::~CBodyPlaceScope() {
+    g_bGlobalMode = m_bGlobalMode;
+    g_GlobalPlace = m_GlobalPlace;
+    if (m_nLevel >= 0) g_nSaveLevel = m_nLevel;
+}
+
+void RegisterBody(CBody* p) { g_RegistryStack.At(CurrentPlace())->Add(p); }

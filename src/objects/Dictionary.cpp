@@ -22,8 +22,12 @@ std::uint32_t PrimeAtLeast(std::int32_t count) {
     }
 }
 
-/// Hash cell of a number: keys closer than 1e-6 lie in the same or in neighbouring cells.
-double NumberCell(double value) { return std::floor(value * 1e6); }
+/// Hash cell of a number: equal keys lie in the same or in neighbouring cells.
+double NumberCell(double value) {
+    constexpr double cellsPerUnit = 1.0 / NUMBER_TOLERANCE;
+    return std::floor(value * cellsPerUnit);
+}
+static_assert(1.0 / NUMBER_TOLERANCE == 1e6);
 
 std::uint64_t HashCell(double cell) { return std::bit_cast<std::uint64_t>(cell + 0.0); }
 
@@ -43,39 +47,32 @@ std::uint64_t HashOther(const CElement* key) {
 
 // Values
 
-CDictNodeValues::CDictNodeValues(CBody* owner, ElementPtr value) noexcept : m_pOwner(owner) {
-    m_Values[Level()] = std::move(value);
+CDictNodeValues::CDictNodeValues(const CBody* owner, ElementPtr value) noexcept : m_bGlobal(owner->m_bGlobal) {
+    m_Newest = {std::move(value), nullptr, Level()};
 }
 
-CElement* CDictNodeValues::GetValue() {
-    const std::int32_t level = Level();
-    if (m_Values[level]) return m_Values[level].get();
-    for (std::int32_t older = level - 1; older >= 0; --older) {
-        CElement* value = m_Values[older].get();
-        if (!value) continue;
-        if (value->m_nType == ET_ARRAY && !value->m_bExec) {
-            if (ElementPtr copy = value->DeepCopy()) {
-                m_Values[level] = std::move(copy);
-                return m_Values[level].get();
-            }
-        }
-        return value;
+void CDictNodeValues::Add(ElementPtr value) const {
+    auto older = std::make_unique<Version>(std::move(m_Newest));
+    m_Newest = {std::move(value), std::move(older), Level()};
+}
+
+void CDictNodeValues::CopyToLevel() const {
+    if (ElementPtr copy = m_Newest.value->DeepCopy()) Add(std::move(copy));
+}
+
+void CDictNodeValues::SetValue(ElementPtr value) {
+    if (m_Newest.level == Level()) {
+        m_Newest.value = std::move(value);
+    } else {
+        Add(std::move(value));
     }
-    return nullptr;
-}
-
-void CDictNodeValues::SetValue(ElementPtr value) noexcept {
-    m_pOwner->Touch();
-    m_Values[Level()] = std::move(value);
 }
 
 bool CDictNodeValues::DropLevel() noexcept {
-    const std::int32_t level = Level();
-    if (m_Values[level]) {
-        m_pOwner->Touch();
-        m_Values[level].reset();
-    }
-    return std::none_of(m_Values, m_Values + level, [](const ElementPtr& value) { return value != nullptr; });
+    if (m_Newest.level != Level()) return false;
+    if (!m_Newest.older) return true;
+    DropNewest();
+    return false;
 }
 
 // Text keys
@@ -90,23 +87,17 @@ void CDictHash::Rehash(size_t slots) {
     std::vector<CDictNode*> old(slots);
     old.swap(m_Slots);
     for (CDictNode* node : old) {
-        if (!node) continue;
-        size_t slot = node->m_pKey->m_nHash & (slots - 1);
-        while (m_Slots[slot]) slot = (slot + 1) & (slots - 1);
-        m_Slots[slot] = node;
+        if (node) m_Slots[FreeSlot(m_Slots, node->m_pKey->m_nHash)] = node;
     }
 }
 
-void CDictHash::Insert(CBody* owner, const CName* key, ElementPtr value) {
+void CDictHash::Insert(const CBody* owner, const CName* key, ElementPtr value) {
     if ((static_cast<size_t>(m_nCount) + 1) * 4 > m_Slots.size() * 3) {
         Rehash(m_Slots.empty() ? FIRST_SLOTS : m_Slots.size() * 2);
     }
     auto* node = new CDictNode(owner, key, key->m_nBucketHash % m_nBuckets, std::move(value));
     node->m_nSequence = m_nNextSequence++;
-    const size_t mask = m_Slots.size() - 1;
-    size_t slot = key->m_nHash & mask;
-    while (m_Slots[slot]) slot = (slot + 1) & mask;
-    m_Slots[slot] = node;
+    m_Slots[SlotOf(key)] = node;
     ++m_nCount;
     m_bOrderValid = false;
 }
@@ -130,15 +121,10 @@ void CDictHash::EraseSlot(size_t slot) noexcept {
 }
 
 void CDictHash::Erase(const CName* key) noexcept {
-    const CDictNode* node = Find(key);
-    if (!node) return;
-    const size_t mask = m_Slots.size() - 1;
-    size_t slot = key->m_nHash & mask;
-    while (m_Slots[slot] != node) slot = (slot + 1) & mask;
-    EraseSlot(slot);
+    if (Find(key)) EraseSlot(SlotOf(key));
 }
 
-CDictNode* CDictHash::GetAt(std::int32_t i) const {
+const CDictNode* CDictHash::GetAt(std::int32_t i) const {
     if (i < 0 || i >= m_nCount) return nullptr;
     if (!m_bOrderValid) {
         m_Order.clear();
@@ -165,12 +151,12 @@ void CDictHash::DropLevel() noexcept {
 
 // Other keys
 
-CDictNode2* CDictOtherKeys::Find(const CElement* key) const noexcept {
-    CDictNode2* found = nullptr;
+const CDictNode2* CDictOtherKeys::Find(const CElement* key) const noexcept {
+    const CDictNode2* found = nullptr;
     const auto probe = [&](std::uint64_t hash) {
         const auto [first, last] = m_Index.equal_range(hash);
         for (auto it = first; it != last; ++it) {
-            CDictNode2* node = it->second;
+            const CDictNode2* node = it->second;
             if (found && found->m_nSequence < node->m_nSequence) continue;
             if (node->m_pKey->IsEqual(key)) found = node;
         }
@@ -187,7 +173,7 @@ CDictNode2* CDictOtherKeys::Find(const CElement* key) const noexcept {
     return found;
 }
 
-void CDictOtherKeys::Insert(CBody* owner, ElementPtr key, ElementPtr value) {
+void CDictOtherKeys::Insert(const CBody* owner, ElementPtr key, ElementPtr value) {
     const auto* number = As<CNumberElement>(key.get());
     auto node = std::make_unique<CDictNode2>(owner, std::move(key), std::move(value));
     node->m_nSequence = m_nNextSequence++;
@@ -195,7 +181,7 @@ void CDictOtherKeys::Insert(CBody* owner, ElementPtr key, ElementPtr value) {
     m_Nodes.push_back(std::move(node));
 }
 
-void CDictOtherKeys::Erase(CDictNode2* node) noexcept {
+void CDictOtherKeys::Erase(const CDictNode2* node) noexcept {
     const auto* number = As<CNumberElement>(node->GetKey());
     const auto [first, last] =
         m_Index.equal_range(number ? HashCell(NumberCell(number->GetReal())) : HashOther(node->GetKey()));
@@ -215,12 +201,12 @@ size_t CDictOtherKeys::IndexFrom(std::uint64_t sequence) const noexcept {
     return static_cast<size_t>(at - m_Nodes.begin());
 }
 
-CDictNode2* CDictOtherKeys::GetFrom(std::uint64_t sequence) const noexcept {
+const CDictNode2* CDictOtherKeys::GetFrom(std::uint64_t sequence) const noexcept {
     const size_t at = IndexFrom(sequence);
     return at < m_Nodes.size() ? m_Nodes[at].get() : nullptr;
 }
 
-CDictNode2* CDictOtherKeys::GetAt(std::int32_t i) const noexcept {
+const CDictNode2* CDictOtherKeys::GetAt(std::int32_t i) const noexcept {
     return i >= 0 && static_cast<size_t>(i) < m_Nodes.size() ? m_Nodes[static_cast<size_t>(i)].get() : nullptr;
 }
 
@@ -245,75 +231,74 @@ CDictionary::CDictionary(std::int32_t count, DictKind kind)
 void CDictionary::Put(const CName* key, ElementPtr value) {
     CDictionaryBody* body = GetBody();
     if (!body || !value) return;
-    if (CDictNode* node = body->m_Hash.Find(key)) {
+    CDictHash& names = body->Change().m_Hash;
+    if (CDictNode* node = names.Find(key)) {
         node->SetValue(std::move(value));
-        return;
+    } else {
+        names.Insert(body, key, std::move(value));
     }
-    body->Touch();
-    body->m_Hash.Insert(body, key, std::move(value));
 }
 
-CElement* CDictionary::GetValue(const CName* key) const {
-    CDictNode* node = Find(key);
+const CElement* CDictionary::GetValue(const CName* key) const {
+    const CDictNode* node = Find(key);
     return node ? node->GetValue() : nullptr;
 }
 
 void CDictionary::Remove(const CName* key) noexcept {
     CDictionaryBody* body = GetBody();
     if (!body) return;
-    CDictNode* node = body->m_Hash.Find(key);
-    if (!node || !node->DropLevel()) return;
-    body->Touch();
-    body->m_Hash.Erase(key);
+    CDictHash& names = body->Change().m_Hash;
+    CDictNode* node = names.Find(key);
+    if (node && node->DropLevel()) names.Erase(key);
 }
 
 std::int32_t CDictionary::GetNameCount() const noexcept {
     const CDictionaryBody* body = GetBody();
-    return body ? body->m_Hash.GetCount() : 0;
+    return body ? body->Contents().m_Hash.GetCount() : 0;
 }
 
-CDictNode* CDictionary::GetNameNodeAt(std::int32_t i) const {
+const CDictNode* CDictionary::GetNameNodeAt(std::int32_t i) const {
     const CDictionaryBody* body = GetBody();
-    return body ? body->m_Hash.GetAt(i) : nullptr;
+    return body ? body->Contents().m_Hash.GetAt(i) : nullptr;
 }
 
 void CDictionary::PutOther(ElementPtr key, ElementPtr value) {
     CDictionaryBody* body = GetBody();
     if (!body || !key || !value) return;
-    if (CDictNode2* node = body->m_OtherKeys.Find(key.get())) {
+    CDictOtherKeys& others = body->Change().m_OtherKeys;
+    if (CDictNode2* node = others.Find(key.get())) {
         node->SetValue(std::move(value));
-        return;
+    } else {
+        others.Insert(body, std::move(key), std::move(value));
     }
-    body->Touch();
-    body->m_OtherKeys.Insert(body, std::move(key), std::move(value));
 }
 
-CDictNode2* CDictionary::FindOther(const CElement* key) const noexcept {
+const CDictNode2* CDictionary::FindOther(const CElement* key) const noexcept {
     const CDictionaryBody* body = GetBody();
-    return body && key ? body->m_OtherKeys.Find(key) : nullptr;
+    return body && key ? body->Contents().m_OtherKeys.Find(key) : nullptr;
 }
 
 void CDictionary::RemoveOther(const CElement* key) noexcept {
     CDictionaryBody* body = GetBody();
-    CDictNode2* node = FindOther(key);
-    if (!node || !node->DropLevel()) return;
-    body->Touch();
-    body->m_OtherKeys.Erase(node);
+    if (!body || !key) return;
+    CDictOtherKeys& others = body->Change().m_OtherKeys;
+    CDictNode2* node = others.Find(key);
+    if (node && node->DropLevel()) others.Erase(node);
 }
 
 std::int32_t CDictionary::GetOtherCount() const noexcept {
     const CDictionaryBody* body = GetBody();
-    return body ? body->m_OtherKeys.GetCount() : 0;
+    return body ? body->Contents().m_OtherKeys.GetCount() : 0;
 }
 
-CDictNode2* CDictionary::GetOtherNodeAt(std::int32_t i) const noexcept {
+const CDictNode2* CDictionary::GetOtherNodeAt(std::int32_t i) const noexcept {
     const CDictionaryBody* body = GetBody();
-    return body ? body->m_OtherKeys.GetAt(i) : nullptr;
+    return body ? body->Contents().m_OtherKeys.GetAt(i) : nullptr;
 }
 
-CDictNode2* CDictionary::GetOtherNodeFrom(std::uint64_t sequence) const noexcept {
+const CDictNode2* CDictionary::GetOtherNodeFrom(std::uint64_t sequence) const noexcept {
     const CDictionaryBody* body = GetBody();
-    return body ? body->m_OtherKeys.GetFrom(sequence) : nullptr;
+    return body ? body->Contents().m_OtherKeys.GetFrom(sequence) : nullptr;
 }
 
 std::int32_t CDictionary::GetMaxLength() const noexcept {
@@ -324,10 +309,10 @@ std::int32_t CDictionary::GetMaxLength() const noexcept {
 std::int32_t CDictionary::CopyTo(CDictionary* pDest) const {
     if (!GetBody() || !pDest->GetBody()) return 0;
     if (m_Body.SameBody(pDest->m_Body)) return 1;
-    for (std::int32_t i = 0; CDictNode* node = GetNameNodeAt(i); ++i) {
+    for (std::int32_t i = 0; const CDictNode* node = GetNameNodeAt(i); ++i) {
         if (const CElement* value = node->GetValue()) pDest->Put(node->m_pKey, value->Clone());
     }
-    for (std::int32_t i = 0; CDictNode2* node = GetOtherNodeAt(i); ++i) {
+    for (std::int32_t i = 0; const CDictNode2* node = GetOtherNodeAt(i); ++i) {
         if (const CElement* value = node->GetValue()) pDest->PutOther(node->GetKey()->Clone(), value->Clone());
     }
     return 1;
@@ -359,10 +344,10 @@ ElementPtr CDictionary::DeepCopy() const {
     };
     auto copy = MakeElement<CDictionary>(GetMaxLength());
     copy->m_pFoundAs = m_pFoundAs;
-    for (std::int32_t i = 0; CDictNode* node = GetNameNodeAt(i); ++i) {
+    for (std::int32_t i = 0; const CDictNode* node = GetNameNodeAt(i); ++i) {
         if (const CElement* value = node->GetValue()) copy->Put(node->m_pKey, copyOf(*value));
     }
-    for (std::int32_t i = 0; CDictNode2* node = GetOtherNodeAt(i); ++i) {
+    for (std::int32_t i = 0; const CDictNode2* node = GetOtherNodeAt(i); ++i) {
         if (const CElement* value = node->GetValue()) copy->PutOther(node->GetKey()->Clone(), copyOf(*value));
     }
     return copy;

@@ -5,12 +5,14 @@
 #include <memory>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "objects/Body.h"
 #include "objects/Element.h"
 #include "objects/Name.h"
 #include "objects/Pooled.h"
+#include "objects/Probing.h"
 
 /// Which standard dictionary an element stands for; bind reads it.
 enum DictKind : std::int32_t {
@@ -23,31 +25,51 @@ enum DictKind : std::int32_t {
     DICT_OTHER = 6
 };
 
-/// The values of one key, by save level. Owns them.
+/// The values of one key, the newest first: one for each save level at which the key was defined. Owns them. A node of a
+/// global dictionary has one value, whatever the level.
 class CDictNodeValues {
 public:
-    /// Puts the first value in the slot of the current level, or in the one slot of a global node.
-    CDictNodeValues(CBody* owner, ElementPtr value) noexcept;
+    /// Puts the first value at the current level.
+    CDictNodeValues(const CBody* owner, ElementPtr value) noexcept;
+    ~CDictNodeValues() {
+        while (m_Newest.older) DropNewest();  // one after the other, however many there are
+    }
 
     /// The current value; it stays the node's. At a level without a value of its own, a literal array of an older
     /// level is copied to the current one first, so that later changes to it go with the level.
-    [[nodiscard]] CElement* GetValue();
+    [[nodiscard]] const CElement* GetValue() const {
+        const bool older = m_Newest.level != Level() && m_Newest.value->m_nType == ET_ARRAY && !m_Newest.value->m_bExec;
+        if (older) CopyToLevel();
+        return m_Newest.value.get();
+    }
     /// Stores at the current level and drops what stood there.
-    void SetValue(ElementPtr value) noexcept;
+    void SetValue(ElementPtr value);
     /// Drops the value of the current level. Answers true when no older one is left: the key is gone.
     [[nodiscard]] bool DropLevel() noexcept;
 
 private:
-    [[nodiscard]] std::int32_t Level() const noexcept { return m_pOwner->m_bGlobal ? 0 : g_nSaveLevel; }
+    struct Version {
+        ElementPtr value;
+        std::unique_ptr<Version> older;
+        std::int32_t level;
+    };
 
-    CBody* m_pOwner;
-    ElementPtr m_Values[MAX_SAVE_LEVEL + 1];
+    [[nodiscard]] std::int32_t Level() const noexcept { return m_bGlobal ? 0 : g_nSaveLevel; }
+    void CopyToLevel() const;
+    void DropNewest() noexcept {
+        const std::unique_ptr<Version> older = std::move(m_Newest.older);
+        m_Newest = std::move(*older);
+    }
+    void Add(ElementPtr value) const;
+
+    mutable Version m_Newest;  ///< its level is never above the current one
+    bool m_bGlobal;
 };
 
 /// An entry with a text key.
 class CDictNode final : public CDictNodeValues, public CPooled<CDictNode> {
 public:
-    CDictNode(CBody* owner, const CName* key, std::uint32_t bucket, ElementPtr value) noexcept
+    CDictNode(const CBody* owner, const CName* key, std::uint32_t bucket, ElementPtr value) noexcept
         : CDictNodeValues(owner, std::move(value)), m_pKey(key), m_nBucket(bucket) {}
     [[nodiscard]] const char* GetKey() const noexcept { return m_pKey->c_str(); }
 
@@ -59,9 +81,9 @@ public:
 /// An entry whose key is neither a name nor a string. Owns the key.
 class CDictNode2 final : public CDictNodeValues, public CPooled<CDictNode2> {
 public:
-    CDictNode2(CBody* owner, ElementPtr key, ElementPtr value) noexcept
+    CDictNode2(const CBody* owner, ElementPtr key, ElementPtr value) noexcept
         : CDictNodeValues(owner, std::move(value)), m_pKey(std::move(key)) {}
-    [[nodiscard]] CElement* GetKey() const noexcept { return m_pKey.get(); }
+    [[nodiscard]] const CElement* GetKey() const noexcept { return m_pKey.get(); }
 
     ElementPtr m_pKey;
     std::uint64_t m_nSequence = 0;  ///< order of definition
@@ -76,22 +98,25 @@ public:
     CDictHash& operator=(const CDictHash&) = delete;
     ~CDictHash();
 
-    [[nodiscard]] CDictNode* Find(const CName* key) const noexcept {
+    [[nodiscard]] const CDictNode* Find(const CName* key) const noexcept {
         if (m_nCount == 0) return nullptr;
-        const size_t mask = m_Slots.size() - 1;
-        for (size_t slot = key->m_nHash & mask;; slot = (slot + 1) & mask) {
-            CDictNode* node = m_Slots[slot];
-            if (!node || node->m_pKey == key) return node;
-        }
+        return m_Slots[SlotOf(key)];
     }
-    void Insert(CBody* owner, const CName* key, ElementPtr value);
+    [[nodiscard]] CDictNode* Find(const CName* key) noexcept {
+        return const_cast<CDictNode*>(std::as_const(*this).Find(key));
+    }
+    void Insert(const CBody* owner, const CName* key, ElementPtr value);
     void Erase(const CName* key) noexcept;
     [[nodiscard]] std::int32_t GetCount() const noexcept { return m_nCount; }
     /// The i-th node in the order of iteration, or null beyond the end.
-    [[nodiscard]] CDictNode* GetAt(std::int32_t i) const;
+    [[nodiscard]] const CDictNode* GetAt(std::int32_t i) const;
     void DropLevel() noexcept;
 
 private:
+    /// Of the node with the key, or the free slot where it belongs.
+    [[nodiscard]] size_t SlotOf(const CName* key) const noexcept {
+        return ProbeSlots(m_Slots, key->m_nHash, [key](const CDictNode* node) { return node->m_pKey == key; });
+    }
     void Rehash(size_t slots);
     void EraseSlot(size_t slot) noexcept;
 
@@ -106,13 +131,16 @@ private:
 /// The entries whose keys are no texts, in order of first definition, with an index by value.
 class CDictOtherKeys {
 public:
-    [[nodiscard]] CDictNode2* Find(const CElement* key) const noexcept;
-    void Insert(CBody* owner, ElementPtr key, ElementPtr value);
-    void Erase(CDictNode2* node) noexcept;
+    [[nodiscard]] const CDictNode2* Find(const CElement* key) const noexcept;
+    [[nodiscard]] CDictNode2* Find(const CElement* key) noexcept {
+        return const_cast<CDictNode2*>(std::as_const(*this).Find(key));
+    }
+    void Insert(const CBody* owner, ElementPtr key, ElementPtr value);
+    void Erase(const CDictNode2* node) noexcept;
     [[nodiscard]] std::int32_t GetCount() const noexcept { return static_cast<std::int32_t>(m_Nodes.size()); }
-    [[nodiscard]] CDictNode2* GetAt(std::int32_t i) const noexcept;
+    [[nodiscard]] const CDictNode2* GetAt(std::int32_t i) const noexcept;
     /// The oldest entry whose m_nSequence is at least that, or null.
-    [[nodiscard]] CDictNode2* GetFrom(std::uint64_t sequence) const noexcept;
+    [[nodiscard]] const CDictNode2* GetFrom(std::uint64_t sequence) const noexcept;
     void DropLevel() noexcept;
 
 private:
@@ -123,19 +151,26 @@ private:
     std::uint64_t m_nNextSequence = 0;
 };
 
-class CDictionaryBody final : public CBody {
+/// The entries of both key spaces.
+struct CDictEntries {
+    explicit CDictEntries(std::int32_t count) : m_Hash(count) {}
+
+    CDictHash m_Hash;
+    CDictOtherKeys m_OtherKeys;
+};
+
+class CDictionaryBody final : public CBodyOf<CDictEntries> {
 public:
-    explicit CDictionaryBody(std::int32_t count) noexcept : CBody(BK_DICT), m_nMaxLength(count), m_Hash(count) {}
+    explicit CDictionaryBody(std::int32_t count) : CBodyOf(BK_DICT, count), m_nMaxLength(count) {}
 
     /// Drops the values of the current save level, and the keys that have no other.
     void DropLevel() noexcept {
-        m_Hash.DropLevel();
-        m_OtherKeys.DropLevel();
+        CDictEntries& entries = Change();
+        entries.m_Hash.DropLevel();
+        entries.m_OtherKeys.DropLevel();
     }
 
-    std::int32_t m_nMaxLength;  ///< the count given at creation. Departure: limits nothing
-    CDictHash m_Hash;
-    CDictOtherKeys m_OtherKeys;
+    const std::int32_t m_nMaxLength;  ///< the count given at creation. Departure: limits nothing
 };
 
 /// A dictionary object. Without a body it is empty, and what is put in it is dropped.
@@ -153,31 +188,31 @@ public:
     // Text keys. The dictionary owns a value from the call on.
     void Put(const CName* key, ElementPtr value);
     void Put(std::string_view key, ElementPtr value) { Put(InternName(key), std::move(value)); }
-    [[nodiscard]] CDictNode* Find(const CName* key) const noexcept {
+    [[nodiscard]] const CDictNode* Find(const CName* key) const noexcept {
         const CDictionaryBody* body = GetBody();
-        return body ? body->m_Hash.Find(key) : nullptr;
+        return body ? body->Contents().m_Hash.Find(key) : nullptr;
     }
-    [[nodiscard]] CDictNode* Find(std::string_view key) const { return Find(InternName(key)); }
+    [[nodiscard]] const CDictNode* Find(std::string_view key) const { return Find(InternName(key)); }
     /// The current value of a key, or null; it stays the dictionary's.
-    [[nodiscard]] CElement* GetValue(const CName* key) const;
-    [[nodiscard]] CElement* GetValue(std::string_view key) const { return GetValue(InternName(key)); }
+    [[nodiscard]] const CElement* GetValue(const CName* key) const;
+    [[nodiscard]] const CElement* GetValue(std::string_view key) const { return GetValue(InternName(key)); }
     /// Drops the value of the current save level; the key stays while an older level has one.
     void Remove(const CName* key) noexcept;
     [[nodiscard]] std::int32_t GetNameCount() const noexcept;
     /// The i-th entry in the order of iteration, or null beyond the end.
-    [[nodiscard]] CDictNode* GetNameNodeAt(std::int32_t i) const;
+    [[nodiscard]] const CDictNode* GetNameNodeAt(std::int32_t i) const;
 
     // All other keys, compared by IsEqual.
     /// Owns key and value; when the key exists the offered one is dropped.
     void PutOther(ElementPtr key, ElementPtr value);
-    [[nodiscard]] CDictNode2* FindOther(const CElement* key) const noexcept;
+    [[nodiscard]] const CDictNode2* FindOther(const CElement* key) const noexcept;
     void RemoveOther(const CElement* key) noexcept;
     [[nodiscard]] std::int32_t GetOtherCount() const noexcept;
     /// The i-th entry in order of definition, or null beyond the end.
-    [[nodiscard]] CDictNode2* GetOtherNodeAt(std::int32_t i) const noexcept;
+    [[nodiscard]] const CDictNode2* GetOtherNodeAt(std::int32_t i) const noexcept;
     /// The oldest entry whose m_nSequence is at least that, or null: what a walk goes on with whatever has been
     /// defined and removed meanwhile.
-    [[nodiscard]] CDictNode2* GetOtherNodeFrom(std::uint64_t sequence) const noexcept;
+    [[nodiscard]] const CDictNode2* GetOtherNodeFrom(std::uint64_t sequence) const noexcept;
 
     [[nodiscard]] std::int32_t GetCount() const noexcept { return GetNameCount() + GetOtherCount(); }
     [[nodiscard]] std::int32_t GetMaxLength() const noexcept;

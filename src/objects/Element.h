@@ -41,7 +41,7 @@ struct FreeElementFn {
 using ElementPtr = std::unique_ptr<CElement, FreeElementFn>;
 static_assert(sizeof(ElementPtr) == sizeof(void*));
 
-/// An owned element of a known class; converts to ElementPtr by Upcast.
+/// An owned element of a known class. Moves into an ElementPtr.
 template <class T>
 using TypedPtr = std::unique_ptr<T, FreeElementFn>;
 
@@ -74,6 +74,9 @@ public:
     bool m_bExec = false;                    ///< the executable attribute
     CElement* m_pNext = nullptr;             ///< towards the top of the stack that holds this element
     CElement* m_pPrev = nullptr;             ///< towards the bottom of that stack
+#ifndef NDEBUG
+    const void* m_pStack = nullptr;  ///< the stack that holds this element. A linked one is in no ElementPtr
+#endif
 
 protected:
     explicit CElement(ElementType type) noexcept : m_nType(type) {}
@@ -87,7 +90,7 @@ protected:
     }
 };
 
-/// Which type codes a class stands for; specialised beside each class by `static bool IsType(int)`.
+/// The element as one of class T, which says by `static bool IsType(int)` which type codes it stands for.
 /// Null for a null element or one of another class.
 template <class T>
 [[nodiscard]] T* As(CElement* e) noexcept {

@@ -7,6 +7,8 @@
 #include <new>
 #include <vector>
 
+#include "objects/Probing.h"
+
 namespace {
 
 constexpr size_t BLOCK_BYTES = 64 * 1024;
@@ -31,11 +33,9 @@ public:
         text = text.substr(0, text.find('\0'));
         if (m_Slots.empty()) m_Slots.resize(FIRST_SLOTS);
         const std::uint32_t hash = MixedHash(text);
-        size_t slot = SlotOf(hash);
-        while (const CName* name = m_Slots[slot]) {
-            if (name->m_nHash == hash && name->Text() == text) return name;
-            slot = (slot + 1) & (m_Slots.size() - 1);
-        }
+        const size_t slot =
+            ProbeSlots(m_Slots, hash, [&](const CName* name) { return name->m_nHash == hash && name->Text() == text; });
+        if (m_Slots[slot]) return m_Slots[slot];
         const CName* name = Make(text, hash);
         m_Slots[slot] = name;
         if (++m_nCount * 2 > m_Slots.size()) Grow();
@@ -50,16 +50,11 @@ public:
     }
 
 private:
-    size_t SlotOf(std::uint32_t hash) const { return hash & (m_Slots.size() - 1); }
-
     void Grow() {
         std::vector<const CName*> old(m_Slots.size() * 2);
         old.swap(m_Slots);
         for (const CName* name : old) {
-            if (!name) continue;
-            size_t slot = SlotOf(name->m_nHash);
-            while (m_Slots[slot]) slot = (slot + 1) & (m_Slots.size() - 1);
-            m_Slots[slot] = name;
+            if (name) m_Slots[FreeSlot(m_Slots, name->m_nHash)] = name;
         }
     }
 

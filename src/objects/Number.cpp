@@ -79,7 +79,7 @@ std::int64_t CNumberElement::GetInt64() const noexcept { return Truncate<std::in
 
 bool CNumberElement::IsEqual(const CElement* pOther) const {
     const auto* other = As<CNumberElement>(pOther);
-    return other && std::fabs(m_fValue - other->m_fValue) < 1e-6;
+    return other && std::fabs(m_fValue - other->m_fValue) < NUMBER_TOLERANCE;
 }
 
 ElementPtr CNumberElement::Clone() const {

@@ -3,13 +3,16 @@
 
 #include "objects/Element.h"
 
+/// Numbers closer to each other than this are equal: to `eq` and its relatives, and as keys of dictionaries.
+inline constexpr double NUMBER_TOLERANCE = 1e-6;
+
 /// An integer or a real. Both are held as a double, told apart by m_nNumKind.
 class CNumberElement final : public CElement {
 public:
     static bool IsType(int type) noexcept { return type == ET_NUMBER; }
 
     [[nodiscard]] bool IsGlobal() const override { return true; }
-    /// Departure: numbers within 1e-6 of each other are equal, whatever their kinds.
+    /// Departure: numbers within NUMBER_TOLERANCE of each other are equal, whatever their kinds.
     [[nodiscard]] bool IsEqual(const CElement* pOther) const override;
     [[nodiscard]] ElementPtr Clone() const override;
     [[nodiscard]] ElementPtr DeepCopy() const override { return Clone(); }

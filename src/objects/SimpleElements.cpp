@@ -1,11 +1,14 @@
 // Copies and comparisons of the simple objects, and the one way to drop any element.
 #include "objects/SimpleElements.h"
 
+#include <cassert>
+
 #include "objects/Number.h"
 #include "objects/String.h"
 
 void FreeElement(CElement* p) noexcept {
     if (!p) return;
+    assert(!p->m_pStack);
     if (p->m_nType == ET_NUMBER) {
         static_cast<CNumberElement*>(p)->MarkFree();
     } else {

@@ -16,13 +16,13 @@ CStringElement::CStringElement(std::int32_t length)
 std::int32_t CStringElement::GetLength() const noexcept {
     const CStringBody* body = GetBody();
     if (!body) return 0;
-    return m_bView ? m_nLength : static_cast<std::int32_t>(body->m_Bytes.size());
+    return m_bView ? m_nLength : static_cast<std::int32_t>(body->Contents().size());
 }
 
 std::string_view CStringElement::Bytes() const noexcept {
     const CStringBody* body = GetBody();
     if (!body) return {};
-    const std::string_view whole = body->m_Bytes;
+    const std::string_view whole = body->Contents();
     return whole.substr(std::min(Start(), whole.size()), static_cast<size_t>(GetLength()));
 }
 
@@ -33,29 +33,27 @@ std::string_view CStringElement::KeyText() const noexcept {
 
 std::int32_t CStringElement::GetAt(std::int32_t i) const noexcept {
     const CStringBody* body = GetBody();
-    if (!body || i < 0 || static_cast<size_t>(i) + Start() >= body->m_Bytes.size()) return -1;
-    return static_cast<unsigned char>(body->m_Bytes[static_cast<size_t>(i) + Start()]);
+    if (!body || i < 0 || static_cast<size_t>(i) + Start() >= body->Contents().size()) return -1;
+    return static_cast<unsigned char>(body->Contents()[static_cast<size_t>(i) + Start()]);
 }
 
-void CStringElement::SetAt(std::int32_t i, unsigned char b) noexcept {
+void CStringElement::SetAt(std::int32_t i, unsigned char b) const noexcept {
     CStringBody* body = GetBody();
-    if (!body || i < 0 || static_cast<size_t>(i) + Start() >= body->m_Bytes.size()) return;
-    body->Touch();
-    body->m_Bytes[static_cast<size_t>(i) + Start()] = static_cast<char>(b);
+    if (!body || i < 0 || static_cast<size_t>(i) + Start() >= body->Contents().size()) return;
+    body->Change()[static_cast<size_t>(i) + Start()] = static_cast<char>(b);
 }
 
-void CStringElement::Write(std::string_view bytes) noexcept {
+void CStringElement::Write(std::string_view bytes) const noexcept {
     CStringBody* body = GetBody();
-    if (!body || Start() >= body->m_Bytes.size()) return;
-    body->Touch();
-    const size_t count = std::min(bytes.size(), body->m_Bytes.size() - Start());
-    if (count > 0) std::memmove(body->m_Bytes.data() + Start(), bytes.data(), count);
+    if (!body || Start() >= body->Contents().size()) return;
+    const size_t count = std::min(bytes.size(), body->Contents().size() - Start());
+    if (count > 0) std::memmove(body->Change().data() + Start(), bytes.data(), count);
 }
 
 TypedPtr<CStringElement> CStringElement::GetInterval(std::int32_t nStart, std::int32_t nCount) const {
     TypedPtr<CStringElement> view = CloneString();
     const CStringBody* body = GetBody();
-    const std::int64_t size = body ? static_cast<std::int64_t>(body->m_Bytes.size()) : 0;
+    const std::int64_t size = body ? static_cast<std::int64_t>(body->Contents().size()) : 0;
     const std::int64_t start = std::min<std::int64_t>(static_cast<std::int64_t>(Start()) + std::max(nStart, 0), size);
     view->m_bView = true;
     view->m_nStart = static_cast<std::int32_t>(start);

@@ -11,12 +11,10 @@
 /// Most bytes that `string` makes at once.
 inline constexpr std::int32_t MAX_STRING_LENGTH = 1 << 26;
 
-/// The bytes of a string, not zero-terminated.
-class CStringBody final : public CBody {
+/// The bytes of a string, not zero-terminated. Their number never changes.
+class CStringBody final : public CBodyOf<std::string> {
 public:
-    explicit CStringBody(std::string bytes) noexcept : CBody(BK_STRING), m_Bytes(std::move(bytes)) {}
-
-    std::string m_Bytes;
+    explicit CStringBody(std::string bytes) noexcept : CBodyOf(BK_STRING, std::move(bytes)) {}
 };
 
 class CStringElement final : public CElement, public CPooled<CStringElement> {
@@ -36,9 +34,9 @@ public:
     /// body, not that of the view.
     [[nodiscard]] std::int32_t GetAt(std::int32_t i) const noexcept;
     /// Stores a byte; outside the bounds of GetAt nothing happens.
-    void SetAt(std::int32_t i, unsigned char b) noexcept;
+    void SetAt(std::int32_t i, unsigned char b) const noexcept;
     /// Stores bytes from the object's start on, as far as the body reaches.
-    void Write(std::string_view bytes) noexcept;
+    void Write(std::string_view bytes) const noexcept;
     /// A view of nCount bytes from nStart. A view that would pass the body's end is cut there, and negative
     /// arguments count as 0.
     [[nodiscard]] TypedPtr<CStringElement> GetInterval(std::int32_t nStart, std::int32_t nCount) const;

@@ -284,7 +284,7 @@ LoopPass ForAllEntries(CFilterEPS& m, const CDictionary& dict, const CArrayEleme
         pass = RunLoopPass(m, procedure);
     }
     for (std::uint64_t next = 0; pass == LoopPass::goOn && next < end;) {
-        CDictNode2* node = dict.GetOtherNodeFrom(next);
+        const CDictNode2* node = dict.GetOtherNodeFrom(next);
         if (!node || node->m_nSequence >= end) break;
         next = node->m_nSequence + 1;
         const CElement* value = node->GetValue();

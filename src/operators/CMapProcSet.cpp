@@ -125,7 +125,7 @@ ElementPtr BuildCMapProcSet(CFilterEPS& m) {
         BuildScope() noexcept { g_bBuilding = true; }
         ~BuildScope() { g_bBuilding = false; }
     } building;
-    const CGlobalModeScope global(true);
+    const CBodyPlaceScope global(PLACE_GLOBAL);
     const int dictDepth = m.m_DictStack.GetCount();
     const int operandDepth = m.m_OperandStack.GetCount();
 

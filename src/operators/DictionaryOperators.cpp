@@ -83,7 +83,7 @@ public:
     Indices& Of(const CArrayBody& body) {
         Indices& indices = m_Indices[&body];
         if (indices.empty()) {
-            indices.resize(body.m_Elements.size() + 1);
+            indices.resize(body.Contents().GetSize() + 1);
             std::iota(indices.begin(), indices.end(), size_t{0});
         }
         return indices;
@@ -106,7 +106,7 @@ private:
 const COperatorElement* SystemOperator(const CFilterEPS& m, const CName* name) {
     for (const CElement* e = m.m_DictStack.Top(); e; e = e->m_pPrev) {
         const auto& dict = static_cast<const CDictionary&>(*e);
-        CDictNode* node = dict.Find(name);
+        const CDictNode* node = dict.Find(name);
         if (!node) continue;
         return dict.m_nDictKind == DICT_SYSTEM ? As<COperatorElement>(node->GetValue()) : nullptr;
     }
@@ -134,16 +134,15 @@ int OpBind(CFilterEPS& m) {
         CUnvisited::Indices& indices = unvisited.Of(*body);
         for (size_t i = CUnvisited::Find(indices, first); i < end; i = CUnvisited::Find(indices, i)) {
             indices[i] = i + 1;
-            ElementPtr& e = body->m_Elements[i];
-            if (e->IsProcedure()) {
-                open.push_back(static_cast<const CArrayElement*>(e.get()));
-            } else if (e->m_nType == ET_RAWTOKEN) {
-                const CName* name = static_cast<const CSimpElement&>(*e).m_pName;
+            const CElement& e = body->Contents().At(i);
+            if (e.IsProcedure()) {
+                open.push_back(&static_cast<const CArrayElement&>(e));
+            } else if (e.m_nType == ET_RAWTOKEN) {
+                const CName* name = static_cast<const CSimpElement&>(e).m_pName;
                 if (name->IsNumber()) continue;
                 const COperatorElement* found = SystemOperator(m, name);
                 if (!found) continue;
-                body->Touch();
-                e = MakeElement<COperatorElement>(found->m_pName);
+                body->Change().Set(i, MakeElement<COperatorElement>(found->m_pName));
             }
         }
     }

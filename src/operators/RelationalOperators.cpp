@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr double NUMBER_TOLERANCE = 1e-6;
-
 /// 0 within the tolerance, else 1 when a is greater and -1 when not. A not-a-number is less than anything.
 int CompareNumbers(const CNumberElement& a, const CNumberElement& b) {
     if (std::fabs(a.GetReal() - b.GetReal()) < NUMBER_TOLERANCE) return 0;

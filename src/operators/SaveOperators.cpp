@@ -16,7 +16,7 @@ namespace {
 int OpSave(CFilterEPS& m) {
     if (g_nSaveLevel >= m.Dialect().SaveLimit()) return m.Fail(PSERR_VMOVERFLOW, "limitcheck");
     m.Push(MakeElement<CSaveElement>(g_nSaveLevel, m.m_GStateStack.GetCount()));
-    g_RegistryStack.Push(new CBodyRegistry(g_nSaveLevel + 1));
+    g_RegistryStack.Open(PlaceOfLevel(g_nSaveLevel + 1));
     ++g_nSaveLevel;
     ++g_nSnapshotEpoch;  // arrays read from dictionaries are other arrays now
     MarkGStatesSaved(m);
@@ -26,8 +26,9 @@ int OpSave(CFilterEPS& m) {
 
 /// Leaves the current save level: what was made and defined at it goes.
 void LeaveLevel() noexcept {
-    delete g_RegistryStack.Pop();
-    for (const CBodyRegistry* registry = g_RegistryStack.Top(); registry; registry = registry->m_pPrev) {
+    g_RegistryStack.Close(PlaceOfLevel(g_nSaveLevel));
+    for (std::int32_t level = g_nSaveLevel; level-- > 0;) {
+        const CBodyRegistry* registry = g_RegistryStack.At(PlaceOfLevel(level));
         for (std::int32_t i = 0; CDictionaryBody* dict = registry->GetDictBody(i); ++i) dict->DropLevel();
     }
     --g_nSaveLevel;
@@ -55,6 +56,6 @@ constexpr OpRow kRows[] = {
 
 }  // namespace
 
-std::int32_t CDialect::SaveLimit() const { return MAX_SAVE_LEVEL; }
+std::int32_t CDialect::SaveLimit() const { return 4; }
 
 constinit const OpTable kSaveOperators{kRows};

@@ -38,29 +38,26 @@ class UserObjects {
 public:
     UserObjects(CFilterEPS& m, Operands& in)
         : m_pUserDict(static_cast<CDictionary*>(m.m_DictStack.AtFromBottom(2))), m_pKey(InternName("UserObjects")) {
-        CElement* value = m_pUserDict->GetValue(m_pKey);
+        const CElement* value = m_pUserDict->GetValue(m_pKey);
         m_pArray = As<CArrayElement>(value);
         in.Require(!value || m_pArray, PSERR_TYPECHECK);
     }
     /// Null when there is none yet. Good until the dictionary is touched.
-    [[nodiscard]] CArrayElement* Array() const noexcept { return m_pArray; }
+    [[nodiscard]] const CArrayElement* Array() const noexcept { return m_pArray; }
 
     /// Makes the array longer, or makes it. What is new holds nulls. An array that the program has fetched keeps its
     /// length and elements: the dictionary gets a new one. One that nobody has seen grows in place, so that defining
     /// one index after another costs no copy each time.
-    CArrayElement* Grow(std::int32_t length) {
+    const CArrayElement* Grow(std::int32_t length) {
         if (m_pArray && m_pArray->IsSole() && m_pArray->GetBody() && IsLiteralArray(*m_pArray)) {
-            CArrayBody* body = m_pArray->GetBody();
-            body->Touch();
-            FillUp(body->m_Elements, length);
+            CElementList& elements = m_pArray->GetBody()->Change();
+            while (elements.GetSize() < static_cast<size_t>(length)) elements.Append(MakeElement<CNullElement>());
             return m_pArray;
         }
-        std::vector<ElementPtr> elements;
+        auto array = MakeElement<CArrayElement>(length);
         for (std::int32_t i = 0; m_pArray && i < m_pArray->GetLength(); ++i) {
-            elements.push_back(m_pArray->GetAt(i)->Clone());
+            array->SetAt(i, m_pArray->GetAt(i)->Clone());
         }
-        FillUp(elements, length);
-        auto array = MakeElement<CArrayElement>(std::move(elements));
         m_pArray = array.get();
         m_pUserDict->Put(m_pKey, std::move(array));
         return m_pArray;
@@ -69,13 +66,10 @@ public:
 private:
     /// The kind that each save level has its own of, as read from a dictionary.
     static bool IsLiteralArray(const CArrayElement& array) { return array.m_nType == ET_ARRAY && !array.m_bExec; }
-    static void FillUp(std::vector<ElementPtr>& elements, std::int32_t length) {
-        while (elements.size() < static_cast<size_t>(length)) elements.push_back(MakeElement<CNullElement>());
-    }
 
     CDictionary* m_pUserDict;
     const CName* m_pKey;
-    CArrayElement* m_pArray;
+    const CArrayElement* m_pArray;
 };
 
 // index any  defineuserobject  -             STACKUNDERFLOW TYPECHECK RANGE
@@ -88,7 +82,7 @@ int OpDefineuserobject(CFilterEPS& m) {
     if (!in) return -1;
     ElementPtr object = m.Pop();
     m.Drop(1);
-    CArrayElement* array = objects.Array();
+    const CArrayElement* array = objects.Array();
     if (!array || index >= array->GetLength()) {
         array = objects.Grow(array || index >= firstLength ? index + 1 : firstLength);
     }
@@ -98,13 +92,13 @@ int OpDefineuserobject(CFilterEPS& m) {
 
 /// The array for an operator that wants an object of it: index on top, which is popped. Null with UNDEFINED
 /// when there is no array, with RANGE for an index outside it; TYPECHECK leaves the operand.
-CArrayElement* PopUserIndex(CFilterEPS& m, std::int32_t& index) {
+const CArrayElement* PopUserIndex(CFilterEPS& m, std::int32_t& index) {
     Operands in(m);
     index = in.Int(0);
     const UserObjects objects(m, in);
     if (!in) return nullptr;
     m.Drop(1);
-    CArrayElement* array = objects.Array();
+    const CArrayElement* array = objects.Array();
     if (!array) {
         m.Fail(PSERR_UNDEFINED);
     } else if (index < 0 || index >= array->GetLength()) {
@@ -134,7 +128,7 @@ int OpExecuserobject(CFilterEPS& m) {
 // index  undefineuserobject  -               STACKUNDERFLOW TYPECHECK; UNDEFINED RANGE, with it gone
 int OpUndefineuserobject(CFilterEPS& m) {
     std::int32_t index = 0;
-    CArrayElement* array = PopUserIndex(m, index);
+    const CArrayElement* array = PopUserIndex(m, index);
     if (!array) return -1;
     array->SetAt(index, MakeElement<CNullElement>());
     return 1;

@@ -203,6 +203,25 @@ TEST(GraphStateTest, CopiesShareNothing) {
          "2.0"},
         {"departure: dictionaries in dictionaries stay shared",
          "<< /D 1 dict >> setfont gsave currentfont /D get /x 1 put grestore currentfont /D get /x known", "true"},
+        {"new key", "/f 2 dict def f setfont gsave grestore f /A 1 put gsave currentfont /A known", "true"},
+        {"new key that is no text", "/f 2 dict def f setfont gsave grestore f 1 2 put gsave currentfont 1 known",
+         "true"},
+        {"key that is no text", "/f 2 dict def f 1 2 put f setfont gsave grestore f 1 3 put gsave currentfont 1 get",
+         "3"},
+        {"undef of a key that is no text",
+         "/f 2 dict def f 1 2 put f setfont gsave grestore f 1 undef gsave currentfont 1 known", "false"},
+        {"undef at a save level",
+         "/f << /A 1 >> def save f /A 2 put f setfont gsave grestore f /A undef gsave currentfont /A get", "-save- 1"},
+        {"putinterval",
+         "/f << /S (abc) >> def f setfont gsave grestore f /S get 1 (XY) putinterval gsave currentfont /S get",
+         "(aXY)"},
+        {"bind", "/f << /P {add} >> def f setfont gsave grestore f /P get bind pop gsave currentfont /P get 0 get type",
+         "/operatortype"},
+        {"growth of the user objects",
+         "0 1 defineuserobject userdict setfont gsave grestore 12 2 defineuserobject gsave currentfont /UserObjects "
+         "get "
+         "length",
+         "13"},
         {"undef", "/f << /A 1 >> def f setfont gsave grestore f /A undef gsave currentfont /A known", "false"},
         {"the start font", "gsave currentfont /X 1 put grestore currentfont /X known", "false"},
         {"halftone",
@@ -321,7 +340,10 @@ TEST(GraphStateTest, ValuesOfAnyShape) {
 class GraphStateMachineTest : public ::testing::Test {
 protected:
     void Run(std::string_view program) { ASSERT_EQ(m_Machine.ScanBuffer(program), 1) << program; }
-    static size_t Bodies() { return g_RegistryStack.Top()->GetCount() + g_pGlobalRegistry->GetCount(); }
+    static size_t Bodies() {
+        return g_RegistryStack.At(PlaceOfLevel(g_nSaveLevel))->GetCount() +
+               g_RegistryStack.At(PLACE_GLOBAL)->GetCount();
+    }
 
     TestFrame m_Frame;
     CFilterEPS m_Machine{5};

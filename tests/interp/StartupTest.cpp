@@ -31,7 +31,8 @@ TEST(StartupTest, MachinesStartAfresh) {
     EXPECT_EQ(RunText("5001 {1} repeat count").error, PSERR_NONE);
     EXPECT_EQ(g_nNumberPoolSize, NUMBER_POOL_STEP);
     EXPECT_EQ(g_nSaveLevel, 0);
-    EXPECT_EQ(g_RegistryStack.GetCount(), 0);
+    EXPECT_EQ(g_RegistryStack.At(PLACE_GLOBAL), nullptr);
+    EXPECT_EQ(g_RegistryStack.At(PlaceOfLevel(0)), nullptr);
 }
 
 }  // namespace

@@ -1,5 +1,8 @@
 // Dictionaries: the two key spaces, the order of iteration, and the value slots of the save levels.
+#include "interp/Dialect.h"
+#include "interp/FilterEPS.h"
 #include "support/Program.h"
+#include "support/TestFrame.h"
 
 namespace {
 
@@ -63,6 +66,23 @@ TEST(DictionaryTest, SaveLevels) {
          "currentdict length",
          "500"},
     });
+}
+
+TEST(DictionaryTest, ValuesOfAnyNumberOfSaveLevels) {
+    TestFrame frame;
+    struct ManyLevels final : CDialect {
+        [[nodiscard]] std::int32_t SaveLimit() const override { return 300; }
+    };
+    CFilterEPS machine(5, std::make_unique<ManyLevels>());
+    EXPECT_EQ(machine.ScanBuffer("/r {exch restore a add l 0 get sub} def /l [0] def /a 0 def 1 1 300 {save exch dup l "
+                                 "0 3 -1 roll put /a exch def} for"),
+              1);
+    EXPECT_EQ(machine.ScanBuffer("save"), -1);
+    EXPECT_EQ(machine.m_nError, PSERR_VMOVERFLOW);
+    EXPECT_EQ(machine.ScanBuffer("0 200 /r load repeat a add l 0 get add"), 1);
+    const auto* sum = As<CNumberElement>(machine.m_OperandStack.Top());
+    ASSERT_TRUE(sum);
+    EXPECT_EQ(sum->GetInt(), 200) << "a and the element of l are 100 again, and were the same all the way";
 }
 
 }  // namespace
