@@ -20,6 +20,7 @@
 
 #include "cli/Interrupt.h"
 #include "cli/ProgressLine.h"
+#include "cli/Report.h"
 #include "cli/Text.h"
 
 namespace {
@@ -46,20 +47,46 @@ private:
 struct RunningImport {
     std::size_t index;
     pid_t pid;
-    int errorPipe;  // read end
+    int errorPipe;   // read end
+    int reportFile;  // in memory; the child leaves its report line there
 };
+
+void WriteAll(int file, const std::string& text) {
+    for (std::size_t done = 0; done < text.size();) {
+        const ssize_t put = ::write(file, text.data() + done, text.size() - done);
+        if (put < 0 && errno == EINTR) continue;
+        if (put <= 0) return;
+        done += static_cast<std::size_t>(put);
+    }
+}
+
+std::string ReadAll(int file) {
+    std::string text;
+    char block[4096];
+    for (off_t at = 0;;) {
+        const ssize_t got = ::pread(file, block, sizeof block, at);
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) return text;
+        text.append(block, static_cast<std::size_t>(got));
+        at += got;
+    }
+}
 
 class CBatch {
 public:
-    CBatch(const Options& options, const ImportFunction& importFile)
+    CBatch(const Options& options, const ImportFunction& importFile, COutputFile* report)
         : m_Options(options),
           m_Import(importFile),
           m_nFiles(options.files.size()),
           m_Counters(m_nFiles),
           m_Texts(m_nFiles),
-          m_Done(m_nFiles, false) {}
+          m_ReportLines(m_nFiles),
+          m_Done(m_nFiles, false),
+          m_pReport(report) {}
 
     int Run() {
+        // Whoever started this program may have set that children vanish without a status.
+        ::signal(SIGCHLD, SIG_DFL);
         while (m_nNext < m_nFiles || !m_Running.empty()) {
             if (g_bInterrupted) PassInterruptOn();
             while (!m_bInterrupted && m_nNext < m_nFiles && m_Running.size() < m_Options.jobs) Start(m_nNext++);
@@ -70,19 +97,23 @@ public:
         m_Progress.Clear();
         if (m_nNext < m_nFiles) {
             Complain("interrupted: " + CountText(m_nFiles - m_nNext, "file", "files") + " not imported");
-            m_nStatus = kExitNotWhole;
         }
-        return m_nStatus;
+        Note(std::to_string(m_nWhole) + " of " + std::to_string(m_nFiles) + " imported whole" +
+             (m_nWhole < m_nFiles ? ", " + std::to_string(m_nFiles - m_nWhole) + " not" : ""));
+        WriteReport();
+        return m_nWhole == m_nFiles ? kExitDone : kExitNotWhole;
     }
 
 private:
     void Start(std::size_t index) {
         int ends[2];
         if (::pipe(ends) != 0) return Fail(index, std::strerror(errno));
+        const int reportFile = ::memfd_create("report", MFD_CLOEXEC);
         std::fflush(nullptr);
-        const pid_t pid = ::fork();
+        const pid_t pid = reportFile < 0 ? -1 : ::fork();
         if (pid < 0) {
             const int error = errno;
+            if (reportFile >= 0) ::close(reportFile);
             ::close(ends[0]);
             ::close(ends[1]);
             return Fail(index, std::strerror(error));
@@ -93,21 +124,35 @@ private:
             ::close(ends[0]);
             ::dup2(ends[1], STDERR_FILENO);
             ::close(ends[1]);
-            const int status = m_Import(index, m_Counters[index]);
+            const JobResult result = m_Import(index, m_Counters[index]);
+            WriteAll(reportFile, result.reportLine);
             std::fflush(nullptr);
-            ::_exit(status);  // what the parent registered to run at exit isn't this process's to run
+            ::_exit(result.status);  // what the parent registered to run at exit isn't this process's to run
         }
         ::close(ends[1]);
-        m_Running.push_back({index, pid, ends[0]});
+        m_Running.push_back({index, pid, ends[0], reportFile});
     }
 
     void Fail(std::size_t index, const char* reason) {
-        m_Texts[index] +=
-            "epsimport: " + ForTerminal(m_Options.files[index]) + ": no process for the import: " + reason + "\n";
-        m_nStatus = kExitNotWhole;
+        EndWithoutDrawing(index, "not-started", std::string("no process for the import: ") + reason);
         m_Done[index] = true;
         ++m_nDone;
         PrintTexts();
+    }
+
+    void EndWithoutDrawing(std::size_t index, const char* end, const std::string& reason) {
+        m_Texts[index] += "epsimport: " + ForTerminal(m_Options.files[index]) + ": " + reason + "\n";
+        m_ReportLines[index] = ReportLineWithoutDrawing(m_Options.files[index], end, reason);
+    }
+
+    void WriteReport() {
+        if (m_pReport == nullptr) return;
+        for (std::size_t i = 0; i < m_nFiles; ++i) {
+            if (!m_Done[i])
+                m_ReportLines[i] = ReportLineWithoutDrawing(m_Options.files[i], "not-started", "interrupted");
+            m_pReport->Write(m_ReportLines[i]);
+            m_pReport->Write('\n');
+        }
     }
 
     void WaitForNews() {
@@ -136,14 +181,21 @@ private:
     void Reap(const RunningImport& import) {
         ::close(import.errorPipe);
         int status = 0;
-        while (::waitpid(import.pid, &status, 0) < 0 && errno == EINTR) {
+        pid_t reaped;
+        do reaped = ::waitpid(import.pid, &status, 0);
+        while (reaped < 0 && errno == EINTR);
+        if (reaped < 0) {
+            EndWithoutDrawing(import.index, "killed",
+                              "how the import ended isn't known: " + std::string(std::strerror(errno)));
+        } else if (WIFSIGNALED(status)) {
+            EndWithoutDrawing(import.index, "killed",
+                              "the import was killed by signal " + std::to_string(WTERMSIG(status)) + " (" +
+                                  ::strsignal(WTERMSIG(status)) + ") and gave no drawing");
+        } else {
+            m_ReportLines[import.index] = ReadAll(import.reportFile);
+            if (WIFEXITED(status) && WEXITSTATUS(status) == kExitDone) ++m_nWhole;
         }
-        if (WIFSIGNALED(status)) {
-            m_Texts[import.index] += "epsimport: " + ForTerminal(m_Options.files[import.index]) +
-                                     ": the import was killed by signal " + std::to_string(WTERMSIG(status)) + " (" +
-                                     ::strsignal(WTERMSIG(status)) + ") and gave no drawing\n";
-        }
-        if (!WIFEXITED(status) || WEXITSTATUS(status) != kExitDone) m_nStatus = kExitNotWhole;
+        ::close(import.reportFile);
         m_Done[import.index] = true;
         ++m_nDone;
     }
@@ -181,16 +233,20 @@ private:
     const std::size_t m_nFiles;
     CSharedCounters m_Counters;
     std::vector<std::string> m_Texts;  // standard error of each import, until it is printed
+    std::vector<std::string> m_ReportLines;
     std::vector<bool> m_Done;
     std::vector<RunningImport> m_Running;
+    COutputFile* m_pReport;
     CProgressLine m_Progress;
     std::size_t m_nNext = 0;
     std::size_t m_nDone = 0;
     std::size_t m_nPrinted = 0;
+    std::size_t m_nWhole = 0;
     bool m_bInterrupted = false;
-    int m_nStatus = kExitDone;
 };
 
 }  // namespace
 
-int RunBatch(const Options& options, const ImportFunction& importFile) { return CBatch(options, importFile).Run(); }
+int RunBatch(const Options& options, const ImportFunction& importFile, COutputFile* report) {
+    return CBatch(options, importFile, report).Run();
+}

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "cli/Interrupt.h"
+#include "cli/Report.h"
 #include "cli/Text.h"
 #include "cli/Words.h"
 #include "drawing/FigureReader.h"
@@ -34,11 +35,12 @@ bool CImportJob::Write(const Drawing& drawing, const std::vector<Figure>& figure
     return written;
 }
 
-int CImportJob::Run(const std::string& path, const std::string& output, ImportCounters& counters) {
+JobResult CImportJob::Run(const std::string& path, const std::string& output, ImportCounters& counters) {
     const auto start = std::chrono::steady_clock::now();
     Drawing drawing = m_Session.Import(path, counters, g_bInterrupted);
     const std::string name = ForTerminal(path);
-    if (drawing.end == ImportEnd::NotOpened) Complain(name + ": " + ForTerminal(drawing.openError));
+    const std::string reason = ReasonOf(m_Options, drawing);
+    if (drawing.end == ImportEnd::NotOpened) Complain(name + ": " + ForTerminal(reason));
 
     const bool isJson = m_Options.output.format == DrawingFormat::Json;
     const bool ended = drawing.end != ImportEnd::Whole && drawing.end != ImportEnd::NotOpened;
@@ -62,9 +64,11 @@ int CImportJob::Run(const std::string& path, const std::string& output, ImportCo
     }
     if (!isJson && drawing.information) Note(name + ":\n" + ForTerminal(*drawing.information));
 
+    for (const std::string& warning : WarningsOf(drawing)) Complain(name + ": " + ForTerminal(warning));
     if (ended) {
-        Complain(name + ": not imported whole: " + ReasonOf(m_Options, drawing) + "; got " +
-                 AmountText(survey, entities));
+        const std::string remedy = RemedyOf(m_Options, drawing);
+        Complain(name + ": not imported whole: " + ForTerminal(reason) + "; got " + AmountText(survey, entities) +
+                 (remedy.empty() ? "" : "; " + remedy));
     } else if (summarised) {
         const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
         char seconds[32];
@@ -72,5 +76,14 @@ int CImportJob::Run(const std::string& path, const std::string& output, ImportCo
         Note(name + ": " + AmountText(survey, entities) + ", " + SizeText(survey) + ", " +
              CountText(survey.colors.size(), "colour", "colours") + ", " + seconds);
     }
-    return drawing.end == ImportEnd::Whole && written ? kExitDone : kExitNotWhole;
+    if (!drawing.complete && (drawing.end == ImportEnd::Failed || !drawing.report.leftOut.IsEmpty()))
+        Complain(name + ": --complete may import more of it");
+
+    JobResult result;
+    result.status = drawing.end == ImportEnd::Whole && written ? kExitDone : kExitNotWhole;
+    if (!m_Options.report.empty()) {
+        const auto drawn = written && !output.empty() ? std::optional(output) : std::nullopt;
+        result.reportLine = ReportLine(path, drawn, result.status, reason, entities, drawing);
+    }
+    return result;
 }

@@ -8,6 +8,11 @@
 #include "drawing/Figure.h"
 #include "import/ImportSession.h"
 
+struct JobResult {
+    int status = 0;          // an exit status
+    std::string reportLine;  // for --report
+};
+
 class CImportJob {
 public:
     // With `summarise` each import ends with a line on standard error that says what came.
@@ -15,8 +20,8 @@ public:
         : m_Options(options), m_Session(session), m_bSummarise(summarise) {}
 
     // Imports the file and writes its drawing to `output` ("-" is standard output, empty is nowhere). What
-    // went wrong stands on standard error. Answers an exit status.
-    int Run(const std::string& path, const std::string& output, ImportCounters& counters);
+    // went wrong stands on standard error.
+    JobResult Run(const std::string& path, const std::string& output, ImportCounters& counters);
 
 private:
     // Answers whether the drawing got to its file.

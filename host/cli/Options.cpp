@@ -10,8 +10,11 @@
 #include <iostream>
 #include <limits>
 #include <map>
+#include <numeric>
+#include <string_view>
 
 #include "Version.h"
+#include "cli/Text.h"
 
 namespace {
 
@@ -20,14 +23,13 @@ const std::map<std::string, DrawingFormat> kFormats{{"json", DrawingFormat::Json
                                                     {"dxf", DrawingFormat::Dxf},
                                                     {"none", DrawingFormat::None}};
 
-// "drawing.SVG" -> Svg; an ending that is no format's own means JSON.
-DrawingFormat FormatByEnding(const std::string& output) {
-    std::string ending = std::filesystem::path(output).extension().string();
+// "drawing.SVG" -> svg; empty for a name without an ending.
+std::string EndingOf(const std::string& path) {
+    std::string ending = std::filesystem::path(path).extension().string();
+    if (!ending.empty()) ending.erase(0, 1);
     std::transform(ending.begin(), ending.end(), ending.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    if (ending == ".svg") return DrawingFormat::Svg;
-    if (ending == ".dxf") return DrawingFormat::Dxf;
-    return DrawingFormat::Json;
+    return ending;
 }
 
 // CLI11's own PositiveNumber lets "nan" pass.
@@ -37,17 +39,75 @@ std::string CheckPositive(const std::string& text) {
     return value > 0 && std::isfinite(value) ? std::string() : "must be greater than 0: " + text;
 }
 
-std::string CheckTogether(const Options& options) {
-    const bool several = options.files.size() > 1;
-    if (several && options.output.format != DrawingFormat::None) {
-        if (options.output.path.empty()) return "several input files need a directory for their drawings: -o PATH";
-        if (options.output.path == "-") return "the drawings of several input files can't share standard output";
-        std::error_code ignored;
-        if (std::filesystem::exists(options.output.path, ignored) &&
-            !std::filesystem::is_directory(options.output.path, ignored))
-            return options.output.path + " is no directory, and there are several input files";
+// How many letters must change, come or go to make one text of the other.
+std::size_t EditDistance(std::string_view a, std::string_view b) {
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = row[0]++;
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t changed = diagonal + (a[i] == b[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({changed, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row.back();
+}
+
+// What is wrong with an option that doesn't exist, and which one may have been meant. Empty when all exist.
+std::string UnknownOption(const CLI::App& app, int argc, const char* const* argv) {
+    for (int i = 1; i < argc && std::string_view(argv[i]) != "--"; ++i) {
+        const std::string name = std::string(argv[i]).substr(0, std::string_view(argv[i]).find('='));
+        if (name.size() < 3 || name.rfind("--", 0) != 0 || app.get_option_no_throw(name) != nullptr) continue;
+        constexpr std::size_t kMostChanges = 3;
+        std::size_t least = std::min(kMostChanges, name.size() / 3) + 1;
+        std::string meant;
+        for (const CLI::Option* option : app.get_options()) {
+            for (const std::string& known : option->get_lnames()) {
+                const std::size_t distance = EditDistance(name, "--" + known);
+                if (distance >= least) continue;
+                least = distance;
+                meant = "--" + known;
+            }
+        }
+        return "there is no option " + name + (meant.empty() ? "" : "; did you mean " + meant + "?");
     }
     return {};
+}
+
+// The mistakes that show only when all options are known. `formatGiven` is whether -f was.
+std::string CheckTogether(Options& options, bool formatGiven) {
+    const bool several = options.files.size() > 1;
+    OutputSettings& output = options.output;
+    std::error_code ignored;
+    const bool toDirectory =
+        several || output.path.ends_with('/') || std::filesystem::is_directory(output.path, ignored);
+    if (!formatGiven) {
+        const std::string ending = EndingOf(output.path);
+        const auto format = kFormats.find(ending);
+        if (format != kFormats.end() && ending != "none")
+            output.format = format->second;
+        else if (!ending.empty() && !toDirectory)
+            return "no format has the ending ." + ending + ": choose .svg, .dxf or .json, or one of them with -f";
+    }
+    const bool toStdout = output.format != DrawingFormat::None && (output.path.empty() || output.path == "-");
+    if (options.report == "-" && toStdout) return "the report and the drawing can't share standard output";
+    if (!several || output.format == DrawingFormat::None) return {};
+    if (output.path.empty()) {
+        const std::string ending = EndingOf(options.files.back());
+        if (options.files.size() == 2 && ending != "none" && kFormats.contains(ending))
+            return "to write the drawing to " + options.files.back() + ", put -o before it";
+        return "several input files need a directory for their drawings: -o PATH";
+    }
+    if (output.path == "-") return "the drawings of several input files can't share standard output";
+    if (std::filesystem::exists(output.path, ignored) && !std::filesystem::is_directory(output.path, ignored))
+        return output.path + " is no directory, and there are several input files";
+    return {};
+}
+
+int RefuseCommandLine(const std::string& mistake) {
+    Complain(ForTerminal(mistake) + "\nRun epsimport --help for more information.");
+    return kExitUsage;
 }
 
 }  // namespace
@@ -71,8 +131,8 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     app.name("epsimport");
     app.get_formatter()->column_width(27);
     app.get_formatter()->label("Positionals", "Arguments");
-    app.set_help_flag("--help", "Show this text");
-    app.set_version_flag("--version", "epsimport " EPSIMPORT_VERSION, "Show the version");
+    app.set_help_flag("-h,--help", "Show this text");
+    app.set_version_flag("-V,--version", "epsimport " EPSIMPORT_VERSION, "Show the version");
 
     std::string formatName;
     std::string language = "zh";
@@ -95,15 +155,17 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     app.add_option("--host-version", options.import.hostVersion, "Host version; below 5 the unit is mm/40 (5)")
         ->option_text("N");
     app.add_flag("--info", options.import.wantsInformation, "Report the file's header comments");
+    app.add_flag("--complete", options.import.complete, "Import with all of PostScript's operators");
     app.add_option("--lang", language, "Language of the import's texts: zh or en (zh)")
         ->option_text("L")
         ->check(CLI::IsMember({"zh", "en"}));
-    app.add_option("--curves", curves, "Curves in DXF: spline or polyline (spline)")
+    app.add_option("--curves", curves, "Curves in DXF and SVG: spline or polyline")
         ->option_text("KIND")
         ->check(CLI::IsMember({"spline", "polyline"}));
     app.add_option("--flatness", options.output.flatness, "Tolerance of --curves polyline (0.05)")
         ->option_text("MM")
         ->check(CheckPositive);
+    app.add_option("--report", options.report, "File for a line of JSON for each input")->option_text("FILE");
     app.add_option("-j,--jobs", options.jobs, "Files imported at the same time (1)")
         ->option_text("N")
         ->check(CLI::Range(1u, 4096u));
@@ -119,11 +181,16 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
 
     try {
         app.parse(argc, argv);
-    } catch (const CLI::ParseError& stop) {
+    } catch (const CLI::Success& stop) {
         return app.exit(stop, std::cout, std::cerr) == 0 ? kExitDone : kExitUsage;
+    } catch (const CLI::ParseError& stop) {
+        const std::string unknown = UnknownOption(app, argc, argv);
+        if (!unknown.empty()) return RefuseCommandLine(unknown);
+        return RefuseCommandLine(options.files.empty() && stop.get_name() == "RequiredError" ? "no input FILE is given"
+                                                                                             : stop.what());
     }
 
-    options.output.format = formatName.empty() ? FormatByEnding(options.output.path) : kFormats.at(formatName);
+    if (!formatName.empty()) options.output.format = kFormats.at(formatName);
     options.dialog.fillOutline = !noFillOutline;
     options.import.english = language == "en";
     options.output.curves = curves == "polyline" ? CurveStyle::Polyline : CurveStyle::Spline;
@@ -135,9 +202,7 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
         options.import.memoryLimit =
             bytes < static_cast<double>(kMost) ? static_cast<std::uint64_t>(bytes) : static_cast<std::uint64_t>(kMost);
     }
-    if (const std::string mistake = CheckTogether(options); !mistake.empty()) {
-        std::cerr << "epsimport: " << mistake << "\nRun with --help for more information.\n";
-        return kExitUsage;
-    }
+    const std::string mistake = CheckTogether(options, !formatName.empty());
+    if (!mistake.empty()) return RefuseCommandLine(mistake);
     return std::nullopt;
 }

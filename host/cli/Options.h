@@ -29,6 +29,7 @@ struct Options {
     DialogAnswers dialog;
     OutputSettings output;
     unsigned jobs = 1;
+    std::string report;  // path of the report; empty for none
     bool quiet = false;
 };
 

@@ -45,11 +45,13 @@ std::optional<int> PrepareOutputs(const Options& options, const std::vector<std:
             return kExitNotWhole;
         }
     }
-    for (const std::string& output : outputs) {
+    std::vector<std::string> written = outputs;
+    written.push_back(options.report);
+    for (const std::string& output : written) {
         if (output.empty() || output == "-" || !fs::is_regular_file(output, error)) continue;
         for (const std::string& input : options.files) {
             if (!fs::equivalent(output, input, error) || error) continue;
-            Complain("the drawing would replace its own input file " + input);
+            Complain("what is written would replace the input file " + input);
             return kExitUsage;
         }
     }

@@ -1,8 +1,10 @@
+// All words about imports, apart from those of the message boxes, which are the plug-in's.
 #include "cli/Words.h"
 
 #include <cstdio>
 
 #include "cli/Text.h"
+#include "import/EnglishResources.h"
 
 namespace {
 
@@ -12,11 +14,60 @@ std::string SecondsText(double seconds) {
     return text;
 }
 
-// "line 41: typecheck in add"
-std::string FailureText(const tagRunReport& report) {
-    if (!report.failure) return "an error";
-    std::string text = "line " + std::to_string(report.failure->nLine) + ": " + report.failure->strError;
-    if (!report.failure->strOperator.empty()) text += " in " + ForTerminal(report.failure->strOperator);
+std::string LineText(std::int64_t line) { return "line " + std::to_string(line) + ": "; }
+
+// Cut short: a token may be as long as the file.
+std::string Quoted(const std::string& token) {
+    constexpr std::size_t kMost = 40;
+    return '"' + (token.size() > kMost ? token.substr(0, kMost) + "..." : token) + '"';
+}
+
+// "line 41: typecheck in add (operand of the wrong type)"
+std::string FailureText(const std::optional<tagRunFailure>& failure) {
+    if (!failure) return "the import ended with an error";
+    std::string text = LineText(failure->nLine) + failure->strError;
+    if (!failure->strOperator.empty()) text += " in " + failure->strOperator;
+    const std::string_view meaning = EnglishErrorText(failure->nError);
+    if (!meaning.empty()) text += " (" + std::string(meaning) + ")";
+    return text;
+}
+
+std::string TailText(const tagRunReport& report) {
+    const std::string where = LineText(report.nTailLine);
+    switch (report.nTail) {
+        case RT_TOKEN:
+            return where + Quoted(report.strTail) + " did not run: the file ends without a line feed behind it";
+        case RT_STRING:
+            return where + "the file ends inside the string that begins here";
+        case RT_PROCEDURE:
+            return where + "the file ends inside the procedure that begins here, which did not run";
+        case RT_ENDCOMMENT:
+            return where + "%%EOF stands before the end of the file; what follows it did not run";
+    }
+    return {};
+}
+
+// "12 texts (Helvetica, Times-Roman), 1 image"
+std::string LeftOutText(const tagLeftOut& leftOut) {
+    std::string text;
+    const auto add = [&text](std::int64_t count, const char* one, const char* many) {
+        if (count == 0) return;
+        if (!text.empty()) text += ", ";
+        text += CountText(static_cast<std::uint64_t>(count), one, many);
+    };
+    add(leftOut.nTexts, "text", "texts");
+    if (!leftOut.strFonts.empty()) {
+        constexpr std::size_t kMost = 5;
+        std::string fonts;
+        for (std::size_t i = 0; i < leftOut.strFonts.size() && i < kMost; ++i)
+            fonts += (i > 0 ? ", " : "") + leftOut.strFonts[i];
+        if (leftOut.strFonts.size() > kMost) fonts += ", ...";
+        text += " (" + fonts + ")";
+    }
+    add(leftOut.nImages, "image", "images");
+    add(leftOut.nShadings, "shading", "shadings");
+    add(leftOut.nPatterns, "pattern fill", "pattern fills");
+    add(leftOut.nPoints, "path point beyond the limit", "path points beyond the limit");
     return text;
 }
 
@@ -24,11 +75,12 @@ std::string FailureText(const tagRunReport& report) {
 
 std::string ReasonOf(const Options& options, const Drawing& drawing) {
     switch (drawing.end) {
+        case ImportEnd::NotOpened:
+            return drawing.openError;
         case ImportEnd::Refused:
-            if (!drawing.messages.empty() && drawing.information) return "the file's header can't be analysed";
             return "the dialog refused the tolerance " + options.dialog.tolerance.value_or("");
         case ImportEnd::Failed:
-            return FailureText(drawing.report);
+            return FailureText(drawing.report.failure);
         case ImportEnd::NoSection:
             return "the file's binary header points outside the file";
         case ImportEnd::TimedOut:
@@ -38,13 +90,39 @@ std::string ReasonOf(const Options& options, const Drawing& drawing) {
         case ImportEnd::OutOfMemory:
             return "the memory ran out";
         case ImportEnd::Whole:
-        case ImportEnd::NotOpened:
             break;
     }
     return {};
 }
 
+std::string RemedyOf(const Options& options, const Drawing& drawing) {
+    switch (drawing.end) {
+        case ImportEnd::Refused:
+            return "-t takes 0.0001 to 5";
+        case ImportEnd::Failed:
+            return drawing.fileAccessDenied ? "the program asked for a file, and --allow-file-access lets it" : "";
+        case ImportEnd::TimedOut:
+            return "a greater --timeout gives it longer";
+        case ImportEnd::OutOfMemory:
+            return options.import.memoryLimit ? "a greater --memory gives it more" : "";
+        case ImportEnd::Whole:
+        case ImportEnd::NotOpened:
+        case ImportEnd::NoSection:
+        case ImportEnd::Interrupted:
+            break;
+    }
+    return {};
+}
+
+std::vector<std::string> WarningsOf(const Drawing& drawing) {
+    std::vector<std::string> warnings;
+    if (const std::string tail = TailText(drawing.report); !tail.empty()) warnings.push_back("warning: " + tail);
+    if (!drawing.report.leftOut.IsEmpty()) warnings.push_back("not drawn: " + LeftOutText(drawing.report.leftOut));
+    return warnings;
+}
+
 std::string AmountText(const Survey& survey, std::size_t entities) {
+    if (entities == 0) return "nothing";
     return CountText(entities, "entity", "entities") + " (" + CountText(survey.lines, "segment", "segments") + ", " +
            CountText(survey.curves, "curve", "curves") + ")";
 }

@@ -2,16 +2,23 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "cli/Options.h"
 #include "drawing/Survey.h"
 #include "import/Drawing.h"
 
-// Why the import is not whole: "the time ran out (5 s)". Empty for one that is, and for a file that couldn't be
-// opened.
+// Why the import is not whole, and where: "line 41: typecheck in add (operand of the wrong type)". Empty for one
+// that is whole.
 std::string ReasonOf(const Options& options, const Drawing& drawing);
 
-// "2 entities (8 segments, 4 curves)"
+// What the user can do about it: "--timeout gives it more time". Empty when nothing helps.
+std::string RemedyOf(const Options& options, const Drawing& drawing);
+
+// What a drawing lacks although no error was met: sentences for what did not run, and for what the dialect leaves out.
+std::vector<std::string> WarningsOf(const Drawing& drawing);
+
+// "2 entities (8 segments, 4 curves)"; "nothing" without entities.
 std::string AmountText(const Survey& survey, std::size_t entities);
 
 // "62 x 55.74 mm"

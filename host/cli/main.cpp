@@ -1,6 +1,8 @@
 // epsimport: the command-line host.
 #include <unistd.h>
 
+#include <memory>
+
 #include "cli/BatchRunner.h"
 #include "cli/CliFrame.h"
 #include "cli/ImportJob.h"
@@ -8,6 +10,7 @@
 #include "cli/Options.h"
 #include "cli/Outputs.h"
 #include "cli/Text.h"
+#include "writers/OutputFile.h"
 
 int main(int argc, char** argv) {
     Options options;
@@ -24,13 +27,26 @@ int main(int argc, char** argv) {
         return kExitNotWhole;
     }
 
+    std::unique_ptr<COutputFile> report;
+    if (!options.report.empty()) report = std::make_unique<COutputFile>(options.report);
+
     CatchInterrupts();
     CImportJob job(options, session, ::isatty(STDERR_FILENO) == 1);
+    int status = kExitDone;
     if (single) {
         ImportCounters counters;
-        return job.Run(options.files.front(), outputs.front(), counters);
+        const JobResult result = job.Run(options.files.front(), outputs.front(), counters);
+        if (report) report->Write(result.reportLine + "\n");
+        status = result.status;
+    } else {
+        const auto importFile = [&](std::size_t index, ImportCounters& counters) {
+            return job.Run(options.files[index], outputs[index], counters);
+        };
+        status = RunBatch(options, importFile, report.get());
     }
-    return RunBatch(options, [&](std::size_t index, ImportCounters& counters) {
-        return job.Run(options.files[index], outputs[index], counters);
-    });
+    if (report && !report->Close()) {
+        Complain(ForTerminal(options.report) + ": can't write the report: " + report->Error());
+        status = kExitNotWhole;
+    }
+    return status;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -42,7 +43,9 @@ struct Drawing {
     std::optional<std::string> information;
     std::vector<MessageBox> messages;
     tagRunReport report;              // what failed, was left out and did not run
+    std::shared_ptr<void> library;    // whose code the entities run: it stays loaded for as long as they are here
     std::vector<EntityPtr> entities;  // in the order of the host's list
+    bool fileAccessDenied = false;    // the program asked for a file, and had no leave
     ImportEnd end = ImportEnd::Whole;
     std::string openError;  // with ImportEnd::NotOpened: the reason
 

@@ -67,3 +67,10 @@ HINSTANCE EnglishResources() {
     static CResourceModule module(kStrings, kDialogs);
     return &module;
 }
+
+std::string_view EnglishErrorText(int code) {
+    constexpr int kErrors = 12;
+    constexpr unsigned kFirstError = 4017;
+    if (code < 0 || code >= kErrors) return "";
+    return EnglishResources()->FindString(kFirstError + static_cast<unsigned>(code))->text;
+}

@@ -36,8 +36,10 @@ int CImportFrame::ShowMessageBox(const char* text, const char* caption, unsigned
 
 int CImportFrame::RunDialog(CDialog& dialog) {
     if (m_pDrawing == nullptr) return IDCANCEL;
-    if (m_pSettings->wantsInformation) TakeInformation(dialog);
-    AnswerDialog(dialog);
+    if (m_DialogUse == DialogUse::Information)
+        TakeInformation(dialog);
+    else
+        AnswerDialog(dialog);
     if (dialog.IsOpen()) dialog.PressButton(IDCANCEL);
     if (dialog.GetResult() == IDOK) {
         const std::string tolerance = dialog.GetControlText(kToleranceEdit);
@@ -77,4 +79,9 @@ void CImportFrame::OnRunEnded(const tagRunReport& report) {
     if (m_pDrawing != nullptr) m_pDrawing->report = report;
 }
 
-bool CImportFrame::AllowsFileAccess() const { return m_pSettings != nullptr && m_pSettings->allowFileAccess; }
+// Asked when a program wants a file, and only then.
+bool CImportFrame::AllowsFileAccess() const {
+    if (m_pDrawing == nullptr) return false;
+    if (!m_pSettings->allowFileAccess) m_pDrawing->fileAccessDenied = true;
+    return m_pSettings->allowFileAccess;
+}

@@ -27,6 +27,11 @@ public:
                      const std::atomic<bool>& stop);
     void EndImport();
 
+    // What the next dialogs are for. In one for the information the frame itself presses the button, takes the text
+    // and cancels; one for the import is the front's.
+    enum class DialogUse { Information, Import };
+    void SetDialogUse(DialogUse use) { m_DialogUse = use; }
+
     int ShowMessageBox(const char* text, const char* caption, unsigned style) final;
     int RunDialog(CDialog& dialog) final;
     bool OnProgress(const tagImportProgress& progress) final;
@@ -46,6 +51,7 @@ protected:
 private:
     void TakeInformation(CDialog& dialog);
 
+    DialogUse m_DialogUse = DialogUse::Import;
     const ImportSettings* m_pSettings = nullptr;
     Drawing* m_pDrawing = nullptr;  // null between imports
     ImportCounters* m_pCounters = nullptr;

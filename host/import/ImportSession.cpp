@@ -36,14 +36,24 @@ CImportSession::CHostSetup::~CHostSetup() {
 }
 
 CImportSession::CImportSession(const ImportSettings& settings, CImportFrame& frame)
-    : m_Settings(settings), m_Frame(frame), m_Setup(settings, frame) {}
+    : m_Settings(settings), m_Frame(frame), m_Setup(settings, frame), m_Plugin(settings.complete) {}
 
 CImportSession::~CImportSession() = default;
+
+void CImportSession::RunCommand(tagPlugImportJob& job, CImportFrame::DialogUse use) {
+    m_Frame.SetDialogUse(use);
+    try {
+        m_Plugin.Import(job);
+    } catch (const std::bad_alloc&) {
+        m_Frame.OnMemoryExhausted();
+    }
+}
 
 Drawing CImportSession::Import(const std::string& path, ImportCounters& counters, const std::atomic<bool>& stop) {
     Drawing drawing;
     drawing.source = path == "-" ? "stdin" : std::filesystem::path(path).filename().string();
     drawing.hostVersion = m_Settings.hostVersion;
+    drawing.complete = m_Settings.complete;
     const CInputFile input(path, stop);
     if (!input.Error().empty()) {
         drawing.end = ImportEnd::NotOpened;
@@ -57,13 +67,11 @@ Drawing CImportSession::Import(const std::string& path, ImportCounters& counters
     {
         CMemoryLimit limit(m_Settings.memoryLimit);
         m_Frame.BeginImport(m_Settings, drawing, counters, limit, stop);
-        try {
-            m_Plugin.Import(job);
-        } catch (const std::bad_alloc&) {
-            m_Frame.OnMemoryExhausted();
-        }
+        if (m_Settings.wantsInformation) RunCommand(job, CImportFrame::DialogUse::Information);
+        RunCommand(job, CImportFrame::DialogUse::Import);
         m_Frame.EndImport();
     }
+    drawing.library = m_Plugin.Share();
     drawing.entities.reserve(list.GetCount());
     for (void* entity : list) drawing.entities.emplace_back(static_cast<CEntity*>(entity));
     counters.entities.store(drawing.entities.size(), std::memory_order_relaxed);

@@ -21,10 +21,13 @@ public:
     const std::string& Error() const { return m_Plugin.Error(); }
 
     // Imports one file; "-" is standard input. Whatever happens, what was drawn is in the drawing, whose `end`
-    // tells how it ended. `stop` may be set from another thread or a signal handler at any time.
+    // tells how it ended, and which may outlive the session. `stop` may be set from another thread or a signal
+    // handler at any time.
     Drawing Import(const std::string& path, ImportCounters& counters, const std::atomic<bool>& stop);
 
 private:
+    void RunCommand(tagPlugImportJob& job, CImportFrame::DialogUse use);
+
     // Tells the host library about this host, for as long as the session lives.
     class CHostSetup {
     public:

@@ -5,6 +5,7 @@
 #include <optional>
 
 struct ImportSettings {
+    bool complete = false;  // the complete dialect; else the plain one
     std::uint16_t hostVersion = 5;
     bool english = false;                      // the import's texts in English; else the plug-in's own Chinese
     bool wantsInformation = false;             // ask for the file information first, in a dialog of its own

@@ -3,8 +3,11 @@
 
 #include <dxflib/dl_codes.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <optional>
+#include <utility>
 
 #include "drawing/Figure.h"
 
@@ -29,18 +32,44 @@ double Distance(std::uint32_t color, double red, double green, double blue) {
     return dr * dr + dg * dg + db * db;
 }
 
+// Degrees on the colour circle, red at 0, green at 120; nothing for what the eye takes for a gray.
+std::optional<double> Hue(double red, double green, double blue) {
+    constexpr double kLeastSaturation = 0.1;  // of the HSV model
+    constexpr double kLeastLight = 24;        // anything darker is a black
+    const double most = std::max({red, green, blue});
+    const double chroma = most - std::min({red, green, blue});
+    if (most < kLeastLight || chroma < kLeastSaturation * most) return std::nullopt;
+    const double sixth = most == red     ? (green - blue) / chroma
+                         : most == green ? 2 + (blue - red) / chroma
+                                         : 4 + (red - green) / chroma;
+    return sixth < 0 ? 60 * sixth + 360 : 60 * sixth;
+}
+
+// How far apart two hues are, in degrees; names of one hue, a light and a dark one, count as equally far.
+double HueDistance(double a, double b) {
+    constexpr double kSame = 2;
+    const double distance = std::min(std::fabs(a - b), 360 - std::fabs(a - b));
+    return std::floor(distance / kSame);
+}
+
 }  // namespace
 
+// A pale yellow is nearer to light gray than to yellow by its values, but nobody would call it so: hue comes first,
+// and among the names of one hue the nearest value.
 std::string ColorName(std::uint32_t color) {
-    const NamedColor* nearest = kNamed;
-    double least = HUGE_VAL;
+    const std::optional<double> hue = Hue(Red(color), Green(color), Blue(color));
+    const NamedColor* nearest = nullptr;
+    std::pair<double, double> least;
     for (const NamedColor& named : kNamed) {
         const double distance = Distance(color, named.red, named.green, named.blue);
-        if (distance >= least) continue;
-        least = distance;
+        if (distance == 0) return named.name;
+        const std::optional<double> namedHue = Hue(named.red, named.green, named.blue);
+        if (hue.has_value() != namedHue.has_value()) continue;
+        const std::pair far(hue ? HueDistance(*hue, *namedHue) : 0.0, distance);
+        if (nearest != nullptr && far >= least) continue;
+        least = far;
         nearest = &named;
     }
-    if (least == 0) return nearest->name;
     char value[8];
     std::snprintf(value, sizeof value, "-%02X%02X%02X", Red(color), Green(color), Blue(color));
     return nearest->name + std::string(value);

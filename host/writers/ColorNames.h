@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-// "red" for a colour that has a name, else the nearest name with the value behind it: "red-E01818". Two
+// "red" for a colour that has a name, else the nearest name by hue with the value behind it: "red-E01818". Two
 // colours never share a name. `color` is 0x00BBGGRR.
 std::string ColorName(std::uint32_t color);
 

@@ -23,7 +23,6 @@ constexpr int kByLayerWeight = -1;
 constexpr int kNoTrueColor = -1;
 
 constexpr int kPolylineClosed = 1;
-constexpr int kSplineClosed = 1;
 constexpr int kSplinePlanar = 8;
 constexpr int kDegree = 3;
 
@@ -168,8 +167,8 @@ void CDxfWriter::WriteSpline(const Figure& figure, const DL_Attributes& attribut
     // Clamped knots with every inner one three times: the control points are those of the Bézier pieces.
     const auto controls = static_cast<int>(m_Points.size());
     const int pieces = (controls - 1) / kDegree;
-    const int flags = kSplinePlanar | (figure.closed ? kSplineClosed : 0);
-    m_Dxf.writeSpline(m_Stream, DL_SplineData(kDegree, controls + kDegree + 1, controls, 0, flags), attributes);
+    // Not the closed bit: a widespread reader takes it for a periodic curve and bends the outline by millimetres.
+    m_Dxf.writeSpline(m_Stream, DL_SplineData(kDegree, controls + kDegree + 1, controls, 0, kSplinePlanar), attributes);
     const auto writeKnot = [this](int knot, int times) {
         while (times-- > 0) m_Dxf.writeKnot(m_Stream, DL_KnotData(knot));
     };

@@ -9,5 +9,5 @@
 
 // A figure with curves becomes one spline of degree 3, exact: each curve is a Bézier piece, each straight
 // segment the same with its inner control points at its thirds. So an outline of lines and curves stays one
-// entity.
+// entity; a closed one ends where it starts.
 void WriteDxf(std::span<const Figure> figures, COutputFile& out);

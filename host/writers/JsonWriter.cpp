@@ -10,6 +10,7 @@
 #include "drawing/Figure.h"
 #include "hostout/HostModel.h"
 #include "writers/JsonText.h"
+#include "writers/ReportJson.h"
 
 namespace {
 
@@ -19,6 +20,7 @@ public:
 
     void WriteDrawing(const Drawing& drawing) {
         m_Out.Write("{\n  \"source\": " + JsonText(drawing.source));
+        m_Out.Write(drawing.complete ? ",\n  \"dialect\": \"complete\"" : ",\n  \"dialect\": \"plain\"");
         m_Out.Write(",\n  \"hostVersion\": " + std::to_string(drawing.hostVersion));
         m_Out.Write(drawing.hostVersion >= 5 ? ",\n  \"unit\": \"mm\"" : ",\n  \"unit\": \"mm/40\"");
         m_Out.Write(",\n  \"settings\": ");
@@ -35,6 +37,8 @@ public:
             m_Out.Write("{ \"caption\": " + JsonText(box.caption) + ", \"text\": " + JsonText(box.text) +
                         ", \"style\": " + std::to_string(box.style) + " }");
         });
+        if (drawing.report.failure) m_Out.Write(",\n  \"failure\": " + FailureJson(*drawing.report.failure));
+        if (!drawing.report.leftOut.IsEmpty()) m_Out.Write(",\n  \"leftOut\": " + LeftOutJson(drawing.report.leftOut));
         m_Out.Write(",\n  \"entities\": ");
         WriteList(drawing.entities, [this](const EntityPtr& entity) { WriteEntity(*entity); });
         m_Out.Write("\n}\n");

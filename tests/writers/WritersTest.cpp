@@ -123,21 +123,59 @@ TEST(Writers, SectionsAHairApartKeepBothEnds) {
     EXPECT_NE(Dxf(figures).find(" 90\n4\n 70\n1\n"), std::string::npos);
 }
 
-// What a curve's box takes in is the curve, not its control points.
-TEST(Writers, BoxesOfCurvesAreTight) {
-    CBox box;
+// A closed outline of curves ends where it starts, without the flag that makes some readers bend it.
+TEST(Writers, ClosedSplinesMeetTheirStartWithoutTheClosedBit) {
     Figure figure;
-    figure.points = {{0, 0}, {0, 4}, {3, 4}, {3, 0}};
-    figure.segments = {SegmentKind::Curve};
-    box.Add(figure);
-    EXPECT_DOUBLE_EQ(box.Height(), 3);
-    EXPECT_DOUBLE_EQ(box.Width(), 3);
-    figure.points = {{0, 0}, {12, 0}, {-9, 1}, {3, 1}};
-    box = CBox();
-    box.Add(figure);
-    EXPECT_NEAR(box.Max().x, 3.850048, 1e-6);  // found by sampling; the curve is symmetric about (1.5, 0.5)
-    EXPECT_NEAR(box.Min().x + box.Max().x, 3, 1e-12);
-    EXPECT_DOUBLE_EQ(box.Height(), 1);
+    figure.closed = true;
+    figure.points = {{0, 0}, {0, 4}, {3, 4}, {3, 0}, {3, -1}};
+    figure.segments = {SegmentKind::Curve, SegmentKind::Line};
+    const std::string dxf = Dxf({figure});
+    EXPECT_NE(dxf.find("AcDbSpline\n 70\n8\n 71\n3\n 72\n14\n 73\n10\n"), std::string::npos) << dxf;
+    EXPECT_NE(dxf.find(" 10\n0.0\n 20\n0.0\n 30\n0.0\n  0\nENDSEC"), std::string::npos) << dxf;
+}
+
+TEST(Writers, EveryTableOfADxfEnds) {
+    const std::string dxf = Dxf({});
+    EXPECT_GE(Count(dxf, "  0\nTABLE\n"), 8u);
+    EXPECT_EQ(Count(dxf, "  0\nTABLE\n"), Count(dxf, "  0\nENDTAB\n"));
+    EXPECT_EQ(Count(dxf, "  0\nSECTION\n"), Count(dxf, "  0\nENDSEC\n"));
+}
+
+TEST(Writers, LayersHaveTheNearestIndexForProgramsWithoutTrueColours) {
+    Figure figure;
+    figure.points = {{0, 0}, {1, 0}};
+    figure.segments = {SegmentKind::Line};
+    figure.color = 0x0000FE;  // blue, green, red
+    const std::string dxf = Dxf({figure});
+    EXPECT_NE(dxf.find("  2\nred-FE0000\n 70\n0\n 62\n1\n420\n16646144\n"), std::string::npos) << dxf;
+}
+
+TEST(Writers, AnSvgShowsTheWholeDrawingWithAMargin) {
+    Figure figure;
+    figure.points = {{10, 20}, {110, 70}};
+    figure.segments = {SegmentKind::Line};
+    EXPECT_NE(Svg({figure}).find("width=\"104mm\" height=\"54mm\" viewBox=\"8 -72 104 54\""), std::string::npos)
+        << Svg({figure});
+    EXPECT_NE(Svg({}).find("width=\"1mm\" height=\"1mm\" viewBox=\"0 0 1 1\""), std::string::npos) << Svg({});
+}
+
+TEST(Writers, TheReportOfARunStandsInTheJson) {
+    Drawing drawing;
+    EXPECT_EQ(Json(drawing).find("failure"), std::string::npos);
+    EXPECT_EQ(Json(drawing).find("leftOut"), std::string::npos);
+    EXPECT_NE(Json(drawing).find("\"dialect\": \"plain\""), std::string::npos);
+    drawing.complete = true;
+    drawing.report.failure = {1, "typecheck", "ad\"d", 41, 1203};
+    drawing.report.leftOut.nTexts = 12;
+    drawing.report.leftOut.strFonts = {"Helvetica", "caf\xE9"};
+    drawing.report.leftOut.nPoints = 3;
+    const std::string json = Json(drawing);
+    for (const char* expected :
+         {R"("dialect": "complete",)",
+          R"("failure": { "error": "typecheck", "operator": "ad\"d", "line": 41, "offset": 1203 },)",
+          "\"leftOut\": { \"texts\": 12, \"fonts\": [\"Helvetica\", \"caf\xEF\xBF\xBD\"], \"images\": 0, "
+          "\"shadings\": 0, \"patterns\": 0, \"points\": 3 },"})
+        EXPECT_NE(json.find(expected), std::string::npos) << expected << '\n' << json;
 }
 
 }  // namespace

@@ -6,7 +6,7 @@ _epsimport() {
     _init_completion || return
 
     case $prev in
-        -o | --output) _filedir; return ;;
+        -o | --output | --report) _filedir; return ;;
         -f | --format) COMPREPLY=($(compgen -W "json svg dxf none" -- "$cur")); return ;;
         --lang) COMPREPLY=($(compgen -W "zh en" -- "$cur")); return ;;
         --curves) COMPREPLY=($(compgen -W "spline polyline" -- "$cur")); return ;;
@@ -15,8 +15,9 @@ _epsimport() {
     esac
 
     if [[ $cur == -* ]]; then
-        COMPREPLY=($(compgen -W "-o --output -f --format -t --tolerance --no-fill-outline --host-version --info --lang
-            --curves --flatness -j --jobs --timeout --memory --allow-file-access -q --quiet --help --version" -- "$cur"))
+        COMPREPLY=($(compgen -W "-o --output -f --format -t --tolerance --no-fill-outline --host-version --info --complete
+            --lang --curves --flatness --report -j --jobs --timeout --memory --allow-file-access -q --quiet -h --help
+            -V --version" -- "$cur"))
     else
         _filedir '@(eps|epsf|epsi|ps)'
     fi

@@ -1,0 +1,23 @@
+#compdef epsimport
+# zsh completion for epsimport
+
+_arguments -s -S \
+    '(-o --output)'{-o,--output}'[file or directory for the drawing]:path:_files' \
+    '(-f --format)'{-f,--format}'[format of the drawing]:format:(json svg dxf none)' \
+    '(-t --tolerance)'{-t,--tolerance}'[drop shorter line segments]:mm (0.0001 to 5):' \
+    '--no-fill-outline[leave out the outlines of filled areas]' \
+    '--host-version[version that the host claims]:version:' \
+    "--info[report the file's header comments]" \
+    "--complete[import with all of PostScript's operators]" \
+    '--lang[language of the texts of the import]:language:(zh en)' \
+    '--curves[how curves are written in DXF and SVG]:kind:(spline polyline)' \
+    '--flatness[tolerance of --curves polyline]:mm:' \
+    '--report[file for a line of JSON for each input]:file:_files' \
+    '(-j --jobs)'{-j,--jobs}'[files imported at the same time]:number:' \
+    '--timeout[end each import after this time]:seconds:' \
+    '--memory[most memory that one import may take]:MB:' \
+    '--allow-file-access[let programs in EPS files use the file system]' \
+    '(-q --quiet)'{-q,--quiet}"[don't show message boxes]" \
+    '(- *)'{-h,--help}'[show the options]' \
+    '(- *)'{-V,--version}'[show the version]' \
+    '*:EPS file:_files -g "*.(eps|epsf|epsi|ps)(-.)"'

@@ -1,0 +1,18 @@
+#include "writers/ReportJson.h"
+
+#include "writers/JsonText.h"
+
+std::string FailureJson(const tagRunFailure& failure) {
+    return "{ \"error\": " + JsonText(failure.strError) + ", \"operator\": " + JsonText(failure.strOperator) +
+           ", \"line\": " + std::to_string(failure.nLine) + ", \"offset\": " + std::to_string(failure.nOffset) + " }";
+}
+
+std::string LeftOutJson(const tagLeftOut& leftOut) {
+    std::string text = "{ \"texts\": " + std::to_string(leftOut.nTexts) + ", \"fonts\": [";
+    for (std::size_t i = 0; i < leftOut.strFonts.size(); ++i)
+        text += (i > 0 ? ", " : "") + JsonText(leftOut.strFonts[i]);
+    text += "], \"images\": " + std::to_string(leftOut.nImages);
+    text += ", \"shadings\": " + std::to_string(leftOut.nShadings);
+    text += ", \"patterns\": " + std::to_string(leftOut.nPatterns);
+    return text + ", \"points\": " + std::to_string(leftOut.nPoints) + " }";
+}

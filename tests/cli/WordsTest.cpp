@@ -1,0 +1,71 @@
+// The sentences about an import.
+#include "cli/Words.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(WordsTest, WhyAndWhereAFileFailed) {
+    const Options options;
+    Drawing drawing;
+    EXPECT_EQ(ReasonOf(options, drawing), "");
+    EXPECT_EQ(RemedyOf(options, drawing), "");
+    drawing.end = ImportEnd::Failed;
+    drawing.report.failure = {1, "typecheck", "add", 41, 1203};
+    EXPECT_EQ(ReasonOf(options, drawing), "line 41: typecheck in add (operand of the wrong type)");
+    EXPECT_EQ(RemedyOf(options, drawing), "");
+    drawing.fileAccessDenied = true;
+    EXPECT_NE(RemedyOf(options, drawing).find("--allow-file-access"), std::string::npos);
+    drawing.report.failure = {99, "configurationerror", "", 1, 0};
+    EXPECT_EQ(ReasonOf(options, drawing), "line 1: configurationerror");
+}
+
+TEST(WordsTest, WhatALimitSays) {
+    Options options;
+    Drawing drawing;
+    drawing.end = ImportEnd::TimedOut;
+    options.import.timeout = 2.5;
+    EXPECT_EQ(ReasonOf(options, drawing), "the time ran out (2.5 s)");
+    EXPECT_NE(RemedyOf(options, drawing).find("--timeout"), std::string::npos);
+    drawing.end = ImportEnd::OutOfMemory;
+    EXPECT_EQ(RemedyOf(options, drawing), "");  // without a limit of ours there is no more to give
+    options.import.memoryLimit = 1;
+    EXPECT_NE(RemedyOf(options, drawing).find("--memory"), std::string::npos);
+}
+
+TEST(WordsTest, WhatAWholeFileLacksAllTheSame) {
+    struct Case {
+        std::int32_t tail;
+        const char* token;
+        const char* warning;
+    };
+    for (const Case& c :
+         {Case{RT_TOKEN, "stroke",
+               "warning: line 7: \"stroke\" did not run: the file ends without a line feed behind it"},
+          {RT_STRING, "", "warning: line 7: the file ends inside the string that begins here"},
+          {RT_PROCEDURE, "", "warning: line 7: the file ends inside the procedure that begins here, which did not run"},
+          {RT_ENDCOMMENT, "",
+           "warning: line 7: %%EOF stands before the end of the file; what follows it did not run"}}) {
+        Drawing drawing;
+        drawing.report.nTail = c.tail;
+        drawing.report.strTail = c.token;
+        drawing.report.nTailLine = 7;
+        EXPECT_EQ(WarningsOf(drawing), std::vector<std::string>{c.warning});
+    }
+    Drawing drawing;
+    EXPECT_TRUE(WarningsOf(drawing).empty());
+    drawing.report.leftOut = {12, {"A", "B", "C", "D", "E", "F"}, 1, 0, 2, 3};
+    EXPECT_EQ(WarningsOf(drawing),
+              std::vector<std::string>{"not drawn: 12 texts (A, B, C, D, E, ...), 1 image, 2 pattern "
+                                       "fills, 3 path points beyond the limit"});
+}
+
+TEST(WordsTest, Amounts) {
+    Survey survey;
+    EXPECT_EQ(AmountText(survey, 0), "nothing");
+    survey.lines = 1;
+    survey.curves = 2;
+    EXPECT_EQ(AmountText(survey, 1), "1 entity (1 segment, 2 curves)");
+}
+
+}  // namespace
