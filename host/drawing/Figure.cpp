@@ -1,16 +1,14 @@
-// Extents of figures, with those of cubic Bézier curves found where their derivatives vanish.
+// Extents of figures, with those of cubic Bézier curves found where their derivatives vanish, and those of arcs at the
+// quarters of their circles.
 #include "drawing/Figure.h"
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
+
+#include "drawing/Section.h"
 
 namespace {
-
-Point Interpolate(const Point& p0, const Point* c, double t) {
-    const double s = 1 - t;
-    const double b0 = s * s * s, b1 = 3 * s * s * t, b2 = 3 * s * t * t, b3 = t * t * t;
-    return {b0 * p0.x + b1 * c[0].x + b2 * c[1].x + b3 * c[2].x, b0 * p0.y + b1 * c[0].y + b2 * c[1].y + b3 * c[2].y};
-}
 
 // The parameters in (0, 1) where one coordinate of the curve has an extreme: the roots of its derivative,
 // a t^2 + b t + c. Answers how many there are.
@@ -31,11 +29,30 @@ int Extremes(double p0, double p1, double p2, double p3, double (&roots)[2]) {
     return count;
 }
 
+void AddInside(CBox& box, const Section& curve) {
+    const Point* p = curve.points;
+    double roots[2];
+    for (int i = Extremes(p[0].x, p[1].x, p[2].x, p[3].x, roots); i-- > 0;) box.Add(PointAt(curve, roots[i]));
+    for (int i = Extremes(p[0].y, p[1].y, p[2].y, p[3].y, roots); i-- > 0;) box.Add(PointAt(curve, roots[i]));
+}
+
+void AddArcInside(CBox& box, const Section& arc) {
+    constexpr double kQuarter = std::numbers::pi / 2;
+    const ArcShape shape = ShapeOf(arc);
+    if (shape.sweep == 0) return;
+    const double least = std::min(shape.start, shape.start + shape.sweep);
+    for (double quarter = std::ceil(least / kQuarter); quarter * kQuarter < least + std::fabs(shape.sweep); ++quarter)
+        box.Add(shape.centre + shape.radius * Direction(quarter * kQuarter));
+}
+
 }  // namespace
 
 bool Figure::IsPolyline() const {
-    return !segments.empty() && std::find(segments.begin(), segments.end(), SegmentKind::Curve) == segments.end();
+    return !segments.empty() &&
+           std::all_of(segments.begin(), segments.end(), [](SegmentKind kind) { return kind == SegmentKind::Line; });
 }
+
+bool Figure::Has(SegmentKind kind) const { return std::find(segments.begin(), segments.end(), kind) != segments.end(); }
 
 void CBox::Add(const Point& point) {
     m_Min = {std::min(m_Min.x, point.x), std::min(m_Min.y, point.y)};
@@ -45,20 +62,9 @@ void CBox::Add(const Point& point) {
 void CBox::Add(const Figure& figure) {
     if (figure.points.empty()) return;
     Add(figure.points.front());
-    std::size_t at = 1;
-    for (const SegmentKind kind : figure.segments) {
-        if (kind == SegmentKind::Line) {
-            Add(figure.points[at++]);
-            continue;
-        }
-        const Point& from = figure.points[at - 1];
-        const Point* control = &figure.points[at];
-        double roots[2];
-        for (int i = Extremes(from.x, control[0].x, control[1].x, control[2].x, roots); i-- > 0;)
-            Add(Interpolate(from, control, roots[i]));
-        for (int i = Extremes(from.y, control[0].y, control[1].y, control[2].y, roots); i-- > 0;)
-            Add(Interpolate(from, control, roots[i]));
-        Add(control[2]);
-        at += 3;
-    }
+    ForEachSection(figure, [this](const Section& section) {
+        if (section.kind == SegmentKind::Curve) AddInside(*this, section);
+        if (section.kind == SegmentKind::Arc) AddArcInside(*this, section);
+        Add(section.End());
+    });
 }

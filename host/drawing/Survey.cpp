@@ -1,6 +1,5 @@
 #include "drawing/Survey.h"
 
-#include <algorithm>
 #include <set>
 
 Survey Measure(std::span<const Figure> figures) {
@@ -9,9 +8,12 @@ Survey Measure(std::span<const Figure> figures) {
     for (const Figure& figure : figures) {
         survey.box.Add(figure);
         if (seen.insert(figure.color).second) survey.colors.push_back(figure.color);
-        const auto curves = std::count(figure.segments.begin(), figure.segments.end(), SegmentKind::Curve);
-        survey.curves += static_cast<std::size_t>(curves);
-        survey.lines += figure.segments.size() - static_cast<std::size_t>(curves);
+        if (figure.IsCircle()) {
+            ++survey.circles;
+            continue;
+        }
+        for (const SegmentKind kind : figure.segments)
+            ++(kind == SegmentKind::Line ? survey.lines : kind == SegmentKind::Curve ? survey.curves : survey.arcs);
     }
     return survey;
 }
