@@ -49,10 +49,11 @@ constexpr NamedError kErrors[] = {
     {"VMerror", PSERR_VMOVERFLOW},
 };
 
-/// A dictionary that systemdict has under a name; null when a program has put something else there.
-CDictionary* SystemEntry(const CFilterEPS& m, std::string_view name) {
+/// An object of the dictionary that systemdict has under a name; null when a program has put something else there.
+TypedPtr<CDictionary> SystemEntry(const CFilterEPS& m, std::string_view name) {
     const auto* systemDict = static_cast<const CDictionary*>(m.m_DictStack.Bottom());
-    return As<CDictionary>(systemDict->GetValue(name));
+    const auto* entry = As<CDictionary>(systemDict->GetValue(name));
+    return TypedPtr<CDictionary>(entry ? static_cast<CDictionary*>(entry->Clone().release()) : nullptr);
 }
 
 ElementPtr ArrayOf(const CElementStack& stack) {
@@ -63,14 +64,14 @@ ElementPtr ArrayOf(const CElementStack& stack) {
 
 /// Whether $error says that an error has not been dealt with.
 bool HasNewError(const CFilterEPS& m) {
-    const CDictionary* info = SystemEntry(m, "$error");
+    const auto info = SystemEntry(m, "$error");
     const auto* flag = info ? As<CBoolElement>(info->GetValue("newerror")) : nullptr;
     return flag && flag->GetValue();
 }
 
 /// The name of the error in $error; empty when there is none.
 std::string NewErrorName(const CFilterEPS& m) {
-    const CDictionary* info = SystemEntry(m, "$error");
+    const auto info = SystemEntry(m, "$error");
     const auto* name = info ? As<CSimpElement>(info->GetValue("errorname")) : nullptr;
     return name ? name->GetName() : "";
 }
@@ -93,7 +94,7 @@ int OpRaise(CFilterEPS& m) {
     if (!in) return -1;
     ElementPtr name = m.Pop();
     ElementPtr command = m.Pop();
-    if (CDictionary* info = SystemEntry(m, "$error")) {
+    if (const auto info = SystemEntry(m, "$error")) {
         const auto* record = As<CBoolElement>(info->GetValue("recordstacks"));
         if (record && record->GetValue()) {
             info->Put("ostack", ArrayOf(m.m_OperandStack));
@@ -140,7 +141,7 @@ int OpLeave(CFilterEPS& m) {
 
 // -  handleerror  -
 int OpHandleerror(CFilterEPS& m) {
-    CDictionary* handlers = SystemEntry(m, "errordict");
+    const auto handlers = SystemEntry(m, "errordict");
     const CElement* handler = handlers ? handlers->GetValue("handleerror") : nullptr;
     if (!handler) return m.Fail(PSERR_UNDEFINED);
     const ElementPtr procedure = handler->Clone();
@@ -150,7 +151,7 @@ int OpHandleerror(CFilterEPS& m) {
 // -  .handleerror  -
 // There is nowhere to print to: the message box tells the error.
 int OpDefaultHandleerror(CFilterEPS& m) {
-    if (CDictionary* info = SystemEntry(m, "$error")) info->Put("newerror", MakeElement<CBoolElement>(false));
+    if (const auto info = SystemEntry(m, "$error")) info->Put("newerror", MakeElement<CBoolElement>(false));
     return 1;
 }
 
@@ -183,11 +184,11 @@ ErrorCode NearestCode(std::string_view error) noexcept {
 }
 
 void BuildErrorHandlers(CFilterEPS& m) {
-    CDictionary& handlers = *SystemEntry(m, "errordict");
+    const auto handlers = SystemEntry(m, "errordict");
     for (const NamedError& error : kErrors) {
-        handlers.Put(error.name, Procedure(MakeElement<CSimpElement>(error.name), Operator(".raise")));
+        handlers->Put(error.name, Procedure(MakeElement<CSimpElement>(error.name), Operator(".raise")));
     }
-    handlers.Put("handleerror", Procedure(nullptr, Operator(".handleerror")));
+    handlers->Put("handleerror", Procedure(nullptr, Operator(".handleerror")));
     SystemEntry(m, "$error")->Put("recordstacks", MakeElement<CBoolElement>(true));
 }
 
@@ -207,7 +208,7 @@ int CCompleteDialect::OnError(CFilterEPS& m, const CName* running) {
     m.m_nError = PSERR_NONE;
 
     m.Push(CommandOf(running));
-    const CDictionary* handlers = SystemEntry(m, "errordict");
+    const auto handlers = SystemEntry(m, "errordict");
     const CElement* handler = handlers ? handlers->GetValue(error) : nullptr;
     if (handler) {
         const ElementPtr procedure = handler->Clone();
@@ -230,7 +231,7 @@ int CCompleteDialect::EndStoppedRun(CFilterEPS& m) {
 
     const std::string error = NewErrorName(m);
     bool isError = HasNewError(m);
-    const auto* handlers = SystemEntry(m, "errordict");
+    const auto handlers = SystemEntry(m, "errordict");
     const CElement* handler = handlers ? handlers->GetValue("handleerror") : nullptr;
     if (isError && handler) {
         // A program's own handler may say that the error is dealt with; the default one says so always.

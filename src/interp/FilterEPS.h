@@ -23,6 +23,7 @@
 
 class CGraphState;
 class CGStateElement;
+enum class Lexeme;
 
 // Set by `exit` and `stop`, read behind each name or operator of a procedure. Process-wide, like the save level
 // and the global mode: one machine at a time. Reset by its destructor.
