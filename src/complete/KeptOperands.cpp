@@ -19,6 +19,9 @@ struct KeptRow {
 
 constexpr KeptRow kKept[] = {
     {"astore", 1},
+    {"cvi", 1},
+    {"cvr", 1},
+    {"token", 1},
     {"packedarray", 1},
     {"load", 1},
     {"file", 2},

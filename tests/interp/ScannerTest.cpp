@@ -265,7 +265,7 @@ TEST(ScannerTest, BraceInHexStringOfAFile) {
 }
 
 TEST(ScannerTest, TheBlockSizeDoesNotShow) {
-    const std::string binary = "\xC5\xD0\xD3\xC6\x0C\0\0\0\x30\0\0\0"s;
+    const std::string binary = "\xC5\xD0\xD3\xC6\x0C\0\0\0\x50\0\0\0"s;
     for (const std::string& bytes : {
              std::string("%!PS\r\n/a(b\\101(c)\\\r\nd\\12)def%x\r\r\n<62 41 2863 2964313 2>a eq not{nosuch}if 1 2 "
                          "moveto//true\r\n"
