@@ -90,8 +90,8 @@ public:
     // Scanning.
     /// Scans a file from where it stands to its end as a program; it is the current file meanwhile.
     [[nodiscard]] int ExecuteFile(const CFileElement& file);
-    /// Puts into m_Report what of the input didn't run, by what a lexer tells at its end (see CLexer). For the input alone:
-    /// nothing while another file is the current one.
+    /// Puts into m_Report what of the input didn't run, by what a lexer tells at its end (see CLexer). Nothing while
+    /// another file is the current one.
     void ReportTail(Lexeme open, std::string_view text, std::int64_t lastComment);
     // These four are the dialect's.
     /// Executes a text.
