@@ -44,19 +44,17 @@ public:
     virtual void Skip(std::size_t n) noexcept = 0;
 };
 
-/// Where the bytes of a file that is written go: an encoder, memory.
+/// A stream of bytes that is written once, from front to end: an encoder, memory.
 class CByteSink {
 public:
     CByteSink() = default;
     CByteSink(const CByteSink&) = delete;
     CByteSink& operator=(const CByteSink&) = delete;
-    /// Drops what was held back: whoever wants it written says Close before.
     virtual ~CByteSink() = default;
 
-    /// Takes all of the bytes; false on a failure.
+    /// False when the bytes could not be written; nothing more is worth writing then.
     [[nodiscard]] virtual bool Write(std::span<const unsigned char> bytes) = 0;
-    /// Hands on what can be without ending the data; false on a failure.
-    [[nodiscard]] virtual bool Flush() = 0;
-    /// Ends the data, with the end mark of an encoding; nothing is written from here on. False on a failure.
-    [[nodiscard]] virtual bool Close() noexcept = 0;
+    /// Writes what is still held back, and the mark of the data's end; not to be written to behind it. An encoder does
+    /// not close what it writes to. Destruction without Close drops what was held back.
+    [[nodiscard]] virtual bool Close() = 0;
 };

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <exception>
 #include <limits>
 
 #include "objects/HexDigit.h"
@@ -81,8 +82,14 @@ void CFileBody::Close() noexcept {
     m_pSource.reset();
     m_pPlaces = nullptr;
     m_bLoading = false;
-    // A sink that writes to this very file while it ends finds it closed.
-    if (const std::unique_ptr<CByteSink> sink = std::move(m_pSink)) static_cast<void>(sink->Close());
+    // A sink that writes to this very file while it ends finds it closed. One that can't end is gone all the same.
+    const std::unique_ptr<CByteSink> sink = std::move(m_pSink);
+    if (!sink) return;
+    try {
+        static_cast<void>(sink->Close());
+    } catch (const std::exception&) {
+        return;
+    }
 }
 
 // Blocks
@@ -247,7 +254,6 @@ int CFileBody::GetLimit(std::int64_t& pos) const noexcept {
 
 void CFileBody::Flush() noexcept {
     if (m_pStream) std::fflush(m_pStream);
-    if (m_pSink) static_cast<void>(m_pSink->Flush());
 }
 
 int CFileBody::ReadLine(std::string& text, std::int32_t nMax) {

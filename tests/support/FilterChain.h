@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "complete/filters/ByteSink.h"
 #include "complete/filters/Decoder.h"
+#include "objects/ByteSource.h"
 
 /// Bytes in memory, of which a Peek shows at most `block`, up to the next multiple of it.
 class MemoryReader final : public CByteReader {

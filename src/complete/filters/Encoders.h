@@ -9,9 +9,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "complete/filters/ByteSink.h"
 #include "complete/filters/FilterParameters.h"
 #include "complete/filters/Predictor.h"
+#include "objects/ByteSource.h"
 
 /// Base of the encoders: collects small pieces for the sink, which stays the caller's and outlives the encoder.
 class CEncoder : public CByteSink {

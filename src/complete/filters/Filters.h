@@ -4,9 +4,9 @@
 #include <memory>
 #include <string_view>
 
-#include "complete/filters/ByteSink.h"
 #include "complete/filters/Decoder.h"
 #include "complete/filters/FilterParameters.h"
+#include "objects/ByteSource.h"
 
 /// Why there is no filter.
 enum class FilterFault {
