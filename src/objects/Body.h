@@ -30,8 +30,8 @@ inline constexpr int PLACE_BITS = 20;
 /// The highest save level that an identity has room for.
 inline constexpr std::int32_t LAST_SAVE_LEVEL = (1 << PLACE_BITS) - 1 - PLACE_LEVEL_0;
 
-/// Counts the changes to bodies that were marked by MarkCopied. A deep copy made at one epoch may stand for a new one as
-/// long as the epoch is the same.
+/// Counts the changes to bodies that were marked by MarkCopied. A deep copy made at one epoch may stand for a new one
+/// as long as the epoch is the same.
 extern std::uint64_t g_nSnapshotEpoch;
 
 /// Base of the storage that elements share. A body is owned by the registry it is entered in and goes with it.
@@ -144,8 +144,8 @@ extern CRegistryStack g_RegistryStack;
 /// The place where a new body goes.
 [[nodiscard]] BodyPlace CurrentPlace() noexcept;
 
-/// Sends new bodies to a place for a scope, as if they were made there and then: the global mode goes with it, and for a
-/// save level, which must not be above the current one, the level at which dictionaries keep their values.
+/// Sends new bodies to a place for a scope, as if they were made there and then: the global mode goes with it, and for
+/// a save level, which must not be above the current one, the level at which dictionaries keep their values.
 class CBodyPlaceScope {
 public:
     explicit CBodyPlaceScope(BodyPlace place) noexcept;

@@ -25,8 +25,8 @@ enum DictKind : std::int32_t {
     DICT_OTHER = 6
 };
 
-/// The values of one key, the newest first: one for each save level at which the key was defined. Owns them. A node of a
-/// global dictionary has one value, whatever the level.
+/// The values of one key, the newest first: one for each save level at which the key was defined. Owns them. A node of
+/// a global dictionary has one value, whatever the level.
 class CDictNodeValues {
 public:
     /// Puts the first value at the current level.

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <vector>
 
-/// The index of the first slot, from that of the hash on, that is free or holds what is sought. The number of slots is a
-/// power of two, and one of them at least is free.
+/// The index of the first slot, from that of the hash on, that is free or holds what is sought. The number of slots is
+/// a power of two, and one of them at least is free.
 template <class T, class IsSought>
 [[nodiscard]] std::size_t ProbeSlots(const std::vector<T*>& slots, std::uint32_t hash, IsSought isSought) {
     const std::size_t mask = slots.size() - 1;

@@ -232,7 +232,7 @@ TEST(FileTest, ASinkIsAFile) {
         explicit Sink(std::string& log) : m_Log(log) {}
         [[nodiscard]] bool Write(std::span<const unsigned char> bytes) override {
             m_Log.append(bytes.begin(), bytes.end());
-            return m_Log.size() < 10;
+            return m_Log.size() < 9;
         }
         [[nodiscard]] bool Close() override { return m_Log += '.', true; }
 
