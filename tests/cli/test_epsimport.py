@@ -311,7 +311,7 @@ class Errors(CliTest):
         self.assertEqual(len(run.json["entities"]), 1)
         self.assertEqual(run.json["messages"],
                          [{"caption": "出错信息", "text": "EPS文件解释失败!\n错误类型:类型不匹配", "style": 16}])
-        for word in ("drawing.eps", "出错信息", "1 entity"):
+        for word in ("drawing.eps", "出错信息", "line 5: typecheck in add", "1 entity"):
             self.assertIn(word, run.err)
         quiet = self.run_it(eps, "--quiet")
         self.assertEqual((quiet.status, quiet.out), (1, run.out))
@@ -319,6 +319,28 @@ class Errors(CliTest):
         english = self.run_it(eps, "--lang", "en")
         self.assertTrue(all(ord(c) < 128 for c in english.err + english.out.decode()), english.err)
         self.assertEqual([m["style"] for m in english.json["messages"]], [16])
+
+    def test_where_it_failed_stands_in_the_json(self):
+        failure = self.import_json(LINE + "(a) 1 add", status=1)["failure"]
+        offset = len(HEAD + LINE + "(a) 1 ")
+        self.assertEqual((failure["error"], failure["operator"], failure["line"]), ("typecheck", "add", 5))
+        self.assertTrue(offset <= failure["offset"] <= offset + len("add "), failure)
+        self.assertEqual(self.import_json(LINE + "nosuch", status=1)["failure"]["operator"], "nosuch")
+        self.assertNotIn("failure", self.import_json(LINE))
+
+    def test_what_a_whole_drawing_lacks_is_told(self):
+        text = "/Helvetica findfont 12 scalefont setfont 0 0 moveto (hi) show\n"
+        for content, words in ((LINE + text, "not drawn: 1 text (Helvetica)"),
+                               (LINE + "%%EOF\n" + LINE, "warning: line 5: %%EOF"),
+                               (LINE + "(never ends\n", "warning: line 5: the file ends inside the string"),
+                               (LINE + "{ 1 2", "warning: line 5: the file ends inside the procedure"),
+                               (LINE + "stroke", 'warning: line 5: "stroke" did not run')):
+            with self.subTest(words):
+                run = self.run_it(self.file((HEAD + content).encode()))
+                self.assertEqual((run.status, len(run.json["entities"])), (0, 1), run.err)
+                self.assertIn(words, run.err)
+                self.assertEqual("leftOut" in run.json, "not drawn" in words)
+                self.assertEqual("--complete" in run.err, "not drawn" in words)
 
     def test_the_last_line_says_what_may_help(self):
         for body, args, words in ((LINE + "(a) 1 add", [], "--complete"),
