@@ -1,8 +1,8 @@
 // Resources. There is no resource directory: the few categories that work are a table here, of which fonts
 // stand in the font directories and CMaps in a dictionary of their own.
 //
-// Departure: of all other categories each operator is refused, `Encoding` among them, so that `findencoding`
-// always ends the run.
+// Departure: a font that nobody defined is the default font, and not entered. Of all other categories each operator
+// is refused, `Encoding` among them, so that `findencoding` always ends the run.
 #include "operators/ResourceOperators.h"
 
 #include <algorithm>
@@ -12,6 +12,7 @@
 #include "interp/Keys.h"
 #include "interp/Operands.h"
 #include "operators/CMapProcSet.h"
+#include "text/FontDirectory.h"
 
 namespace {
 
@@ -19,23 +20,11 @@ namespace {
 
 int DefineFont(CFilterEPS& m, const CName* key, const CElement& instance) {
     if (instance.m_nType != ET_DICT) return m.Fail(PSERR_TYPECHECK);
-    m.m_pFontDirectory->Put(key, instance.Clone());
-    if (instance.IsGlobal()) m.m_pSharedFontDirectory->Put(key, instance.Clone());
+    EnterFont(m, key, instance);
     return 1;
 }
 
-void UndefineFont(CFilterEPS& m, const CName* key) {
-    m.m_pFontDirectory->Remove(key);
-    m.m_pSharedFontDirectory->Remove(key);
-}
-
-// Departure: a font that nobody defined is the default font; it is not entered under the name.
-ElementPtr FindFont(CFilterEPS& m, const CName* key) {
-    const CElement* font = m.m_pFontDirectory->GetValue(key);
-    return font ? font->Clone() : m.Dialect().FindUndefinedFont(m, key);
-}
-
-bool IsFontPresent(const CFilterEPS& m, const CName* key) { return m.m_pFontDirectory->Find(key) != nullptr; }
+bool IsFontPresent(const CFilterEPS& m, const CName* key) { return EnteredFont(m, key) != nullptr; }
 
 // CMaps
 
@@ -86,7 +75,7 @@ bool IsListed(const CFilterEPS&, const CName* key) {
     return std::find(std::begin(Names), std::end(Names), key->Text()) != std::end(Names);
 }
 
-constexpr ResourceCategory kCategories[] = {{"Font", DefineFont, UndefineFont, FindFont, IsFontPresent},
+constexpr ResourceCategory kCategories[] = {{"Font", DefineFont, RemoveFont, FindFont, IsFontPresent},
                                             {"CMap", DefineCMap, UndefineCMap, FindCMap, IsCMapPresent},
                                             {"ProcSet", nullptr, nullptr, FindProcSet, IsListed<kProcSets>},
                                             {"Category", nullptr, nullptr, nullptr, IsListed<kCategoryNames>}};

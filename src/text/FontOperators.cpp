@@ -7,6 +7,7 @@
 #include "graphics/MatrixOperators.h"
 #include "interp/Keys.h"
 #include "interp/Operands.h"
+#include "text/FontDirectory.h"
 
 namespace {
 
@@ -22,12 +23,6 @@ const CName* FontKey(Operands& in, int depth) {
     return key;
 }
 
-/// Enters a font in the local directory, and in the shared one when it is global.
-void EnterFont(CFilterEPS& m, const CName* key, FontPtr font) {
-    if (font->IsGlobal()) m.m_pSharedFontDirectory->Put(key, font->Clone());
-    m.m_pFontDirectory->Put(key, std::move(font));
-}
-
 // key font  definefont  font                 STACKUNDERFLOW TYPECHECK RANGE
 int OpDefinefont(CFilterEPS& m) {
     Operands in(m);
@@ -36,9 +31,8 @@ int OpDefinefont(CFilterEPS& m) {
     if (!in) return -1;
     auto font = Take<CDictionary>(m);
     m.Drop(1);
-    ElementPtr result = font->Clone();
-    EnterFont(m, key, std::move(font));
-    m.Push(std::move(result));
+    EnterFont(m, key, *font);
+    m.Push(std::move(font));
     return 1;
 }
 
@@ -55,7 +49,7 @@ int OpComposefont(CFilterEPS& m) {
     ElementPtr cmap = found ? found->Clone() : nullptr;
     m.Drop(3);
     if (!cmap) return m.Fail(PSERR_UNDEFINED);
-    m.m_pFontDirectory->Put(key, cmap->Clone());
+    EnterLocalFont(m, key, *cmap);
     m.Push(std::move(cmap));
     return 1;
 }
@@ -66,8 +60,7 @@ int OpUndefinefont(CFilterEPS& m) {
     const CName* key = FontKey(in, 0);
     if (!in) return -1;
     m.Drop(1);
-    m.m_pFontDirectory->Remove(key);
-    m.m_pSharedFontDirectory->Remove(key);
+    RemoveFont(m, key);
     return 1;
 }
 
@@ -79,21 +72,17 @@ int OpFindfontop(CFilterEPS& m) {
     const CName* key = KeyNameOf(*operand);
     if (!key) return m.Fail(PSERR_TYPECHECK);
     if (!key->IsKey()) return m.Fail(PSERR_RANGE);
-    if (const CElement* font = m.m_pFontDirectory->GetValue(key)) {
-        m.Push(font->Clone());
-        return 1;
-    }
-    ElementPtr font = m.Dialect().FindUndefinedFont(m, key);
+    const bool isNew = !EnteredFont(m, key);
+    ElementPtr font = FindFont(m, key);
     if (!font) return -1;
-    m.m_pFontDirectory->Put(key, font->Clone());
-    m.m_pSharedFontDirectory->Put(key, font->Clone());
+    if (isNew) EnterFontEverywhere(m, key, *font);
     m.Push(std::move(font));
     return 1;
 }
 
 /// The dictionary that `selectfont` starts from; null with the code set.
 FontPtr SelectedFont(CFilterEPS& m, const CName* key) {
-    if (const auto* found = As<CDictionary>(m.m_pFontDirectory->GetValue(key))) return CloneFont(*found);
+    if (const auto* found = As<CDictionary>(EnteredFont(m, key))) return CloneFont(*found);
     const ElementPtr font = m.Dialect().FindUndefinedFont(m, key);
     return font ? CloneFont(static_cast<const CDictionary&>(*font)) : nullptr;
 }

@@ -43,6 +43,7 @@ ROOMS = {
 UPWARDS = [
     ("src/interp/OperatorChain.cpp", "*/*Operators.h", "the one list of operator families"),
     ("src/operators/SaveOperators.cpp", "graphics/GStateStack.h", "save and restore are where all state meets"),
+    ("src/operators/ResourceOperators.cpp", "text/FontDirectory.h", "the Font category of resources is the font directory"),
     ("src/text/*", "graphics/GraphState.h", "showing a glyph moves the current point"),
     ("src/text/*", "graphics/PathBuilder.h", "the advance of a glyph is a record of the path"),
     ("src/text/*", "graphics/Matrix.h", "a font has a matrix"),
