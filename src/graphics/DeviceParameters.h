@@ -40,12 +40,9 @@ public:
     explicit CDeviceCell(CSharedRef<CDeviceParameters> block) noexcept : m_pBlock(std::move(block)) {}
     CDeviceCell(const CDeviceCell& other);
     CDeviceCell(CDeviceCell&&) noexcept = default;
-    CDeviceCell& operator=(CDeviceCell other) noexcept {
-        m_pBlock = std::move(other.m_pBlock);
-        m_pCopy = std::move(other.m_pCopy);
-        m_nCopyEpoch = other.m_nCopyEpoch;
-        return *this;
-    }
+    /// By reference, as that of CStateCell and for the same reason.
+    CDeviceCell& operator=(const CDeviceCell& other) { return *this = CDeviceCell(other); }
+    CDeviceCell& operator=(CDeviceCell&&) noexcept = default;
     ~CDeviceCell() = default;
 
     [[nodiscard]] const CDeviceParameters& Get() const;

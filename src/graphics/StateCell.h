@@ -97,12 +97,10 @@ public:
     explicit CStateCell(CSharedRef<CSnapshot> value) noexcept : m_pSnapshot(std::move(value)) {}
     CStateCell(const CStateCell& other);
     CStateCell(CStateCell&&) noexcept = default;
-    CStateCell& operator=(CStateCell other) noexcept {
-        m_pOwn = std::move(other.m_pOwn);
-        m_pSnapshot = std::move(other.m_pSnapshot);
-        m_nEpoch = other.m_nEpoch;
-        return *this;
-    }
+    /// By reference: g++ takes an assignment of values by `operator=(CStateCell) noexcept` for one that can't throw, and
+    /// leaves out what a caller has to clean up when copying the cell does.
+    CStateCell& operator=(const CStateCell& other) { return *this = CStateCell(other); }
+    CStateCell& operator=(CStateCell&&) noexcept = default;
     ~CStateCell() = default;
 
     /// Takes an element over that the program may know; null empties the cell.

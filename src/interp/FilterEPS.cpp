@@ -7,13 +7,9 @@
 #include "platform/Stack.h"
 #include "platform/Window.h"
 
-CFilterEPS::CProcessState::CProcessState() {
-    CreateNumberPool();
-    g_RegistryStack.Open(PlaceOfLevel(0));
-    g_RegistryStack.Open(PLACE_GLOBAL);
-}
+namespace {
 
-CFilterEPS::CProcessState::~CProcessState() {
+void EndProcessState() noexcept {
     // Bodies hold numbers, so the pool goes behind them. No element that is left looks at its body.
     g_RegistryStack.Clear();
     DestroyNumberPool();
@@ -23,6 +19,19 @@ CFilterEPS::CProcessState::~CProcessState() {
     g_bExitFlag = false;
     g_bStopFlag = false;
 }
+
+}  // namespace
+
+CFilterEPS::CProcessState::CProcessState() try {
+    CreateNumberPool();
+    g_RegistryStack.Open(PlaceOfLevel(0));
+    g_RegistryStack.Open(PLACE_GLOBAL);
+} catch (...) {
+    EndProcessState();
+    throw;
+}
+
+CFilterEPS::CProcessState::~CProcessState() { EndProcessState(); }
 
 CFilterEPS::CFilterEPS(std::int32_t nHostVersion, std::unique_ptr<CDialect> dialect)
     : m_pDialect(std::move(dialect)),

@@ -83,7 +83,7 @@ class CDialog : public CWnd {
 public:
     /// The template is looked up in the module's current resources when the dialog runs. The parent is the
     /// host's.
-    CDialog(unsigned templateId, CFrameWnd* pParent) noexcept : m_nTemplate(templateId), m_pParent(pParent) {}
+    CDialog(unsigned templateId, CFrameWnd* pParent) : m_nTemplate(templateId), m_pParent(pParent) {}
 
     /// Opens the dialog, lets the host run it, and answers the result: IDOK, another value when it was
     /// cancelled, or -1 when it can't be shown.
