@@ -97,7 +97,7 @@ public:
     explicit CStateCell(CSharedRef<CSnapshot> value) noexcept : m_pSnapshot(std::move(value)) {}
     CStateCell(const CStateCell& other);
     CStateCell(CStateCell&&) noexcept = default;
-    /// By reference: g++ takes an assignment of values by `operator=(CStateCell) noexcept` for one that can't throw, and
+    /// By reference: g++ takes assignment of a value by `operator=(CStateCell) noexcept` for one that can't throw, and
     /// leaves out what a caller has to clean up when copying the cell does.
     CStateCell& operator=(const CStateCell& other) { return *this = CStateCell(other); }
     CStateCell& operator=(CStateCell&&) noexcept = default;

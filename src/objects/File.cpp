@@ -95,9 +95,13 @@ void CFileBody::Close() noexcept {
 // Blocks
 
 std::unique_ptr<CByteSource> CFileBody::OpenDisk() const {
-    std::FILE* stream =
-        m_nFileKind == FK_INPUT && m_bNamed ? FileSystem::OpenInput(m_Name.c_str(), m_Mode.c_str()) : nullptr;
-    return stream ? std::make_unique<CDiskSource>(stream) : nullptr;
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(
+        m_nFileKind == FK_INPUT && m_bNamed ? FileSystem::OpenInput(m_Name.c_str(), m_Mode.c_str()) : nullptr,
+        std::fclose);
+    if (!stream) return nullptr;
+    auto source = std::make_unique<CDiskSource>(stream.get());
+    static_cast<void>(stream.release());
+    return source;
 }
 
 void CFileBody::ReadFrom(std::unique_ptr<CByteSource> source) {
@@ -113,9 +117,9 @@ int CFileBody::LoadBlock() {
     // by a `restore`. So the source and the block are held here meanwhile, and the file is one without a source.
     const CBodyRef<CFileBody> self(this);
     const bool registered = m_nRegistry != 0;
+    m_Buffer.resize(static_cast<size_t>(m_nBlockSize));
     std::unique_ptr<CByteSource> source = std::move(m_pSource);
     std::vector<unsigned char> block = std::move(m_Buffer);
-    block.resize(static_cast<size_t>(m_nBlockSize));
     m_bLoading = true;
     std::ptrdiff_t count = -1;
     try {
