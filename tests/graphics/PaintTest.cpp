@@ -161,6 +161,18 @@ TEST(PaintTest, UserPaths) {
         {"a path that pops its own state",
          "3 setlinewidth {grestore grestore grestore grestore 0 0 moveto} ustroke currentlinewidth", "3.0"},
     });
+    // Without outlines the top goes, and nothing of it is run.
+    const auto unwanted = [](const char* program) {
+        const RunResult result = RunText(program, kNoFills);
+        return result.stack + ':' + std::to_string(result.error);
+    };
+    for (const std::string op : {"ufill", "ueofill"}) {
+        EXPECT_EQ(unwanted(("7 {nosuch} " + op).c_str()), "7:-1");
+        EXPECT_EQ(unwanted(("7 {nosuch} matrix " + op).c_str()), "7 {nosuch}:-1")
+            << "departure: the top goes, whatever it is";
+        EXPECT_EQ(unwanted(op.c_str()), ":" + std::to_string(PSERR_STACKUNDERFLOW));
+        EXPECT_EQ(unwanted(("(a) " + op).c_str()), "(a):" + std::to_string(PSERR_TYPECHECK));
+    }
     EXPECT_EQ(RunText("{nosuch} ustroke").gstateDepth, 1);
     EXPECT_EQ(RunText("{gsave gsave} ustroke").error, PSERR_UNSUPPORTED) << "two elements are an encoded path";
 }

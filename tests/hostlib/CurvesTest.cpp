@@ -401,6 +401,48 @@ TEST(Flattening, TakesAnyNumberAndStaysInItsBlock) {
     EXPECT_LT(ArcToLine({0, 0}, 10, 0, static_cast<float>(1000 * TURN + 1), 0.1f, out), 60);
 }
 
+TEST(Flattening, PointsThatOverflowAreInfinite) {
+    Block block;
+    point_2d* out = block.points.data();
+    constexpr float FARTHEST = std::numeric_limits<float>::max();
+    for (const int count : {CircleToLine({FARTHEST, 0}, FARTHEST, 1e37f, out),
+                            EllipseToLine({FARTHEST, 0}, FARTHEST, FARTHEST / 2, 0, 1e37f, out),
+                            ArcToLine({FARTHEST, 0}, FARTHEST, 0, 1, 1e37f, out)}) {
+        EXPECT_GE(count, 3);
+        EXPECT_LE(count, FLATTEN_MAX_POINTS);
+        EXPECT_EQ(out[0].x, INFINITE);
+        EXPECT_EQ(out[0].y, 0);
+    }
+}
+
+TEST(Flattening, SectionsGiveWhatTheirBlocksGive) {
+    Block block;
+    const auto check = [&block](const CSectObject& section, int count) {
+        std::vector<point_2d> line;
+        section.Flatten(0.01f, line);
+        ASSERT_EQ(line.size(), static_cast<size_t>(count));
+        EXPECT_EQ(std::memcmp(line.data(), block.points.data(), line.size() * sizeof(point_2d)), 0);
+        std::vector<point_2d> again;
+        const CSectChain clone(section.Clone());
+        clone->Flatten(0.01f, again);
+        ASSERT_EQ(again.size(), line.size());
+        EXPECT_EQ(std::memcmp(line.data(), again.data(), line.size() * sizeof(point_2d)), 0) << "of a copy";
+    };
+    CSectArc arc;
+    arc.CreateCRA({1, 2}, 3, {4, 5});
+    check(arc, ArcToLine({1, 2}, 3, 4, 5, 0.01f, block.points.data()));
+    CSectCircle circle;
+    ASSERT_EQ(circle.CreateCR({1, 2}, 3), 1);
+    check(circle, CircleToLine({1, 2}, 3, 0.01f, block.points.data()));
+    CSectEllipse ellipse;
+    ellipse.Create({1, 2}, 4, 3, 0.5f, 0);
+    check(ellipse, EllipseToLine({1, 2}, 4, 3, 0.5f, 0.01f, block.points.data()));
+    CSectPoint point;
+    point.Copy({6, 7});
+    block.points[0] = {6, 7};
+    check(point, 1);
+}
+
 TEST(Flattening, BezierPiecesKeepTheirTolerance) {
     Random random;
     for (int i = 0; i < 40; ++i) {

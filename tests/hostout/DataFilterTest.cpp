@@ -354,6 +354,63 @@ TEST(TextInBox, StandsInItsBox) {
     EXPECT_EQ(OnlyText(drawing).m_fCharWidth, 0);
 }
 
+TEST(Texts, OnlyALastLineFeedGoes) {
+    for (const auto& [given, made] : {std::pair{"abc", "abc"}, {"abc\n", "abc"}, {"ab\n\n", "ab\n"}, {"a\r", "a\r"}}) {
+        Drawing at;
+        tagTextAt record{{0, 0}, given, 0, 10, 0};
+        EXPECT_EQ(at.filter.AddTextAt(record), 1);
+        EXPECT_EQ(OnlyText(at).m_strText, made);
+        EXPECT_EQ(record.strText, made);
+        Drawing in;
+        tagTextBox box{{0, 0}, {1, 1}, given, 0, 0, 10, 0, 1};
+        EXPECT_EQ(in.filter.AddTextInBox(box), 1);
+        EXPECT_EQ(OnlyText(in).m_strText, made);
+        EXPECT_EQ(box.strText, made);
+    }
+}
+
+TEST(ExportFace, SinksThatNobodyFillsAnswerOne) {
+    CDataFilter filter;
+    const point_2d points[4] = {};
+    EXPECT_EQ(filter.OutBegin(), 1);
+    EXPECT_EQ(filter.OutLines(points, 2), 1);
+    EXPECT_EQ(filter.OutArc(points[0], 1, 0, 1), 1);
+    EXPECT_EQ(filter.OutBezier(points, 4), 1);
+    EXPECT_EQ(filter.OutEnd(), 1);
+    EXPECT_EQ(filter.OutPoint(points[0]), 1);
+    EXPECT_EQ(filter.OutCircle(points[0], 1), 1);
+    EXPECT_EQ(filter.OutReserved1(), 1);
+    EXPECT_EQ(filter.OutReserved2(), 1);
+    EXPECT_EQ(filter.OutReserved3(), 1);
+}
+
+TEST(BuildFace, EveryDrawingCallAnswersOne) {
+    Drawing drawing;
+    CDataFilter& filter = drawing.filter;
+    const point_2d points[7] = {{0, 0}, {1, 2}, {2, 2}, {3, 0}, {4, -2}, {5, -2}, {6, 0}};
+    for (int open = 0; open < 2; ++open) {
+        EXPECT_EQ(filter.AddLines(points, 3), 1);
+        EXPECT_EQ(filter.AddLines(points, 1), 1);
+        EXPECT_EQ(filter.AddLines(nullptr, 3), 1);
+        EXPECT_EQ(filter.AddBezier(points, 7), 1);
+        EXPECT_EQ(filter.AddBezier(points, 6), 1);
+        EXPECT_EQ(filter.AddArcCSE({0, 0}, {1, 0}, {0, 1}, 1), 1);
+        EXPECT_EQ(filter.AddArcSEA({1, 0}, {0, 1}, 1, 1), 1);
+        EXPECT_EQ(filter.AddArcAngles({0, 0}, 1, 0, 1), 1);
+        EXPECT_EQ(filter.AddArcAngles({0, 0}, 0, 0, 1), 1);
+        EXPECT_EQ(filter.AddPoint({1, 2}), 1);
+        EXPECT_EQ(filter.AddCircle({1, 2}, 3), 1);
+        EXPECT_EQ(filter.AddCircle({1, 2}, 0), 1);
+        EXPECT_EQ(filter.AddEllipse({1, 2}, 4, 2, 0.5f), 1);
+        EXPECT_EQ(filter.BeginPLine(), 1);
+    }
+    EXPECT_EQ(filter.EndPLine(), 1);
+    EXPECT_EQ(filter.EndPLine(), 1);
+    EXPECT_EQ(filter.WriteEntity(nullptr), 1);
+    EXPECT_EQ(filter.WriteEntity(&drawing.group), 1);
+    EXPECT_EQ(filter.SetTarget(&drawing.group), 1);
+}
+
 TEST(Texts, EmptyOnesAreNotMade) {
     Drawing drawing;
     for (const char* text : {"", "\n"}) {

@@ -7,6 +7,31 @@
 
 namespace {
 
+TEST(ExecuteTest, EachErrorHasItsText) {
+    struct Case {
+        const char* program;
+        const char* text;
+    };
+    for (const Case& c : {
+             Case{"no program", "文件格式错误"},
+             Case{"%!PS\n1 (a) add ", "类型不匹配"},
+             Case{"%!PS\nnosuch ", "名称未定义"},
+             Case{"%!PS\n> ", "语法错误"},
+             Case{"%!PS\n(/nowhere/at/all) (r) file ", "文件I/O错误"},
+             Case{"%!PS\npop ", "操作栈下溢"},
+             Case{"%!PS\n1 0 idiv ", "操作范围错误"},
+             Case{"%!PS\n] ", "mark 不匹配"},
+             Case{"%!PS\nend ", "字典栈下溢"},
+             Case{"%!PS\n5 {save} repeat ", "VM 栈上溢"},
+             Case{"%!PS\ncurrentpoint ", "路径没有起始点"},
+             Case{"%!PS\n(abc) /LZWDecode filter ", "遇到了系统暂不支持的操作符"},
+         }) {
+        EXPECT_EQ(RunAsFile(c.program).boxes,
+                  std::vector<std::string>{std::string("EPS文件解释失败!\n错误类型:") + c.text})
+            << c.program;
+    }
+}
+
 TEST(ExecuteTest, ValuesOfNames) {
     CheckStacks({
         {"an operator keeps its own name", "/plus /add load def 1 2 plus", "3"},

@@ -11,7 +11,7 @@ TEST(ScannerTest, StringsAndEscapes) {
         {"three digits make a byte", R"((\101\1012) )", "(AA2)"},
         {"departure: one or two digits are text", R"((\12) (\1x) (\8x))", "(12) (1x) (8x)"},
         {"departure: 8 and 9 count with their face value", R"((\081))", "(A)"},
-        {"letters", R"((\n) 0 get (\t) 0 get (\q))", "10 9 (q)"},
+        {"letters", R"((\n\r\t\b\f) {} forall (\q\(\)\\) {} forall)", "10 13 9 8 12 113 40 41 92"},
         {"line ends behind a backslash vanish", "(a\\\nb\\\r\nc\\\rd)", "(abcd)"},
         {"line ends in strings stay", "(a\r\nb) length", "4"},
         {"cut off", "1 (abc", "1", PSERR_SYNTAX},
@@ -22,6 +22,7 @@ TEST(ScannerTest, StringsAndEscapes) {
 TEST(ScannerTest, HexStrings) {
     CheckStacks({
         {"departure: a lone last digit is dropped", "<41 4>", "(A)"},
+        {"digits in both cases", "<09afAFg> {} forall", "9 175 175"},
         {"empty", "<>", "()"},
         {"foreign bytes are ignored", "<4x1 (4) 2>", "(AB)"},
         {"no ASCII base-85: only the digits count", "<~41~>", "(A)"},

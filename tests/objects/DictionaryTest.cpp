@@ -25,6 +25,21 @@ TEST(DictionaryTest, KeySpaces) {
     });
 }
 
+TEST(DictionaryTest, ManyNames) {
+    // More than any table starts with: each name is found again, and no other one is.
+    CheckStacks({
+        {"as keys",
+         "/d 10 dict def 0 1 9999 {dup 10 string cvs cvn exch d 3 1 roll put} for d length "
+         "0 1 9999 {dup 10 string cvs cvn d exch get sub} for 10000 {0 eq {} {(wrong)} ifelse} repeat d /10000 known",
+         "10000 false"},
+        {"removed again, every other one",
+         "/d 10 dict def 0 1 999 {10 string cvs cvn d exch 1 put} for 0 2 999 {10 string cvs cvn d exch undef} for "
+         "d length 0 1 999 {10 string cvs cvn d exch known {1} {0} ifelse} for 998 {add} repeat add d /998 known "
+         "d /999 known",
+         "500 500 false true"},
+    });
+}
+
 TEST(DictionaryTest, IterationGoesByBucketThenAge) {
     // In 3 buckets: a is 97 = 1, b is 98 = 2, c is 99 = 0 modulo 3; d joins a, e joins b.
     CheckStacks({

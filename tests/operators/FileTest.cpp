@@ -51,6 +51,8 @@ TEST(FileOperatorsTest, Reading) {
         << "departure: the end of a stream shows once as a byte";
     EXPECT_EQ(RunText(open + "dup -1 setfileposition").error, PSERR_IO);
 
+    const TempFile letters("09aAfF@G`gBc/:");
+    EXPECT_EQ(RunText(Opened(letters) + "9 string readhexstring exch {} forall").stack, "false 9 170 255 188");
     const TempFile hex("0 1x2\n3 45 6");
     EXPECT_EQ(RunText(Opened(hex) + "4 string readhexstring exch {} forall").stack, "false 1 35 69");
     EXPECT_EQ(RunText(Opened(hex) + "dup 2 string readhexstring exch {} forall 4 -1 roll read").stack,
@@ -173,7 +175,17 @@ TEST(FileOperatorsTest, Filters) {
     EXPECT_TRUE(HoldsInFile("currentfile /ASCII85Decode filter /DCTDecode filter 3 string readstring\n>ab~> exch pop"));
     EXPECT_TRUE(
         HoldsInFile("currentfile /RunLengthDecode filter /ReusableStreamDecode filter\nab\x80 type /filetype eq"));
-    EXPECT_EQ(RunAsFile("%!PS\ncurrentfile /ASCIIHexDecode filter 3 string readstring\n61 62 63").error, PSERR_IO);
+    EXPECT_TRUE(
+        HoldsInFile("currentfile /RunLengthDecode filter /DCTDecode filter 3 string readstring\n"
+                    "\x01>~ab>\x80 exch pop"));
+    EXPECT_TRUE(HoldsInFile(
+        "currentfile /ASCIIHexDecode filter /RunLengthDecode filter 3 string readstring\n61\x80> exch pop"));
+    for (const char* filter : {"/ASCIIHexDecode filter", "/RunLengthDecode filter", "/ASCII85Decode filter",
+                               "/RunLengthDecode filter /DCTDecode filter"}) {
+        EXPECT_EQ(RunAsFile(std::string("%!PS\ncurrentfile ") + filter + " 3 string readstring\n61 62 63").error,
+                  PSERR_IO)
+            << filter;
+    }
 }
 
 /// A fresh directory that goes with the object.

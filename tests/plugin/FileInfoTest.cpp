@@ -157,6 +157,9 @@ TEST(FileInfoTest, ReadingEndsAtEndCommentsAndFailsOnALongLine) {
     EXPECT_EQ(analysis.result, -1);
     EXPECT_EQ(analysis.failKind, AR_IO);
     EXPECT_EQ(Analyse(FIRST_LINE + "%%EndComments\n" + std::string(300, 'x')).result, 1);
+    const Analysis first = Analyse("%!PS-Adobe-3.0 EPSF-3.0 " + std::string(300, 'x') + "\n");
+    EXPECT_EQ(first.result, -1);
+    EXPECT_EQ(first.failKind, AR_IO);
 }
 
 TEST(FileInfoTest, BinaryHeaderConfinesTheReading) {
@@ -170,6 +173,28 @@ TEST(FileInfoTest, BinaryHeaderConfinesTheReading) {
     EXPECT_EQ(analysis.info.m_nPSLength, static_cast<int>(program.size()));
     EXPECT_EQ(analysis.info.m_nFileLength, static_cast<int>(bytes.size()));
     EXPECT_EQ(analysis.info.m_pszTitle, " inside");
+}
+
+TEST(FileInfoTest, EveryByteOfAHeaderCounts) {
+    // Sections at far ends of a file that is mostly a hole.
+    for (const unsigned offset : {0x1eu, 0x1234u, 0x123456u, 0x01234567u}) {
+        SCOPED_TRACE(offset);
+        const std::string program = FIRST_LINE + "%%Title: far\n";
+        std::string header = "\xC5\xD0\xD3\xC6";
+        for (const unsigned word : {offset, 0x02000000u}) {
+            for (int shift = 0; shift < 32; shift += 8) header += static_cast<char>(word >> shift & 255);
+        }
+        const TempFile file(header);
+        std::FILE* stream = std::fopen(file.Path().c_str(), "r+b");
+        std::fseek(stream, static_cast<long>(offset), SEEK_SET);
+        std::fputs(program.c_str(), stream);
+        std::fclose(stream);
+        const Analysis analysis = AnalysePath(file.Path());
+        EXPECT_EQ(analysis.result, 1);
+        EXPECT_EQ(analysis.info.m_pszTitle, " far");
+        EXPECT_EQ(analysis.info.m_nPSLength, 0x02000000);
+        EXPECT_EQ(analysis.info.m_nFileLength, static_cast<std::int32_t>(offset + program.size()));
+    }
 }
 
 TEST(FileInfoTest, TextOfTheDialog) {
