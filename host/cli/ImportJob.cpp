@@ -1,5 +1,5 @@
-// Import, passes, writer, words. Figures are made once, and of JSON, which writes the entities themselves, only
-// when the words need their measures.
+// Import, passes, writer, words. Figures are made once; of JSON that writes the entities themselves, only when the
+// words need their measures.
 #include "cli/ImportJob.h"
 
 #include <chrono>
@@ -22,10 +22,16 @@ bool CImportJob::Write(const Drawing& drawing, const std::vector<Figure>& figure
             WriteSvg(figures, out);
             break;
         case DrawingFormat::Dxf:
-            WriteDxf(figures, out);
+            if (m_Options.output.dxf == DxfForm::R12)
+                WriteDxfR12(figures, out);
+            else
+                WriteDxf(figures, out);
             break;
         case DrawingFormat::Json:
-            WriteJson(drawing, out);
+            if (m_Options.output.passes.ChangeDrawing())
+                WriteJson(drawing, figures, out);
+            else
+                WriteJson(drawing, out);
             break;
         case DrawingFormat::None:
             break;
@@ -42,20 +48,23 @@ JobResult CImportJob::Run(const std::string& path, const std::string& output, Im
     const std::string reason = ReasonOf(m_Options, drawing);
     if (drawing.end == ImportEnd::NotOpened) Complain(name + ": " + ForTerminal(reason));
 
+    const PassSettings& passes = m_Options.output.passes;
     const bool isJson = m_Options.output.format == DrawingFormat::Json;
+    const bool asDelivered = isJson && !passes.ChangeDrawing();
     const bool ended = drawing.end != ImportEnd::Whole && drawing.end != ImportEnd::NotOpened;
     const bool summarised = m_bSummarise && drawing.end == ImportEnd::Whole;
     const std::size_t entities = drawing.entities.size();
     bool written = true;
-    if (isJson && !output.empty()) written = Write(drawing, {}, output);
+    if (asDelivered && !output.empty()) written = Write(drawing, {}, output);
     FigureReading reading;
-    if (ended || summarised || (!isJson && !output.empty()))
+    if (ended || summarised || (!asDelivered && !output.empty()))
         reading = ReadFigures(std::move(drawing.entities), drawing.UnitInMillimetres());
     Survey survey;
     if (ended || summarised) survey = Measure(reading.figures);
-    if (!isJson && !output.empty()) {
-        if (m_Options.output.curves == CurveStyle::Polyline)
-            reading.figures = FlattenCurves(std::move(reading.figures), m_Options.output.flatness);
+    const PassReport done = RunPasses(reading.figures, passes);
+    if (!asDelivered && !output.empty()) {
+        if (!isJson && passes.curves == CurveStyle::Polyline)
+            reading.figures = FlattenCurves(std::move(reading.figures), passes.arcs.flatness);
         written = Write(drawing, reading.figures, output);
         if (reading.leftOut > 0) {
             Complain(name + ": " + CountText(reading.leftOut, "entity", "entities") +
@@ -74,7 +83,7 @@ JobResult CImportJob::Run(const std::string& path, const std::string& output, Im
         char seconds[32];
         std::snprintf(seconds, sizeof seconds, "%.2f s", time.count());
         Note(name + ": " + AmountText(survey, entities) + ", " + SizeText(survey) + ", " +
-             CountText(survey.colors.size(), "colour", "colours") + ", " + seconds);
+             CountText(survey.colors.size(), "colour", "colours") + ", " + PassesText(done) + seconds);
     }
     if (!drawing.complete && (drawing.end == ImportEnd::Failed || !drawing.report.leftOut.IsEmpty()))
         Complain(name + ": --complete may import more of it");

@@ -23,6 +23,9 @@ const std::map<std::string, DrawingFormat> kFormats{{"json", DrawingFormat::Json
                                                     {"dxf", DrawingFormat::Dxf},
                                                     {"none", DrawingFormat::None}};
 
+const std::map<std::string, CurveStyle> kCurves{
+    {"spline", CurveStyle::Spline}, {"arc", CurveStyle::Arc}, {"polyline", CurveStyle::Polyline}};
+
 // "drawing.SVG" -> svg; empty for a name without an ending.
 std::string EndingOf(const std::string& path) {
     std::string ending = std::filesystem::path(path).extension().string();
@@ -72,6 +75,15 @@ std::string UnknownOption(const CLI::App& app, int argc, const char* const* argv
         }
         return "there is no option " + name + (meant.empty() ? "" : "; did you mean " + meant + "?");
     }
+    return {};
+}
+
+// The old form of DXF knows no splines.
+std::string CheckCurves(OutputSettings& output, bool curvesGiven) {
+    if (output.dxf != DxfForm::R12) return {};
+    if (!curvesGiven && output.format == DrawingFormat::Dxf) output.passes.curves = CurveStyle::Arc;
+    if (curvesGiven && output.passes.curves == CurveStyle::Spline)
+        return "--dxf r12 knows no splines: choose --curves arc or --curves polyline";
     return {};
 }
 
@@ -136,7 +148,8 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
 
     std::string formatName;
     std::string language = "zh";
-    std::string curves = "spline";
+    std::string curves;
+    std::string dxf = "r2000";
     double megabytes = 0;
     double timeout = 0;
     std::string tolerance;
@@ -159,12 +172,19 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     app.add_option("--lang", language, "Language of the import's texts: zh or en (zh)")
         ->option_text("L")
         ->check(CLI::IsMember({"zh", "en"}));
-    app.add_option("--curves", curves, "Curves in DXF and SVG: spline or polyline")
+    app.add_option("--curves", curves, "Curves as spline, arc or polyline (spline)")
         ->option_text("KIND")
-        ->check(CLI::IsMember({"spline", "polyline"}));
-    app.add_option("--flatness", options.output.flatness, "Tolerance of --curves polyline (0.05)")
+        ->check(CLI::IsMember({"spline", "arc", "polyline"}));
+    app.add_option("--flatness", options.output.passes.arcs.flatness, "Tolerance of lines and of chains of arcs (0.05)")
         ->option_text("MM")
         ->check(CheckPositive);
+    app.add_option("--arc-tolerance", options.output.passes.arcs.arcTolerance,
+                   "Tolerance of one arc for a curve (0.01)")
+        ->option_text("MM")
+        ->check(CheckPositive);
+    app.add_option("--dxf", dxf, "Form of DXF: r2000 or r12 (r2000)")
+        ->option_text("FORM")
+        ->check(CLI::IsMember({"r2000", "r12"}));
     app.add_option("--report", options.report, "File for a line of JSON for each input")->option_text("FILE");
     app.add_option("-j,--jobs", options.jobs, "Files imported at the same time (1)")
         ->option_text("N")
@@ -193,7 +213,8 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     if (!formatName.empty()) options.output.format = kFormats.at(formatName);
     options.dialog.fillOutline = !noFillOutline;
     options.import.english = language == "en";
-    options.output.curves = curves == "polyline" ? CurveStyle::Polyline : CurveStyle::Spline;
+    if (!curves.empty()) options.output.passes.curves = kCurves.at(curves);
+    options.output.dxf = dxf == "r12" ? DxfForm::R12 : DxfForm::R2000;
     if (toleranceOption->count() > 0) options.dialog.tolerance = tolerance;
     if (timeoutOption->count() > 0) options.import.timeout = timeout;
     if (memoryOption->count() > 0) {
@@ -202,7 +223,8 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
         options.import.memoryLimit =
             bytes < static_cast<double>(kMost) ? static_cast<std::uint64_t>(bytes) : static_cast<std::uint64_t>(kMost);
     }
-    const std::string mistake = CheckTogether(options, !formatName.empty());
+    std::string mistake = CheckTogether(options, !formatName.empty());
+    if (mistake.empty()) mistake = CheckCurves(options.output, !curves.empty());
     if (!mistake.empty()) return RefuseCommandLine(mistake);
     return std::nullopt;
 }

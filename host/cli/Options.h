@@ -5,10 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "drawing/passes/Pipeline.h"
 #include "import/ImportSettings.h"
 
 enum class DrawingFormat { Json, Svg, Dxf, None };
-enum class CurveStyle { Spline, Polyline };
+enum class DxfForm { R2000, R12 };
 
 // What is typed and pressed in the import dialog.
 struct DialogAnswers {
@@ -19,8 +20,8 @@ struct DialogAnswers {
 struct OutputSettings {
     std::string path;  // empty when not given; "-" is standard output
     DrawingFormat format = DrawingFormat::Json;
-    CurveStyle curves = CurveStyle::Spline;
-    double flatness = 0.05;  // mm
+    DxfForm dxf = DxfForm::R2000;
+    PassSettings passes;
 };
 
 struct Options {

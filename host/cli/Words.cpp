@@ -127,6 +127,12 @@ std::string AmountText(const Survey& survey, std::size_t entities) {
            CountText(survey.curves, "curve", "curves") + ")";
 }
 
+std::string PassesText(const PassReport& report) {
+    std::string text;
+    if (report.circles > 0) text += CountText(report.circles, "circle", "circles") + ", ";
+    return text;
+}
+
 std::string SizeText(const Survey& survey) {
     char text[64];
     std::snprintf(text, sizeof text, "%.6g x %.6g mm", survey.box.Width(), survey.box.Height());

@@ -21,5 +21,8 @@ std::vector<std::string> WarningsOf(const Drawing& drawing);
 // "2 entities (8 segments, 4 curves)"; "nothing" without entities.
 std::string AmountText(const Survey& survey, std::size_t entities);
 
+// What the passes did: "16 circles, "; empty when there is nothing to tell.
+std::string PassesText(const PassReport& report);
+
 // "62 x 55.74 mm"
 std::string SizeText(const Survey& survey);

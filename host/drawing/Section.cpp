@@ -113,6 +113,8 @@ ArcShape ShapeOfArc(const Point& start, const Point& middle, const Point& end) {
     return shape;
 }
 
+double BulgeOf(const Section& arc) { return std::tan(TurnOf(arc).sweep / 4); }
+
 ArcShape CircleOf(const Figure& figure) { return ShapeOfArc(figure.points[0], figure.points[1], figure.points[2]); }
 
 Point MiddleOfArc(const Point& start, const Point& end, double sweep) {

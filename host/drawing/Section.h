@@ -49,6 +49,9 @@ ArcShape ShapeOf(const Section& arc);
 // The same, of the arc with these ends and this point halfway along it.
 ArcShape ShapeOfArc(const Point& start, const Point& middle, const Point& end);
 
+// The tangent of a quarter of what an arc turns, as DXF tells arcs between two points. 0 for three points in a line.
+double BulgeOf(const Section& arc);
+
 // The circle of a figure that is one.
 ArcShape CircleOf(const Figure& figure);
 

@@ -1,4 +1,4 @@
-// The DXF writer: the sections of the file in the order that CAD programs ask for, then one entity for each
+// The writer of DXF R2000: the sections of the file in the order that CAD programs ask for, then one entity for each
 // figure.
 #include "writers/DxfWriter.h"
 
@@ -9,8 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "drawing/Section.h"
 #include "drawing/Survey.h"
 #include "writers/ColorNames.h"
+#include "writers/DxfShapes.h"
 #include "writers/DxfStream.h"
 
 namespace {
@@ -43,6 +45,8 @@ private:
     void WriteTables();
     void WriteBlocks();
     void WriteFigure(const Figure& figure);
+    void WriteCircle(const Figure& figure, const DL_Attributes& attributes);
+    void WriteArc(const Figure& figure, const DL_Attributes& attributes);
     void WritePolyline(const Figure& figure, const DL_Attributes& attributes);
     void WriteSpline(const Figure& figure, const DL_Attributes& attributes);
     void WriteObjects();
@@ -53,6 +57,7 @@ private:
     DL_Dxf m_Dxf;
     std::map<std::uint32_t, std::string> m_Layers;  // by colour
     std::vector<Point> m_Points;                    // scratch
+    std::vector<DxfVertex> m_Vertices;              // scratch
 };
 
 void CDxfWriter::Write() {
@@ -127,20 +132,33 @@ void CDxfWriter::WriteFigure(const Figure& figure) {
     const DL_Attributes attributes(m_Layers[figure.color], kByLayer, kNoTrueColor, kByLayerWeight, "BYLAYER");
     if (figure.segments.empty())
         m_Dxf.writePoint(m_Stream, DL_PointData(figure.points.front().x, figure.points.front().y, 0.0), attributes);
-    else if (figure.IsPolyline())
-        WritePolyline(figure, attributes);
-    else
+    else if (figure.IsCircle())
+        WriteCircle(figure, attributes);
+    else if (figure.Has(SegmentKind::Curve))
         WriteSpline(figure, attributes);
+    else if (IsOneOpenArc(figure))
+        WriteArc(figure, attributes);
+    else
+        WritePolyline(figure, attributes);
+}
+
+void CDxfWriter::WriteCircle(const Figure& figure, const DL_Attributes& attributes) {
+    const ArcShape shape = CircleOf(figure);
+    m_Dxf.writeCircle(m_Stream, DL_CircleData(shape.centre.x, shape.centre.y, 0.0, shape.radius), attributes);
+}
+
+void CDxfWriter::WriteArc(const Figure& figure, const DL_Attributes& attributes) {
+    const DxfArc arc = DxfArcOf(figure);
+    m_Dxf.writeArc(m_Stream, DL_ArcData(arc.centre.x, arc.centre.y, 0.0, arc.radius, arc.startDegrees, arc.endDegrees),
+                   attributes);
 }
 
 void CDxfWriter::WritePolyline(const Figure& figure, const DL_Attributes& attributes) {
-    // The closed flag draws the last line itself.
-    std::span<const Point> points(figure.points);
-    if (figure.closed && points.size() > 2 && points.back() == points.front()) points = points.first(points.size() - 1);
-
+    DxfVerticesOf(figure, m_Vertices);
     const int flags = figure.closed ? kPolylineClosed : 0;
-    m_Dxf.writePolyline(m_Stream, DL_PolylineData(static_cast<int>(points.size()), 0, 0, flags), attributes);
-    for (const Point& point : points) m_Dxf.writeVertex(m_Stream, DL_VertexData(point.x, point.y, 0.0));
+    m_Dxf.writePolyline(m_Stream, DL_PolylineData(static_cast<int>(m_Vertices.size()), 0, 0, flags), attributes);
+    for (const DxfVertex& vertex : m_Vertices)
+        m_Dxf.writeVertex(m_Stream, DL_VertexData(vertex.point.x, vertex.point.y, 0.0, vertex.bulge));
     m_Dxf.writePolylineEnd(m_Stream);
 }
 
@@ -152,15 +170,11 @@ void CDxfWriter::WriteSpline(const Figure& figure, const DL_Attributes& attribut
         m_Points.push_back({to.x - (to.x - from.x) / 3, to.y - (to.y - from.y) / 3});
         m_Points.push_back(to);
     };
-    const Point* next = figure.points.data() + 1;
-    for (const SegmentKind kind : figure.segments) {
-        if (kind == SegmentKind::Line) {
-            addLine(*next++);
-            continue;
-        }
-        m_Points.insert(m_Points.end(), next, next + 3);
-        next += 3;
-    }
+    ForEachSection(figure, [&](const Section& section) {
+        if (section.kind == SegmentKind::Line) return addLine(section.End());
+        if (section.kind == SegmentKind::Arc) return AppendArcAsCurves(section, m_Points);
+        m_Points.insert(m_Points.end(), section.points + 1, section.points + 4);
+    });
     // A closed outline may leave a gap below the writer's tolerance; a closed spline must meet its start.
     if (figure.closed && m_Points.back() != m_Points.front()) addLine(figure.points.front());
 

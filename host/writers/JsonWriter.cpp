@@ -1,13 +1,15 @@
 // The JSON writer. Texts and the head go through nlohmann-json. The entities are streamed: a drawing of a
-// million segments as a tree of JSON values would take gigabytes. They are written section by section as they
-// stand in their entities, and not from figures: those come through the export face, which joins and
-// simplifies sections, and know neither texts nor coordinates that are no numbers.
+// million segments as a tree of JSON values would take gigabytes. Unless passes have made another drawing of them, they
+// are written section by section as they stand in their entities, and not from figures: those come through the export
+// face, which joins and simplifies sections, and know neither texts nor coordinates that are no numbers.
 #include "writers/JsonWriter.h"
 
 #include <cmath>
+#include <numbers>
+#include <optional>
 #include <span>
 
-#include "drawing/Figure.h"
+#include "drawing/Section.h"
 #include "hostout/HostModel.h"
 #include "writers/JsonText.h"
 #include "writers/ReportJson.h"
@@ -19,6 +21,21 @@ public:
     explicit CJsonWriter(COutputFile& out) : m_Out(out) {}
 
     void WriteDrawing(const Drawing& drawing) {
+        WriteHead(drawing);
+        WriteList(drawing.entities, [this](const EntityPtr& entity) { WriteEntity(*entity); });
+        m_Out.Write("\n}\n");
+    }
+
+    void WriteDrawing(const Drawing& drawing, std::span<const Figure> figures) {
+        WriteHead(drawing);
+        m_dUnit = drawing.UnitInMillimetres();
+        WriteList(figures, [this](const Figure& figure) { WriteFigure(figure); });
+        m_Out.Write("\n}\n");
+    }
+
+private:
+    // All up to the list of entities.
+    void WriteHead(const Drawing& drawing) {
         m_Out.Write("{\n  \"source\": " + JsonText(drawing.source));
         m_Out.Write(drawing.complete ? ",\n  \"dialect\": \"complete\"" : ",\n  \"dialect\": \"plain\"");
         m_Out.Write(",\n  \"hostVersion\": " + std::to_string(drawing.hostVersion));
@@ -40,11 +57,8 @@ public:
         if (drawing.report.failure) m_Out.Write(",\n  \"failure\": " + FailureJson(*drawing.report.failure));
         if (!drawing.report.leftOut.IsEmpty()) m_Out.Write(",\n  \"leftOut\": " + LeftOutJson(drawing.report.leftOut));
         m_Out.Write(",\n  \"entities\": ");
-        WriteList(drawing.entities, [this](const EntityPtr& entity) { WriteEntity(*entity); });
-        m_Out.Write("\n}\n");
     }
 
-private:
     template <class List, class WriteItem>
     void WriteList(const List& list, WriteItem writeItem) {
         m_Out.Write('[');
@@ -89,19 +103,103 @@ private:
     void WriteEntity(const CEntity& entity) {
         m_Out.Write("{ \"type\": \"");
         m_Out.Write(TypeOf(entity.GetKind()));
-        m_Out.Write("\", \"color\": [");
-        m_Out.WriteInteger(Red(entity.m_nColor));
-        m_Out.Write(',');
-        m_Out.WriteInteger(Green(entity.m_nColor));
-        m_Out.Write(',');
-        m_Out.WriteInteger(Blue(entity.m_nColor));
-        m_Out.Write(']');
+        m_Out.Write('"');
+        WriteColor(entity.m_nColor);
         if (entity.GetKind() == ENT_PLINE)
             WriteSections(static_cast<const CEntPLine&>(entity).m_Sections);
         else if (entity.GetKind() == ENT_TEXT)
             WriteTextFields(static_cast<const CEntText&>(entity));
         else if (const CSectObject* section = entity.GetSection())
             WriteFields(*section);
+        m_Out.Write(" }");
+    }
+
+    void WriteColor(std::uint32_t color) {
+        m_Out.Write(", \"color\": [");
+        m_Out.WriteInteger(Red(color));
+        m_Out.Write(',');
+        m_Out.WriteInteger(Green(color));
+        m_Out.Write(',');
+        m_Out.WriteInteger(Blue(color));
+        m_Out.Write(']');
+    }
+
+    // Of a figure, whose doubles are the products of floats and the unit where no pass has moved them.
+    void WriteNumber(double value) {
+        constexpr double kRounding = 1e-15;
+        const auto single = static_cast<float>(value);
+        if (std::fabs(single - value) <= kRounding * std::fabs(value))
+            WriteNumber(single);
+        else
+            m_Out.WriteShortest(value);
+    }
+
+    void WriteNumberMember(const char* name, double value) {
+        m_Out.Write(std::string(", \"") + name + "\": ");
+        WriteNumber(value);
+    }
+
+    void WritePoint(const Point& point) {
+        m_Out.Write('[');
+        WriteNumber(point.x / m_dUnit);
+        m_Out.Write(',');
+        WriteNumber(point.y / m_dUnit);
+        m_Out.Write(']');
+    }
+
+    void WriteFigure(const Figure& figure) {
+        const bool circle = figure.IsCircle(), point = figure.segments.empty();
+        m_Out.Write(circle ? "{ \"type\": \"circle\"" : point ? "{ \"type\": \"point\"" : "{ \"type\": \"polyline\"");
+        WriteColor(figure.color);
+        if (circle) {
+            WriteCentre(CircleOf(figure));
+        } else if (point) {
+            m_Out.Write(", \"position\": ");
+            WritePoint(figure.points.front());
+        } else {
+            m_Out.Write(figure.closed ? ", \"closed\": true, \"sections\": [" : ", \"closed\": false, \"sections\": [");
+            WriteSections(figure);
+            m_Out.Write(']');
+        }
+        m_Out.Write(" }");
+    }
+
+    void WriteCentre(const ArcShape& shape) {
+        m_Out.Write(", \"center\": ");
+        WritePoint(shape.centre);
+        WriteNumberMember("radius", shape.radius / m_dUnit);
+    }
+
+    // Neighbouring lines are one section, and neighbouring curves.
+    void WriteSections(const Figure& figure) {
+        const char* separator = "";
+        std::optional<SegmentKind> open;
+        ForEachSection(figure, [&](const Section& section) {
+            if (open != section.kind || section.kind == SegmentKind::Arc) {
+                if (open && *open != SegmentKind::Arc) m_Out.Write("] }");
+                m_Out.Write(separator);
+                separator = ", ";
+                open = section.kind;
+                if (section.kind == SegmentKind::Arc) return WriteArc(section);
+                m_Out.Write(section.kind == SegmentKind::Line ? "{ \"type\": \"line\", \"points\": ["
+                                                              : "{ \"type\": \"bezier\", \"points\": [");
+                WritePoint(section.Start());
+            }
+            for (std::size_t i = 1; i <= PointsOf(section.kind); ++i) {
+                m_Out.Write(", ");
+                WritePoint(section.points[i]);
+            }
+        });
+        if (open && *open != SegmentKind::Arc) m_Out.Write("] }");
+    }
+
+    void WriteArc(const Section& arc) {
+        constexpr double kDegrees = 180 / std::numbers::pi;
+        const ArcShape shape = ShapeOf(arc);
+        m_Out.Write("{ \"type\": \"arc\"");
+        WriteCentre(shape);
+        WriteNumberMember("start", shape.start * kDegrees);
+        WriteNumberMember("sweep", shape.sweep * kDegrees);
         m_Out.Write(" }");
     }
 
@@ -209,8 +307,13 @@ private:
     }
 
     COutputFile& m_Out;
+    double m_dUnit = 1;  // mm
 };
 
 }  // namespace
 
 void WriteJson(const Drawing& drawing, COutputFile& out) { CJsonWriter(out).WriteDrawing(drawing); }
+
+void WriteJson(const Drawing& drawing, std::span<const Figure> figures, COutputFile& out) {
+    CJsonWriter(out).WriteDrawing(drawing, figures);
+}

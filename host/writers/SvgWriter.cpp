@@ -3,14 +3,21 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
+#include <numbers>
 
+#include "drawing/Section.h"
 #include "drawing/Survey.h"
 
 namespace {
 
 // Decimals of a millimetre: a tenth of a micrometre is finer than any machine that a drawing is made for.
 constexpr int kDecimals = 4;
+
+// An arc that turns by more is written in parts: of half a circle, a last decimal of its ends or its radius would move
+// the middle by the root of that.
+constexpr double kMostSweep = std::numbers::pi * 2 / 3;
 
 constexpr double kLeastMargin = 0.5;    // mm
 constexpr double kMarginOfSize = 0.02;  // of the longer side
@@ -20,13 +27,16 @@ class CSvgWriter {
 public:
     explicit CSvgWriter(COutputFile& out) : m_Out(out) {}
 
-    void WriteHead(const CBox& box);
+    void WriteHead(const Survey& survey);
     void WriteFigure(const Figure& figure);
     void WriteEnd() { m_Out.Write("</g>\n</svg>\n"); }
 
 private:
     void WriteNumber(double value);
     void WritePoint(const Point& point);
+    void WriteStroke(const Figure& figure);
+    void WriteCircle(const Figure& circle);
+    void WriteArc(const Section& arc);
 
     COutputFile& m_Out;
 };
@@ -46,7 +56,8 @@ void CSvgWriter::WritePoint(const Point& point) {
     WriteNumber(-point.y);
 }
 
-void CSvgWriter::WriteHead(const CBox& box) {
+void CSvgWriter::WriteHead(const Survey& survey) {
+    const CBox& box = survey.box;
     const double margin = std::max(kLeastMargin, kMarginOfSize * std::max(box.Width(), box.Height()));
     const double width = box.Width() + 2 * margin;
     const double height = box.Height() + 2 * margin;
@@ -65,19 +76,55 @@ void CSvgWriter::WriteHead(const CBox& box) {
     // A stroke that doesn't grow with zoom counts its width in pixels, where a program knows such strokes;
     // elsewhere the number means millimetres. So the attribute suits a page that shows the whole drawing, and
     // browsers get a pixel.
+    m_Out.Write("\">\n<style>@supports (vector-effect: non-scaling-stroke) { path");
+    m_Out.Write(survey.circles > 0 ? ", circle" : "");
     m_Out.Write(
-        "\">\n<style>@supports (vector-effect: non-scaling-stroke) { path { stroke-width: 1px } }</style>\n"
+        " { stroke-width: 1px } }</style>\n"
         "<g fill=\"none\" stroke-linecap=\"round\" stroke-linejoin=\"round\" stroke-width=\"");
     WriteNumber(std::max(width, height) / kStrokesAcross);
     m_Out.Write("\">\n");
 }
 
-void CSvgWriter::WriteFigure(const Figure& figure) {
+void CSvgWriter::WriteStroke(const Figure& figure) {
     char color[8];
     std::snprintf(color, sizeof color, "#%02x%02x%02x", Red(figure.color), Green(figure.color), Blue(figure.color));
-    m_Out.Write("<path stroke=\"");
+    m_Out.Write(" stroke=\"");
     m_Out.Write(color);
-    m_Out.Write("\" vector-effect=\"non-scaling-stroke\" d=\"M");
+    m_Out.Write("\" vector-effect=\"non-scaling-stroke\"");
+}
+
+void CSvgWriter::WriteCircle(const Figure& circle) {
+    const ArcShape shape = CircleOf(circle);
+    m_Out.Write("<circle");
+    WriteStroke(circle);
+    m_Out.Write(" cx=\"");
+    WriteNumber(shape.centre.x);
+    m_Out.Write("\" cy=\"");
+    WriteNumber(-shape.centre.y);
+    m_Out.Write("\" r=\"");
+    WriteNumber(shape.radius);
+    m_Out.Write("\"/>\n");
+}
+
+// Counterclockwise is the direction of falling angles where y points down.
+void CSvgWriter::WriteArc(const Section& arc) {
+    const ArcShape shape = ShapeOf(arc);
+    const auto parts = static_cast<int>(std::max(1.0, std::ceil(std::fabs(shape.sweep) / kMostSweep - 1e-6)));
+    for (int i = 1; i <= parts; ++i) {
+        if (i > 1) m_Out.Write(' ');
+        WriteNumber(shape.radius);
+        m_Out.Write(' ');
+        WriteNumber(shape.radius);
+        m_Out.Write(shape.sweep > 0 ? " 0 0 0 " : " 0 0 1 ");
+        WritePoint(PointAt(arc, static_cast<double>(i) / parts));
+    }
+}
+
+void CSvgWriter::WriteFigure(const Figure& figure) {
+    if (figure.IsCircle()) return WriteCircle(figure);
+    m_Out.Write("<path");
+    WriteStroke(figure);
+    m_Out.Write(" d=\"M");
     WritePoint(figure.points.front());
     if (figure.segments.empty()) m_Out.Write(" h0");  // a dot, by its round ends
 
@@ -86,19 +133,19 @@ void CSvgWriter::WriteFigure(const Figure& figure) {
     if (figure.closed && count > 1 && figure.segments.back() == SegmentKind::Line &&
         figure.points.back() == figure.points.front())
         --count;
-    const Point* next = figure.points.data() + 1;
     char command = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        const bool curve = figure.segments[i] == SegmentKind::Curve;
-        const char wanted = curve ? 'C' : 'L';
+    ForEachSection(figure, [&](const Section& section) {
+        if (count-- == 0) return;
+        const char wanted = section.kind == SegmentKind::Line ? 'L' : section.kind == SegmentKind::Curve ? 'C' : 'A';
         m_Out.Write(' ');
         if (wanted != command) m_Out.Write(wanted);
         command = wanted;
-        for (int n = curve ? 3 : 1; n > 0; --n) {
-            WritePoint(*next++);
-            if (n > 1) m_Out.Write(' ');
+        if (wanted == 'A') return WriteArc(section);
+        for (std::size_t i = 1; i <= PointsOf(section.kind); ++i) {
+            if (i > 1) m_Out.Write(' ');
+            WritePoint(section.points[i]);
         }
-    }
+    });
     m_Out.Write(figure.closed ? " Z\"/>\n" : "\"/>\n");
 }
 
@@ -106,7 +153,7 @@ void CSvgWriter::WriteFigure(const Figure& figure) {
 
 void WriteSvg(std::span<const Figure> figures, COutputFile& out) {
     CSvgWriter writer(out);
-    writer.WriteHead(Measure(figures).box);
+    writer.WriteHead(Measure(figures));
     for (const Figure& figure : figures) writer.WriteFigure(figure);
     writer.WriteEnd();
 }

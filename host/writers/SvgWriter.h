@@ -1,4 +1,4 @@
-// SVG: one path for each figure, in millimetres, for browsers and drawing programs.
+// SVG: one path or circle for each figure, in millimetres, for browsers and drawing programs.
 #pragma once
 
 #include <span>

@@ -24,6 +24,7 @@ import xml.etree.ElementTree as ElementTree
 from pathlib import Path
 
 import ezdxf
+import ezdxf.math
 
 PROGRAM = Path()
 EXAMPLES = Path()
@@ -107,6 +108,8 @@ class Arguments(CliTest):
             ["-f", "png", drawing],
             ["--lang", "fr", drawing],
             ["--curves", "arcs", drawing],
+            ["--arc-tolerance", "0", drawing],
+            ["--dxf", "r14", drawing],
             ["-j", "0", drawing],
             ["-j", "many", drawing],
             ["--timeout", "-1", drawing],
@@ -715,6 +718,121 @@ class Dxf(CliTest):
 
     def test_an_empty_drawing(self):
         self.assertEqual(len(self.convert(self.file("")).modelspace()), 0)
+
+
+class Arcs(CliTest):
+    """--curves arc, in all formats, and the old form of DXF."""
+
+    # A circle, a slot of lines and half circles, one open arc, a curve that is no arc.
+    BODY = ("100 100 50 0 360 arc closepath stroke\n"
+            "200 100 20 90 270 arc 300 100 20 270 90 arc closepath stroke\n"
+            "100 300 30 10 120 arc stroke\n100 300 40 120 10 arcn stroke\n" + CURVE)
+    # What R12 knows: names of records, and group codes.
+    R12_RECORDS = {"SECTION", "ENDSEC", "TABLE", "ENDTAB", "LTYPE", "LAYER", "EOF", "POINT", "LINE", "ARC", "CIRCLE",
+                   "POLYLINE", "VERTEX", "SEQEND"}
+    R12_CODES = {0, 1, 2, 3, 6, 8, 9, 10, 11, 20, 21, 30, 31, 40, 42, 50, 51, 62, 66, 70, 72, 73}
+
+    def drawings(self):
+        return [self.file(self.BODY, "arcs.eps"), *sorted(EXAMPLES.glob("*.eps"))]
+
+    def test_json_has_the_drawing_of_the_passes(self):
+        circle, slot, arc, back, _ = self.import_json(self.BODY, "--curves", "arc")["entities"]
+        self.assertEqual((circle["type"], circle["color"]), ("circle", [0, 0, 0]))
+        for value, expected in zip((*circle["center"], circle["radius"]), (100, 100, 50)):
+            self.assertAlmostEqual(value, expected / MM, places=4)
+        self.assertEqual([s["type"] for s in slot["sections"]], ["arc", "line", "arc", "line"])
+        self.assertTrue(slot["closed"])
+        for entity, sweep in ((arc, 110), (back, -110)):
+            self.assertEqual([s["type"] for s in entity["sections"]], ["arc"])
+            self.assertAlmostEqual(entity["sections"][0]["sweep"], sweep, places=3)
+        old = self.import_json(self.BODY, "--curves", "arc", "--host-version", "4")["entities"][0]
+        self.assertAlmostEqual(old["radius"], 40 * circle["radius"], places=3)
+
+    def test_svg_has_circles_and_arcs(self):
+        svg = self.run_it(self.file(self.BODY), "-f", "svg", "--curves", "arc").out.decode()
+        self.assertEqual(svg.count("<circle "), 1)
+        self.assertNotIn(" C", svg)
+        self.assertIn(" A", svg)
+        for eps in self.drawings():
+            self.assertEqual(self.run_it(eps, "--curves", "arc", "-o", "out.svg").status, 0)
+            subprocess.run(["rsvg-convert", "out.svg", "-o", "out.png"], cwd=self.dir, check=True)
+
+    def test_dxf_has_every_arc_where_json_has_it(self):
+        for form, polyline in (("r2000", "LWPOLYLINE"), ("r12", "POLYLINE")):
+            for eps in self.drawings():
+                with self.subTest(form=form, eps=eps.name):
+                    entities = self.run_it(eps, "--curves", "arc").json["entities"]
+                    run = self.run_it(eps, "--curves", "arc", "--dxf", form, "-o", "out.dxf")
+                    self.assertEqual(run.status, 0, run.err)
+                    document = ezdxf.readfile(self.dir / "out.dxf")
+                    audit = document.audit()
+                    self.assertEqual([e.message for e in audit.errors + audit.fixes], [])
+                    found = list(document.modelspace())
+                    self.assertEqual(len(found), len(entities))
+                    for entity, dxf in zip(entities, found):
+                        self.compare(entity, dxf, polyline)
+
+    def compare(self, entity, dxf, polyline):
+        if entity["type"] == "circle":
+            self.assertEqual(dxf.dxftype(), "CIRCLE")
+            self.near((*dxf.dxf.center.vec2, dxf.dxf.radius), (*entity["center"], entity["radius"]))
+            return
+        parts = []
+        for section in entity["sections"]:
+            points = section.get("points", ())
+            parts += [None] * (len(points) - 1) if points else [section]
+        if len(parts) == 1 and parts[0] and not entity["closed"]:
+            arc = parts[0]
+            ends = sorted((arc["start"], arc["start"] + arc["sweep"]))
+            self.assertEqual(dxf.dxftype(), "ARC")
+            self.near((*dxf.dxf.center.vec2, dxf.dxf.radius), (*arc["center"], arc["radius"]))
+            for angle, expected in zip((dxf.dxf.start_angle, dxf.dxf.end_angle), ends):
+                self.assertAlmostEqual(math.remainder(angle - expected, 360), 0, places=6)
+            return
+        if len(parts) == 1 and polyline == "POLYLINE" and not entity["closed"]:
+            self.assertEqual(dxf.dxftype(), "LINE")
+            return
+        self.assertEqual(dxf.dxftype(), polyline)
+        if polyline == "POLYLINE":
+            vertices = [(*v.dxf.location.vec2, v.dxf.bulge) for v in dxf.vertices]
+            closed = dxf.is_closed
+        else:
+            vertices, closed = dxf.get_points("xyb"), dxf.closed
+        self.assertEqual(closed, entity["closed"])
+        ends = vertices[1:] + vertices[:1]
+        for part, vertex, end in zip(parts, vertices, ends):
+            if part is None:
+                self.assertEqual(vertex[2], 0)
+                continue
+            center, start, stop, radius = ezdxf.math.bulge_to_arc(vertex[:2], end[:2], vertex[2])
+            # Of a flat arc the centre is lost in the rounding of its ends; what counts is where it runs.
+            middle = (start + stop + (math.tau if stop < start else 0)) / 2
+            half = math.radians(part["start"] + part["sweep"] / 2)
+            self.near((center.x + radius * math.cos(middle), center.y + radius * math.sin(middle)),
+                      (part["center"][0] + part["radius"] * math.cos(half),
+                       part["center"][1] + part["radius"] * math.sin(half)))
+
+    def near(self, found, expected):
+        for one, other in zip(found, expected):
+            self.assertAlmostEqual(one, other, delta=1e-5)
+
+    def test_r12_holds_nothing_newer(self):
+        for options in ((), ("--curves", "polyline")):
+            for eps in self.drawings():
+                run = self.run_it(eps, "--dxf", "r12", "-f", "dxf", *options)
+                self.assertEqual(run.status, 0, run.err)
+                lines = run.out.decode("ascii").split("\n")
+                codes, values = [int(code) for code in lines[:-1:2]], lines[1::2]
+                self.assertLessEqual(set(codes), self.R12_CODES)
+                self.assertLessEqual({v for c, v in zip(codes, values) if c == 0}, self.R12_RECORDS)
+                self.assertEqual(values[codes.index(1)], "AC1009")
+                names = {v for c, v in zip(codes, values) if c == 8}
+                self.assertTrue(all(re.fullmatch("[A-Z0-9_-]{1,31}", name) for name in names), names)
+
+    def test_r12_refuses_splines(self):
+        run = self.run_it(self.file(LINE), "--dxf", "r12", "--curves", "spline", "-f", "dxf")
+        self.assertEqual((run.status, run.out), (2, b""))
+        self.assertIn("--curves arc", run.err)
 
 
 class Readme(CliTest):

@@ -9,14 +9,15 @@ _epsimport() {
         -o | --output | --report) _filedir; return ;;
         -f | --format) COMPREPLY=($(compgen -W "json svg dxf none" -- "$cur")); return ;;
         --lang) COMPREPLY=($(compgen -W "zh en" -- "$cur")); return ;;
-        --curves) COMPREPLY=($(compgen -W "spline polyline" -- "$cur")); return ;;
+        --curves) COMPREPLY=($(compgen -W "spline arc polyline" -- "$cur")); return ;;
+        --dxf) COMPREPLY=($(compgen -W "r2000 r12" -- "$cur")); return ;;
         -j | --jobs) COMPREPLY=($(compgen -W "$(seq "$(nproc)")" -- "$cur")); return ;;
-        -t | --tolerance | --host-version | --flatness | --timeout | --memory) return ;;
+        -t | --tolerance | --host-version | --flatness | --arc-tolerance | --timeout | --memory) return ;;
     esac
 
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "-o --output -f --format -t --tolerance --no-fill-outline --host-version --info --complete
-            --lang --curves --flatness --report -j --jobs --timeout --memory --allow-file-access -q --quiet -h --help
+            --lang --curves --flatness --arc-tolerance --dxf --report -j --jobs --timeout --memory --allow-file-access -q --quiet -h --help
             -V --version" -- "$cur"))
     else
         _filedir '@(eps|epsf|epsi|ps)'

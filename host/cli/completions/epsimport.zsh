@@ -10,8 +10,10 @@ _arguments -s -S \
     "--info[report the file's header comments]" \
     "--complete[import with all of PostScript's operators]" \
     '--lang[language of the texts of the import]:language:(zh en)' \
-    '--curves[how curves are written in DXF and SVG]:kind:(spline polyline)' \
-    '--flatness[tolerance of --curves polyline]:mm:' \
+    '--curves[how curves are written in DXF and SVG]:kind:(spline arc polyline)' \
+    '--flatness[tolerance of lines and of chains of arcs]:mm:' \
+    '--arc-tolerance[tolerance of one arc for a curve]:mm:' \
+    '--dxf[form of DXF]:form:(r2000 r12)' \
     '--report[file for a line of JSON for each input]:file:_files' \
     '(-j --jobs)'{-j,--jobs}'[files imported at the same time]:number:' \
     '--timeout[end each import after this time]:seconds:' \
