@@ -13,7 +13,7 @@ inline Point operator-(const Point& a, const Point& b) { return {a.x - b.x, a.y 
 inline Point operator*(double factor, const Point& a) { return {factor * a.x, factor * a.y}; }
 inline double Dot(const Point& a, const Point& b) { return a.x * b.x + a.y * b.y; }
 inline double Cross(const Point& a, const Point& b) { return a.x * b.y - a.y * b.x; }
-inline double Norm(const Point& a) { return std::hypot(a.x, a.y); }
+inline double Norm(const Point& a) { return std::sqrt(Dot(a, a)); }
 inline double Distance(const Point& a, const Point& b) { return Norm(b - a); }
 inline Point Direction(double angle) { return {std::cos(angle), std::sin(angle)}; }
 inline double Angle(const Point& a) { return std::atan2(a.y, a.x); }
