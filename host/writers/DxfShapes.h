@@ -23,6 +23,6 @@ struct DxfArc {
 bool IsOneOpenArc(const Figure& figure);
 DxfArc DxfArcOf(const Figure& figure);
 
-// The vertices of a figure, without the last one of a closed figure that ends where it starts: the closed flag draws the
-// section to the first.
+// The vertices of a figure, without the last one of a closed figure that ends where it starts: the closed flag draws
+// the section to the first.
 void DxfVerticesOf(const Figure& figure, std::vector<DxfVertex>& vertices);

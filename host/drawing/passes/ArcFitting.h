@@ -11,8 +11,8 @@
 // that nowhere leaves its start that far.
 bool IsStraight(const Point* curve);
 
-// What the arc turns that the curve has the form of: its control polygon is symmetric, and its handles are
-// 4/3 tan(sweep / 4) radii long, the length at which a Bézier curve meets the arc halfway. At most a quarter of a circle,
+// What the arc turns that the curve has the form of: its control polygon is symmetric, and its handles are 4/3
+// tan(sweep / 4) radii long, the length at which a Bézier curve meets the arc halfway. At most a quarter of a circle,
 // of which such a curve lies up to 0.00027 radii off; one that turns farther is an arc only by its distance.
 std::optional<double> SweepOfArcForm(const Point* curve);
 

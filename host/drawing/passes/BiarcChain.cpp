@@ -1,7 +1,7 @@
-// A biarc is two arcs that meet with one tangent and have given ends and end tangents. There is one for every point of
-// a circle through the ends where they may meet; here they meet on the curve, so that each arc follows the stretch of it
-// between its own ends. From the start of the curve each biarc takes the longest stretch that it can follow, found by
-// trial, from the length of the one before.
+// A biarc is two arcs that meet with one tangent and have given ends and end tangents. There is one for every point
+// of a circle through the ends where they may meet; here they meet on the curve, so that each arc follows the stretch
+// of it between its own ends. From the start of the curve each biarc takes the longest stretch that it can follow,
+// found by trial, from the length of the one before.
 #include "drawing/passes/BiarcChain.h"
 
 #include <algorithm>
@@ -182,10 +182,10 @@ std::optional<Biarc> CBiarcChain::Follow(const Node& from, const Node& to) const
     return biarc;
 }
 
-// The point of the curve between the nodes where two arcs that begin and end with their tangents meet with one tangent.
-// An arc that leaves `from` comes to J turned as far beyond the direction to J as that is from its tangent; the same
-// holds of the arc from J backwards. Both must agree, up to an angle whose sine is looked at here: it has opposite signs
-// at the two ends of the stretch.
+// The point of the curve between the nodes where two arcs that begin and end with their tangents meet with one
+// tangent. An arc that leaves `from` comes to J turned as far beyond the direction to J as that is from its tangent;
+// the same holds of the arc from J backwards. Both must agree, up to an angle whose sine is looked at here: it has
+// opposite signs at the two ends of the stretch.
 std::optional<Point> CBiarcChain::JointBetween(const Node& from, const Node& to, double& t) const {
     const auto kink = [&](double at) {
         const Point joint = PointAt(Curve(), at);

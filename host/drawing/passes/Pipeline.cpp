@@ -1,5 +1,5 @@
-// The order: colours that are left out, doubles, joining, arcs, scale and origin. What is left out can't cover anything,
-// what is drawn twice would meet its double at each end, and an arc is best recognised in a whole contour.
+// The order: colours that are left out, doubles, joining, arcs, scale and origin. What is left out can't cover
+// anything, what is drawn twice would meet its double at each end, and an arc is best recognised in a whole contour.
 #include "drawing/passes/Pipeline.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
-// Each figure is taken apart into pieces: lines, arcs and other curves. Arcs are merged, then the figure is written anew.
-// An arc that was recognised by its distance leaves its ends in other directions than the curve did: it yields to a
-// chain of arcs where that would bend a joint that is smooth in the drawing.
+// Each figure is taken apart into pieces: lines, arcs and other curves. Arcs are merged, then the figure is written
+// anew. An arc that was recognised by its distance leaves its ends in other directions than the curve did: it yields
+// to a chain of arcs where that would bend a joint that is smooth in the drawing.
 #include "drawing/passes/RecogniseArcs.h"
 
 #include <algorithm>
