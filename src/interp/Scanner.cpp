@@ -115,7 +115,6 @@ bool IsIdle(std::string_view token) {
 void CFilterEPS::ReportTail(Lexeme open, std::string_view text, std::int64_t lastComment) {
     CFileBody* body = m_Input.Get();
     if (open == Lexeme::end || !body || !m_pCurrentFile->m_Body.SameBody(m_Input)) return;
-    tagInputPlace place = body->ScanPlace(m_nSectionStart);
     std::string token;
     RunTail tail = RT_TOKEN;
     switch (open) {
@@ -139,11 +138,13 @@ void CFilterEPS::ReportTail(Lexeme open, std::string_view text, std::int64_t las
         case Lexeme::comment:
             if (!IsProgramNext()) return;
             tail = RT_ENDCOMMENT;
-            place = body->PlaceOf(m_nSectionStart, lastComment);
             break;
         default:
             return;
     }
+    // Looking for a place reads the file anew: only when there is something to tell.
+    const tagInputPlace place =
+        tail == RT_ENDCOMMENT ? body->PlaceOf(m_nSectionStart, lastComment) : body->ScanPlace(m_nSectionStart);
     m_Report.nTail = tail;
     m_Report.strTail = std::move(token);
     m_Report.nTailLine = place.nLine;
