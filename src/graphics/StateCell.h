@@ -84,13 +84,8 @@ private:
     std::vector<CBody*> m_Bodies;  ///< all storage of the element
 };
 
-/// One composite parameter of a graphics state: an element that the state owns, or nothing.
-///
-/// The program may have references into an element that it gave (setdash) or got (currentdash): then it is
-/// this cell's own. As long as it has none, the cell only shares a snapshot, and takes an element of its own
-/// from it when the program asks. A copy of the cell is a deep copy by its effect, but it shares a snapshot
-/// in any case: the one made of an own element serves for later copies, too, until something reachable from
-/// the element changes (g_nSnapshotEpoch).
+/// One composite parameter of a graphics state: an element of its own that the program may know, or a snapshot that it
+/// shares with other cells, or nothing. A copy of a cell is a deep copy by its effect. docs/architecture.md has a drawing.
 class CStateCell {
 public:
     CStateCell() noexcept = default;
