@@ -117,7 +117,11 @@ std::string RemedyOf(const Options& options, const Drawing& drawing) {
 std::vector<std::string> WarningsOf(const Drawing& drawing) {
     std::vector<std::string> warnings;
     if (const std::string tail = TailText(drawing.report); !tail.empty()) warnings.push_back("warning: " + tail);
-    if (!drawing.report.leftOut.IsEmpty()) warnings.push_back("not drawn: " + LeftOutText(drawing.report.leftOut));
+    const tagLeftOut& leftOut = drawing.report.leftOut;
+    if (const std::string text = LeftOutText(leftOut); !text.empty()) warnings.push_back("not drawn: " + text);
+    if (leftOut.nClips > 0)
+        warnings.push_back("not clipped: " + CountText(static_cast<std::uint64_t>(leftOut.nClips), "clip", "clips") +
+                           " would have cut the drawing");
     return warnings;
 }
 

@@ -14,5 +14,7 @@ std::string LeftOutJson(const tagLeftOut& leftOut) {
     text += "], \"images\": " + std::to_string(leftOut.nImages);
     text += ", \"shadings\": " + std::to_string(leftOut.nShadings);
     text += ", \"patterns\": " + std::to_string(leftOut.nPatterns);
-    return text + ", \"points\": " + std::to_string(leftOut.nPoints) + " }";
+    text += ", \"points\": " + std::to_string(leftOut.nPoints);
+    if (leftOut.nClips > 0) text += ", \"clips\": " + std::to_string(leftOut.nClips);  // only one dialect has clips
+    return text + " }";
 }

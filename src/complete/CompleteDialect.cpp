@@ -1,14 +1,28 @@
 // What the dialect offers, and what it adds to the start-up dictionaries.
 #include "complete/CompleteDialect.h"
 
+#include <limits>
+
+#include "complete/ClipOperators.h"
 #include "complete/ErrorOperators.h"
 #include "complete/KeptOperands.h"
+#include "complete/PaintOperators.h"
+#include "complete/PathOperators.h"
+#include "complete/PatternOperators.h"
 #include "complete/SystemOperators.h"
+#include "complete/UserPathOperators.h"
 
 std::span<const OpTable* const> CCompleteDialect::OperatorTables() const {
     // Operators of this room first; behind them the operators of the chain that need help to leave their operands.
-    static constexpr const OpTable* tables[] = {&kCompleteErrorOperators, &kCompleteSystemOperators, &kKeptOperands};
+    static constexpr const OpTable* tables[] = {
+        &kCompletePathOperators,    &kCompletePaintOperators, &kClipOperators,           &kUserPathOperators,
+        &kCompletePatternOperators, &kCompleteErrorOperators, &kCompleteSystemOperators, &kKeptOperands};
     return tables;
 }
 
-void CCompleteDialect::FinishStartup(CFilterEPS& m) { BuildErrorHandlers(m); }
+std::int32_t CCompleteDialect::PathLimit() const { return std::numeric_limits<std::int32_t>::max(); }
+
+void CCompleteDialect::FinishStartup(CFilterEPS& m) {
+    BuildErrorHandlers(m);
+    InitLineParameters(*m.GetCurrentGState());
+}

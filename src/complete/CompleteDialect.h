@@ -5,6 +5,7 @@
 
 #include <optional>
 
+#include "complete/ClipOperators.h"
 #include "interp/Dialect.h"
 #include "interp/FilterEPS.h"
 
@@ -15,6 +16,8 @@ enum class WayOut {
     exit,  ///< to the nearest loop
     quit,  ///< to the end of the run
 };
+
+struct PatternProbe;
 
 class CCompleteDialect final : public CDialect {
 public:
@@ -32,6 +35,7 @@ public:
     [[nodiscard]] int OnError(CFilterEPS& m, const CName* running) override;
     [[nodiscard]] bool TakeExit(CFilterEPS&) override { return Take(WayOut::exit); }
     void ForgetError(CFilterEPS&) override { m_WayOut = WayOut::none; }
+    [[nodiscard]] std::int32_t PathLimit() const override;
 
     /// Starts on a way out: what an operator answers then.
     [[nodiscard]] static int Leave(CFilterEPS& m, WayOut way) noexcept {
@@ -41,15 +45,25 @@ public:
     }
     /// Whether what answered -1 was on that way, which ends here.
     [[nodiscard]] bool Take(WayOut way) noexcept;
+    /// The page, in units of default user space: where the clip begins.
+    [[nodiscard]] const geometry::Box& Page() const noexcept { return m_Page; }
+    void SetPage(const geometry::Box& page) noexcept { m_Page = page; }
+    /// Where a pattern's procedure leaves the colour that it paints with; null while none is asked for its colour.
+    [[nodiscard]] PatternProbe* Probe() const noexcept { return m_pProbe; }
+    void SetProbe(PatternProbe* probe) noexcept { m_pProbe = probe; }
     /// Milliseconds as `usertime` and `realtime` tell them: a count of how often they were asked, so that a file draws
     /// the same on every run.
     [[nodiscard]] std::int32_t NextMillisecond() noexcept { return m_nMilliseconds++; }
 
 private:
+    /// FindProgram, but for what the program's comments tell.
+    [[nodiscard]] int EnterProgram(CFilterEPS& m, const CFileElement& file);
     [[nodiscard]] int EndStoppedRun(CFilterEPS& m);
 
     WayOut m_WayOut = WayOut::none;
     std::optional<tagRunFailure> m_Failure;  ///< of the last error, whether or not it was caught
     bool m_bMetEnd = false;                  ///< the scanner has passed a line that begins with %%EOF
     std::int32_t m_nMilliseconds = 0;
+    geometry::Box m_Page = DEFAULT_PAGE;
+    PatternProbe* m_pProbe = nullptr;
 };

@@ -67,14 +67,20 @@ bool HasLaterEndComment(const CFileElement& file) {
 int CCompleteDialect::FindProgram(CFilterEPS& m) {
     const CFileElement* file = m.m_pCurrentFile.get();
     if (!file) return m.Fail(PSERR_FORMAT);
+    if (EnterProgram(m, *file) != 1) return -1;
+    m_Page = ReadPage(*file);
+    return 1;
+}
+
+int CCompleteDialect::EnterProgram(CFilterEPS& m, const CFileElement& file) {
     std::string head(HEAD_SIZE, '\0');
     unsigned count = 0;
-    if (file->ReadBlock(head.data(), HEAD_SIZE, &count) < 0) return m.Fail(PSERR_IO);
+    if (file.ReadBlock(head.data(), HEAD_SIZE, &count) < 0) return m.Fail(PSERR_IO);
     head.resize(count);
-    if (file->SetPosition(0) != 1) return m.Fail(PSERR_IO);
+    if (file.SetPosition(0) != 1) return m.Fail(PSERR_IO);
     const std::size_t start = FindProgramStart(head);
     if (start == std::string::npos) return CDialect::FindProgram(m);  // the binary header, or none of ours
-    return file->SetPosition(static_cast<std::int64_t>(start)) == 1 ? 1 : m.Fail(PSERR_IO);
+    return file.SetPosition(static_cast<std::int64_t>(start)) == 1 ? 1 : m.Fail(PSERR_IO);
 }
 
 int CCompleteDialect::ScanFile(CFilterEPS& m) {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "graphics/DeviceParameters.h"
 #include "graphics/PathStore.h"
@@ -13,6 +14,9 @@
 #include "objects/Body.h"
 #include "objects/Dictionary.h"
 #include "objects/Pooled.h"
+
+/// What a dialect with clips has of the current one. Only that dialect knows what is in it.
+struct tagClip;
 
 /// Kinds of colour space.
 enum ColorKind : std::int32_t { COLOR_GRAY = 0, COLOR_RGB = 1, COLOR_CMYK = 2, COLOR_PATTERN = 3 };
@@ -39,6 +43,7 @@ public:
     float m_fCMYK[4] = {};
     double m_CTM[9] = {1, 0, 0, 0, 1, 0, 0, 0, 1};  ///< user space to device space, whose unit is 1/72 inch
     CPath m_Path;                                   ///< host units
+    std::shared_ptr<const tagClip> m_pClip;         ///< null at the start, and where the dialect has no clips
 
 protected:
     CStateCell m_pDash;        ///< empty: an empty array that no program knows yet

@@ -18,7 +18,8 @@ CPath::CPath(const CPath& other) noexcept
       m_nLimit(other.m_nLimit),
       m_nDropped(other.m_nDropped),
       m_nSubpathRecords(other.m_nSubpathRecords),
-      m_nLastMove(other.m_nLastMove) {
+      m_nLastMove(other.m_nLastMove),
+      m_nFlattened(other.m_nFlattened) {
     if (m_nCount > 0) m_pBlock = other.m_pBlock;
 }
 
@@ -29,6 +30,7 @@ CPath& CPath::operator=(CPath other) noexcept {
     m_nDropped = other.m_nDropped;
     m_nSubpathRecords = other.m_nSubpathRecords;
     m_nLastMove = other.m_nLastMove;
+    m_nFlattened = other.m_nFlattened;
     return *this;
 }
 
@@ -38,6 +40,7 @@ void CPath::Clear() noexcept {
     m_nDropped = 0;
     m_nSubpathRecords = 0;
     m_nLastMove = -1;
+    m_nFlattened = 0;
 }
 
 void CPath::Append(const point_2d& point, std::uint16_t letter) {

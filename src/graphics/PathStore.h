@@ -42,6 +42,10 @@ public:
     [[nodiscard]] std::int32_t GetCount() const noexcept { return m_nCount; }
     /// The most records that the path and its copies take from now on.
     void SetLimit(std::int32_t records) noexcept { m_nLimit = records; }
+    /// Says that the curves among the records so far count as flattened, until the path is emptied.
+    void MarkFlattened() noexcept { m_nFlattened = m_nCount; }
+    /// The records that are.
+    [[nodiscard]] std::int32_t CountFlattened() const noexcept { return m_nFlattened; }
     /// Points that did not fit since the path was empty.
     [[nodiscard]] std::int32_t CountDropped() const noexcept { return m_nDropped; }
     /// The record at an index from 0 to below GetCount.
@@ -68,4 +72,5 @@ private:
     // Kept along, so that no closepath walks back over the path.
     std::int32_t m_nSubpathRecords = 0;
     std::int32_t m_nLastMove = -1;  ///< index of the last 'm'
+    std::int32_t m_nFlattened = 0;  ///< records whose curves count as flattened
 };

@@ -44,9 +44,10 @@ struct tagLeftOut {
     std::int64_t nShadings = 0;
     std::int64_t nPatterns = 0;  ///< areas filled with a pattern
     std::int64_t nPoints = 0;    ///< path points beyond the limit
+    std::int64_t nClips = 0;     ///< clips that would have cut something off
 
     [[nodiscard]] bool IsEmpty() const noexcept {
-        return nTexts == 0 && nImages == 0 && nShadings == 0 && nPatterns == 0 && nPoints == 0;
+        return nTexts == 0 && nImages == 0 && nShadings == 0 && nPatterns == 0 && nPoints == 0 && nClips == 0;
     }
 };
 
