@@ -117,15 +117,18 @@ int OpRectstroke(CFilterEPS& m) {
 // Departure: one outline in one colour, for what is a transition between many.
 int OpShfill(CFilterEPS& m) {
     Operands in(m);
-    const CDictionary* shading = in.Dict(0);
+    const CDictionary* operand = in.Dict(0);
     if (!in) return -1;
+    const ElementPtr kept = operand->Clone();  // a colour space's procedure may take the operand away
+    const auto* shading = static_cast<const CDictionary*>(kept.get());
+    const int depth = m.m_OperandStack.GetCount();
     RgbColor color;
     bool isKnown = false;
     if (FindShadingColor(m, *shading, color, isKnown) != 1) return -1;
     std::vector<double> box;
     const CElement* bounds = shading->GetValue("BBox");
     const bool hasBox = bounds && ReadNumbers(*bounds, box) == PSERR_NONE && box.size() == 4;
-    m.Drop(1);
+    if (m.m_OperandStack.GetCount() == depth) m.Drop(1);
     const CGStateScope scope(m);
     m.NewPath();
     if (hasBox) {

@@ -2,7 +2,7 @@
 #include "complete/PathOperators.h"
 
 #include <algorithm>
-#include <initializer_list>
+#include <tuple>
 
 #include "complete/PathBridge.h"
 #include "graphics/GraphState.h"
@@ -54,15 +54,9 @@ int OpStrokepath(CFilterEPS& m) {
 
 // -  pathbbox  llx lly urx ury               nocurrentpoint
 int OpPathbbox(CFilterEPS& m) {
-    const auto box = geometry::FindBounds(SeePath(m));
-    if (!box) return m.Fail(PSERR_NOCURRENTPOINT);
-    const auto low = point_2d{static_cast<float>(box->left), static_cast<float>(box->bottom)};
-    const auto high = point_2d{static_cast<float>(box->right), static_cast<float>(box->top)};
-    point_2d corners[4] = {low, {high.x, low.y}, high, {low.x, high.y}};
-    m.HostToUser(4, corners);
-    const auto [left, right] = std::minmax({corners[0].x, corners[1].x, corners[2].x, corners[3].x});
-    const auto [bottom, top] = std::minmax({corners[0].y, corners[1].y, corners[2].y, corners[3].y});
-    for (const float side : {left, bottom, right, top}) m.PushReal(side);
+    float box[4];
+    if (!FindUserBox(m, SeePath(m), box)) return m.Fail(PSERR_NOCURRENTPOINT);
+    for (const float side : box) m.PushReal(side);
     return 1;
 }
 
@@ -90,6 +84,7 @@ int OpCharpath(CFilterEPS& m) {
         return -1;
     }
     Operands width(m);
+    width.Any(3);  // a glyph's procedure may have taken more than it was given
     double end[2] = {current.x + width.Real(1), current.y + width.Real(0)};
     if (!width) return -1;
     m.Drop(4);
@@ -117,6 +112,18 @@ constexpr OpRow kRows[] = {
 }  // namespace
 
 constinit const OpTable kCompletePathOperators{kRows};
+
+bool FindUserBox(const CFilterEPS& m, const geometry::Path& path, float box[4]) {
+    const auto bounds = geometry::FindBounds(path);
+    if (!bounds) return false;
+    const auto low = point_2d{static_cast<float>(bounds->left), static_cast<float>(bounds->bottom)};
+    const auto high = point_2d{static_cast<float>(bounds->right), static_cast<float>(bounds->top)};
+    point_2d corners[4] = {low, {high.x, low.y}, high, {low.x, high.y}};
+    m.HostToUser(4, corners);
+    std::tie(box[0], box[2]) = std::minmax({corners[0].x, corners[1].x, corners[2].x, corners[3].x});
+    std::tie(box[1], box[3]) = std::minmax({corners[0].y, corners[1].y, corners[2].y, corners[3].y});
+    return true;
+}
 
 void InitLineParameters(CGraphState& state) noexcept {
     const geometry::StrokeStyle start;

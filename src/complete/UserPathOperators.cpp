@@ -43,10 +43,13 @@ int RunEncoded(CFilterEPS& m, const CElement& data, const CStringElement& operat
     }
 }
 
-/// Appends the user path at a depth of the operand stack, which an earlier read has shown to be an array, to the current
-/// path. What it leaves on the stacks goes.
+/// Appends the user path at a depth of the operand stack to the current path. What it leaves on the stacks goes; what
+/// stood there must stay. PSERR_STACKUNDERFLOW, PSERR_TYPECHECK, PSERR_RANGE.
 int RunUserPath(CFilterEPS& m, int depth) {
-    const ElementPtr kept = m.m_OperandStack.AtFromTop(depth)->Clone();
+    Operands in(m);
+    const CArrayElement* operand = in.AnyArray(depth);
+    if (!in) return -1;
+    const ElementPtr kept = operand->Clone();
     const auto& path = static_cast<const CArrayElement&>(*kept);
     const int operands = m.m_OperandStack.GetCount();
     const int dicts = m.m_DictStack.GetCount();
@@ -60,8 +63,10 @@ int RunUserPath(CFilterEPS& m, int depth) {
         result = m.ExecuteProcedure(&path);
         while (m.m_DictStack.GetCount() > dicts) m.m_DictStack.Pop();
     }
-    if (result == 1) m.Drop(std::max(m.m_OperandStack.GetCount() - operands, 0));
-    return result;
+    if (result != 1) return -1;
+    if (m.m_OperandStack.GetCount() < operands) return m.Fail(PSERR_STACKUNDERFLOW);
+    m.Drop(m.m_OperandStack.GetCount() - operands);
+    return 1;
 }
 
 /// A user path, and a matrix above it if there is one.
@@ -136,7 +141,9 @@ int OpUpath(CFilterEPS& m) {
     const bool cached = in.Bool(0);
     if (!in) return -1;
     const geometry::Path path = SeePath(m);
-    if (path.IsEmpty()) return m.Fail(PSERR_NOCURRENTPOINT);
+    float box[4];
+    if (!FindUserBox(m, path, box)) return m.Fail(PSERR_NOCURRENTPOINT);
+    m.Drop(1);
     std::vector<ElementPtr> body;
     const auto addName = [&body](std::string_view name) {
         auto element = MakeElement<CSimpElement>(name);
@@ -144,9 +151,7 @@ int OpUpath(CFilterEPS& m) {
         body.push_back(std::move(element));
     };
     if (cached) addName("ucache");
-    if (m.ExecuteOperator("pathbbox") != 1) return -1;
-    for (int depth = 3; depth >= 0; --depth) body.push_back(m.m_OperandStack.AtFromTop(depth)->Clone());
-    m.Drop(5);
+    for (const float side : box) body.push_back(NewReal(side));
     addName("setbbox");
     path.Walk([&](const geometry::Segment& segment) {
         constexpr std::string_view names[] = {"moveto", "lineto", "curveto", "closepath"};

@@ -112,8 +112,11 @@ TEST(CompletePathTest, Insideness) {
     CheckStacks(
         {
             {"points", "0 0 moveto 9 0 lineto 9 9 lineto 8 1 infill 1 8 infill", "true false"},
-            {"by the even-odd rule", "0 0 9 9 2 {4 copy rectappend} repeat 4 {pop} repeat", "0 0 9 9 0 0 9 9",
-             PSERR_UNDEFINED},
+            {"by the even-odd rule",
+             "0 0 moveto 9 0 lineto 9 9 lineto 0 9 lineto closepath 2 2 moveto 7 2 lineto 7 7 lineto 2 7 lineto "
+             "closepath "
+             "4 4 infill 4 4 ineofill 1 1 ineofill",
+             "true false true"},
             {"of a user path", "4 4 {0 0 9 9 setbbox 0 0 moveto 9 0 lineto 9 9 lineto 0 9 lineto} inufill", "true"},
             {"a path as aperture",
              "0 0 moveto 9 0 lineto 9 9 lineto {0 7 2 9 setbbox 0 7 moveto 2 7 lineto 2 9 lineto} infill", "false"},

@@ -5,8 +5,10 @@
 #include <random>
 #include <string>
 
+#include "complete/CompleteDialect.h"
 #include "interp/FilterEPS.h"
 #include "interp/OperatorNames.h"
+#include "support/Program.h"
 #include "support/TestFrame.h"
 
 namespace {
@@ -58,7 +60,7 @@ std::string Make(const char* object) {
 /// A machine that many programs run in, one behind the other: what one leaves, the next has to live with.
 class Walk {
 public:
-    Walk() {
+    explicit Walk(std::unique_ptr<CDialect> dialect) : m_Machine(5, std::move(dialect)) {
         m_Frame.m_bAllowsFiles = false;
         m_Machine.m_pGroup = &m_Group;
     }
@@ -67,6 +69,7 @@ public:
         SCOPED_TRACE(program);
         m_Machine.m_OperandStack.Clear();
         m_Machine.m_nError = PSERR_NONE;
+        m_Machine.Dialect().ForgetError(m_Machine);
         const int result = m_Machine.ScanBuffer(program);
         EXPECT_TRUE(result == 1 || result == -1);
         EXPECT_GE(m_Machine.m_nError, PSERR_NONE);
@@ -79,19 +82,23 @@ public:
 private:
     TestFrame m_Frame;
     CEntGroup m_Group;
-    CFilterEPS m_Machine{5};
+    CFilterEPS m_Machine;
 };
+
+class OperatorWalkTest : public testing::TestWithParam<std::unique_ptr<CDialect> (*)()> {};
+INSTANTIATE_TEST_SUITE_P(Dialects, OperatorWalkTest,
+                         testing::Values(MakeDialect<CDialect>, MakeDialect<CCompleteDialect>));
 
 /// Operators that would never come back with these operands are run inside something that ends them.
 std::string Call(const std::string& name) { return name == "loop" ? "pop {exit} loop" : name; }
 
-TEST(OperatorWalkTest, EmptyStack) {
-    for (const char* name : g_OperatorNames) Walk().Run(Call(name));
+TEST_P(OperatorWalkTest, EmptyStack) {
+    for (const char* name : g_OperatorNames) Walk(GetParam()()).Run(Call(name));
 }
 
-TEST(OperatorWalkTest, EachTypeInEachPlace) {
+TEST_P(OperatorWalkTest, EachTypeInEachPlace) {
     for (const char* name : g_OperatorNames) {
-        Walk walk;
+        Walk walk(GetParam()());
         for (const char* object : OBJECTS) {
             std::string above;
             for (int place = 0; place < 6; ++place, above += "1 ") walk.Run(Make(object) + " " + above + Call(name));
@@ -99,10 +106,10 @@ TEST(OperatorWalkTest, EachTypeInEachPlace) {
     }
 }
 
-TEST(OperatorWalkTest, RandomStacks) {
+TEST_P(OperatorWalkTest, RandomStacks) {
     std::mt19937 random(20261122);
     for (const char* name : g_OperatorNames) {
-        Walk walk;
+        Walk walk(GetParam()());
         for (int round = 0; round < 20; ++round) {
             std::string program;
             for (auto n = random() % 12; n > 0; --n) program += Make(OBJECTS[random() % std::size(OBJECTS)]) + " ";
