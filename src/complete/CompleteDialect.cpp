@@ -5,6 +5,10 @@
 
 #include "complete/ClipOperators.h"
 #include "complete/ErrorOperators.h"
+#include "complete/ExecutionOperators.h"
+#include "complete/FileOperators.h"
+#include "complete/FilterOperators.h"
+#include "complete/ImageOperators.h"
 #include "complete/KeptOperands.h"
 #include "complete/PaintOperators.h"
 #include "complete/PathOperators.h"
@@ -15,8 +19,10 @@
 std::span<const OpTable* const> CCompleteDialect::OperatorTables() const {
     // Operators of this room first; behind them the operators of the chain that need help to leave their operands.
     static constexpr const OpTable* tables[] = {
-        &kCompletePathOperators,    &kCompletePaintOperators, &kClipOperators,           &kUserPathOperators,
-        &kCompletePatternOperators, &kCompleteErrorOperators, &kCompleteSystemOperators, &kKeptOperands};
+        &kCompletePathOperators,    &kCompletePaintOperators,     &kClipOperators,           &kUserPathOperators,
+        &kCompletePatternOperators, &kCompleteErrorOperators,     &kCompleteSystemOperators, &kCompleteFilterOperators,
+        &kCompleteFileOperators,    &kCompleteExecutionOperators, &kCompleteImageOperators,  &kKeptOperands,
+    };
     return tables;
 }
 
@@ -25,4 +31,5 @@ std::int32_t CCompleteDialect::PathLimit() const { return std::numeric_limits<st
 void CCompleteDialect::FinishStartup(CFilterEPS& m) {
     BuildErrorHandlers(m);
     InitLineParameters(*m.GetCurrentGState());
+    m.m_nObjectFormat = 1;
 }

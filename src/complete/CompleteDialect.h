@@ -19,6 +19,9 @@ enum class WayOut {
 
 struct PatternProbe;
 
+/// Most saves at a time: a `restore` looks at each level that it leaves and all below.
+inline constexpr std::int32_t MAX_SAVES = 10000;
+
 class CCompleteDialect final : public CDialect {
 public:
     /// The dialect of a machine that runs this one.
@@ -37,12 +40,22 @@ public:
     void ForgetError(CFilterEPS&) override { m_WayOut = WayOut::none; }
     [[nodiscard]] std::int32_t PathLimit() const override;
 
+    [[nodiscard]] int ScanBuffer(CFilterEPS& m, std::string_view text) override;
+    [[nodiscard]] int ScanToken(CFilterEPS& m, const CStringElement& source, ElementPtr& object,
+                                std::int32_t& consumed) override;
+    [[nodiscard]] int ExecuteOther(CFilterEPS& m, const CElement& e) override;
+    [[nodiscard]] bool RunsFiles() const override { return true; }
+    [[nodiscard]] bool HasFilter(std::string_view name) const override;
+    [[nodiscard]] std::int32_t SaveLimit() const override { return MAX_SAVES; }
+
     /// Starts on a way out: what an operator answers then.
     [[nodiscard]] static int Leave(CFilterEPS& m, WayOut way) noexcept {
         m.m_nError = PSERR_NONE;
         Of(m).m_WayOut = way;
         return -1;
     }
+    /// Whether something is on a way out.
+    [[nodiscard]] bool IsLeaving() const noexcept { return m_WayOut != WayOut::none; }
     /// Whether what answered -1 was on that way, which ends here.
     [[nodiscard]] bool Take(WayOut way) noexcept;
     /// The page, in units of default user space: where the clip begins.
@@ -62,6 +75,7 @@ private:
 
     WayOut m_WayOut = WayOut::none;
     std::optional<tagRunFailure> m_Failure;  ///< of the last error, whether or not it was caught
+    int m_nFileDepth = 0;                    ///< of the scan of the input and what it runs
     bool m_bMetEnd = false;                  ///< the scanner has passed a line that begins with %%EOF
     std::int32_t m_nMilliseconds = 0;
     geometry::Box m_Page = DEFAULT_PAGE;

@@ -1,11 +1,10 @@
-// Where the program of a file begins, how it is scanned, and what may stand behind its end.
+// Where the program of a file begins, and what may stand behind its end.
 #include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
 
 #include "complete/CompleteDialect.h"
-#include "interp/ScanLoops.h"
 
 namespace {
 
@@ -36,13 +35,6 @@ std::size_t FindProgramStart(std::string_view head) {
         }
     }
 }
-
-/// The rules of the input file: as in a text, but for the line ends that programs read data behind, and what ends the
-/// file.
-struct CompleteFileRules : TextRules {
-    static constexpr bool pairsCr = true;
-    static constexpr bool eofIsLexeme = true;
-};
 
 /// Whether a line of the file from its current position on begins with %%EOF. The first line counts when a line end
 /// stands before it.
@@ -81,11 +73,6 @@ int CCompleteDialect::EnterProgram(CFilterEPS& m, const CFileElement& file) {
     const std::size_t start = FindProgramStart(head);
     if (start == std::string::npos) return CDialect::FindProgram(m);  // the binary header, or none of ours
     return file.SetPosition(static_cast<std::int64_t>(start)) == 1 ? 1 : m.Fail(PSERR_IO);
-}
-
-int CCompleteDialect::ScanFile(CFilterEPS& m) {
-    CLexer<CFileSource, CompleteFileRules> lexer{CFileSource(*m.m_pCurrentFile)};
-    return RunLexer(m, lexer);
 }
 
 int CCompleteDialect::EndFailedRun(CFilterEPS& m) {

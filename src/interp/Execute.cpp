@@ -1,5 +1,7 @@
 // The execution engine: what a name means, and how the elements of a procedure run. There is no execution stack:
 // everything here is recursion, bounded by a count and by the room left on the thread's stack.
+#include <utility>
+
 #include "hostout/HostCore.h"
 #include "hostout/HostModel.h"
 #include "interp/FilterEPS.h"
@@ -114,6 +116,27 @@ int CFilterEPS::ExecuteString(const CStringElement& string) {
     // A copy: the string may change, or go, while it runs.
     const std::string text = string.GetText();
     return ScanBuffer(text);
+}
+
+/// The current file from construction to destruction, when the one before comes back.
+class CFilterEPS::CurrentFileScope {
+public:
+    CurrentFileScope(CFilterEPS& machine, const CFileElement& file)
+        : m_Machine(machine), m_pBefore(std::exchange(machine.m_pCurrentFile, file.CloneFile())) {}
+    CurrentFileScope(const CurrentFileScope&) = delete;
+    CurrentFileScope& operator=(const CurrentFileScope&) = delete;
+    ~CurrentFileScope() { m_Machine.m_pCurrentFile = std::move(m_pBefore); }
+
+private:
+    CFilterEPS& m_Machine;
+    TypedPtr<CFileElement> m_pBefore;
+};
+
+int CFilterEPS::ExecuteFile(const CFileElement& file) {
+    const CallScope scope(*this);
+    if (!scope.Fits()) return Fail(PSERR_RANGE, "execstackoverflow");
+    const CurrentFileScope current(*this, file);
+    return m_pDialect->ScanFile(*this);
 }
 
 int CFilterEPS::ExecuteProcedure(const CArrayElement* array) {

@@ -88,7 +88,8 @@ public:
     [[nodiscard]] int ExecuteString(const CStringElement& string);
 
     // Scanning.
-    /// Scans a file from where it stands to its end as a program; it is the current file meanwhile.
+    /// Scans a file from where it stands to its end as a program; it is the current file meanwhile. PSERR_RANGE when
+    /// calls nest too deep.
     [[nodiscard]] int ExecuteFile(const CFileElement& file);
     /// Puts into m_Report what of the input didn't run, by what a lexer tells at its end (see CLexer). Nothing while
     /// another file is the current one.
@@ -160,8 +161,9 @@ public:
         g_bExitFlag = g_bStopFlag = false;
         return set;
     }
-    /// Asks the host now and then whether the user wants out, and counts. True when the run has to end.
-    [[nodiscard]] bool IsInterrupted() { return --m_nUntilPoll <= 0 && PollHost(); }
+    /// Asks the host now and then whether the user wants out, by the work that has been done: a step is a name or so.
+    /// True when the run has to end.
+    [[nodiscard]] bool IsInterrupted(int steps = 1) { return (m_nUntilPoll -= steps) <= 0 && PollHost(); }
     /// The value of a name on the dictionary stack, from the top; null when no dictionary has it. found, if given,
     /// takes the dictionary element.
     [[nodiscard]] const CElement* LookUp(const CName* name, CDictionary** found = nullptr) const;

@@ -39,25 +39,34 @@ inline constexpr int MAX_BRACE_DEPTH = 10000;
     }
 }
 
-/// Lookup table of IsDelimiter, for the loop over the bytes of a token.
+/// Lookup tables of the bytes that end a token, for the loop over its bytes.
 struct CDelimiterTable {
     bool is[256] = {};
-    constexpr CDelimiterTable() {
+    constexpr explicit CDelimiterTable(bool fullSyntax) {
         for (int c = 0; c < 256; ++c) is[c] = IsDelimiter(static_cast<unsigned char>(c));
+        if (!fullSyntax) return;
+        is[0] = true;
+        is[static_cast<unsigned char>('\\')] = false;
     }
 };
-inline constexpr CDelimiterTable g_Delimiters;
+inline constexpr CDelimiterTable g_Delimiters{false};
+inline constexpr CDelimiterTable g_LanguageDelimiters{true};
+
+/// The bytes that binary tokens begin with (PLRM, Binary Tokens).
+[[nodiscard]] constexpr bool IsBinaryToken(unsigned char c) noexcept { return c >= 128 && c < 160; }
 
 enum class Lexeme {
-    end,        ///< the input is used up, or stops here in order
-    failure,    ///< m_Error says why
-    token,      ///< a name or number that stands for itself
-    literal,    ///< /name
-    immediate,  ///< //name
-    string,     ///< its bytes, escapes resolved
-    hexString,  ///< its bytes
-    procedure,  ///< the text between the braces
-    braceOpen,  ///< only where a rule asks for it: the opening brace alone
+    end,         ///< the input is used up, or stops here in order
+    failure,     ///< m_Error says why
+    token,       ///< a name or number that stands for itself
+    literal,     ///< /name
+    immediate,   ///< //name
+    string,      ///< its bytes, escapes resolved
+    hexString,   ///< its bytes
+    procedure,   ///< the text between the braces
+    braceOpen,   ///< only where a rule asks for it: the opening brace alone
+    braceClose,  ///< the same of the closing one
+    binary,      ///< only where a rule asks for it: a binary token, of which the first byte has been taken
     arrayBegin,
     arrayEnd,
     dictBegin,
@@ -164,6 +173,7 @@ struct FileRules {
     static constexpr bool slashLooksAhead = true;  ///< // is told from /
     static constexpr bool commentIsLexeme = false;
     static constexpr bool braceIsLexeme = false;
+    static constexpr bool fullSyntax = false;  ///< no departures: see the places that ask. Closing braces are lexemes
 };
 struct TextRules {
     static constexpr bool pairsCr = false;
@@ -174,6 +184,7 @@ struct TextRules {
     static constexpr bool slashLooksAhead = true;
     static constexpr bool commentIsLexeme = false;
     static constexpr bool braceIsLexeme = false;
+    static constexpr bool fullSyntax = false;
 };
 struct TokenRules : TextRules {
     static constexpr bool slashLooksAhead = false;
@@ -186,6 +197,9 @@ struct BodyRules : TextRules {
 template <class Source, class Rules>
 class CLexer {
 public:
+    /// Whether it reads the language as it is.
+    static constexpr bool FULL_SYNTAX = Rules::fullSyntax;
+
     explicit CLexer(Source source) noexcept : m_Source(source) {}
 
     /// The next lexeme. The source stands behind it and the delimiter that ended it, if one did.
@@ -206,6 +220,21 @@ public:
     [[nodiscard]] std::int64_t LastComment() const noexcept { return m_nLastComment; }
     /// Bytes consumed by what was delivered: a delimiter that waits for its turn does not count.
     [[nodiscard]] size_t Consumed() const noexcept { return m_Source.Position() - (m_bWaiting ? 1 : 0); }
+
+    /// Bytes taken of the source, such a delimiter with them.
+    [[nodiscard]] size_t Taken() const noexcept { return m_Source.Position(); }
+    /// Whether the delimiter that ended the last token has been taken and belongs to what follows: it is no white space.
+    [[nodiscard]] bool HoldsSpecial() const noexcept {
+        return m_bWaiting && std::string_view(" \t\r\n\f\0", 6).find(static_cast<char>(m_Waiting)) == std::string::npos;
+    }
+    /// Takes bytes behind a lexeme, which follow in the source at once: false when they end before.
+    bool TakeBytes(std::string& bytes, size_t n) {
+        m_Source.Enter(0);
+        bytes.clear();
+        for (unsigned char c = 0; bytes.size() < n && m_Source.Get(c) == 1;) bytes.push_back(static_cast<char>(c));
+        m_Source.Leave();
+        return bytes.size() == n;
+    }
 
     /// Steps over n bytes that somebody else has read.
     void SkipBytes(size_t n) noexcept { m_Source.Skip(n); }
@@ -247,7 +276,7 @@ private:
                 continue;
             } else {
                 if (const int result = TakeTokenBytes(c); result != 1) {
-                    if (m_nToken > MAX_KEY_LENGTH) return Fail(PSERR_SYNTAX);
+                    if (IsTokenTooLong()) return Fail(PSERR_SYNTAX);
                     if (result < 0) return Fail(PSERR_IO);
                     if (Rules::endDropsOpen || m_nToken == 0) return End(TokenKind());
                     return CompleteToken();
@@ -274,18 +303,28 @@ private:
         }
     }
 
+    /// Departure: a token longer than MAX_KEY_LENGTH is refused.
+    [[nodiscard]] bool IsTokenTooLong() const noexcept { return !Rules::fullSyntax && m_nToken > MAX_KEY_LENGTH; }
+
     /// Appends token bytes up to a delimiter, which it takes: 1; or the result of the source.
     int TakeTokenBytes(unsigned char& delimiter) {
         for (;;) {
             int result = 1;
             const std::string_view bytes = m_Source.Peek(result);
             if (bytes.empty()) return result;
+            if (Rules::fullSyntax && IsBinaryToken(static_cast<unsigned char>(bytes[0])) && m_nToken == 0 &&
+                !m_bLiteral && !m_bImmediate) {
+                delimiter = static_cast<unsigned char>(bytes[0]);
+                m_Source.Skip(1);
+                return 1;
+            }
+            constexpr const CDelimiterTable& delimiters = Rules::fullSyntax ? g_LanguageDelimiters : g_Delimiters;
             size_t n = 0;
-            while (n < bytes.size() && !g_Delimiters.is[static_cast<unsigned char>(bytes[n])]) ++n;
+            while (n < bytes.size() && !delimiters.is[static_cast<unsigned char>(bytes[n])]) ++n;
             if (n > 0) {
                 if (m_nToken == 0) m_Text.clear();
                 m_nToken += n;
-                if (m_nToken > MAX_KEY_LENGTH) return 0;
+                if (IsTokenTooLong()) return 0;
                 m_Text.append(bytes.data(), n);
             }
             if (n < bytes.size()) {
@@ -314,17 +353,22 @@ private:
                     m_bLiteral = true;
                     return false;
                 }
-                if (const int result = m_Source.Get(next); result != 1) return Out(lexeme, EndShort(result));
+                if (const int result = m_Source.Get(next); result != 1) {
+                    return Out(lexeme, Rules::fullSyntax && result == 0 ? EmptyName() : EndShort(result));
+                }
                 if (next == '/') {
                     m_bImmediate = true;
-                } else {
-                    m_Source.Unget();
-                    m_bLiteral = true;
+                    return false;
                 }
+                m_Source.Unget();
+                // Departure: blanks may stand between a slash and its name.
+                if (Rules::fullSyntax && g_LanguageDelimiters.is[next]) return Out(lexeme, EmptyName());
+                m_bLiteral = true;
                 return false;
             case '<':
                 if (const int result = m_Source.Get(next); result != 1) return Out(lexeme, EndShort(result));
                 if (next == '<') return Out(lexeme, Lexeme::dictBegin);
+                if (Rules::fullSyntax && next == '~') return Out(lexeme, ScanBase85());
                 m_Source.Unget();
                 m_bHex = true;
                 m_Hex.clear();
@@ -342,9 +386,20 @@ private:
                 return Out(lexeme, Rules::braceIsLexeme ? Lexeme::braceOpen : ScanProcedure());
             case '%':
                 return ScanComment(lexeme);
+            case '}':
+                return Rules::fullSyntax && Out(lexeme, Lexeme::braceClose);
             default:
+                if (Rules::fullSyntax && IsBinaryToken(c)) {
+                    m_Text.assign(1, static_cast<char>(c));
+                    return Out(lexeme, Lexeme::binary);
+                }
                 return false;  // white space, and a stray ), } or backslash
         }
+    }
+
+    Lexeme EmptyName() noexcept {
+        m_Text.clear();
+        return Lexeme::literal;
     }
 
     static bool Out(Lexeme& lexeme, Lexeme value) noexcept {
@@ -379,11 +434,54 @@ private:
     /// Two digits make a byte; a last lone digit is dropped. Departure: it is not padded with 0.
     void HexTextToBytes() {
         m_Text.clear();
+        if (Rules::fullSyntax && m_Hex.size() % 2 != 0) m_Hex.push_back('0');
         for (size_t i = 0; i + 1 < m_Hex.size(); i += 2) {
             const int high = HexDigitValue(static_cast<unsigned char>(m_Hex[i]));
             const int low = HexDigitValue(static_cast<unsigned char>(m_Hex[i + 1]));
             m_Text.push_back(static_cast<char>(high * 16 + low));
         }
+    }
+
+    /// A string in base 85 (PLRM, ASCII Base-85 Strings), up to "~>".
+    Lexeme ScanBase85() {
+        m_Text.clear();
+        std::uint64_t group = 0;
+        int digits = 0;
+        const auto put = [&](int count) {
+            for (int i = 0; i < count; ++i) m_Text.push_back(static_cast<char>(group >> (24 - 8 * i)));
+            group = 0;
+            digits = 0;
+        };
+        for (unsigned char c = 0;;) {
+            if (const int result = m_Source.Get(c); result != 1) return EndOpen(result, Lexeme::string);
+            if (c == '~') break;
+            if (c == 'z' && digits == 0) {
+                put(4);
+            } else if (c >= '!' && c <= 'u') {
+                group = group * 85 + (c - '!');
+                if (++digits < 5) continue;
+                if (group > UINT32_MAX) return Fail(PSERR_SYNTAX);
+                put(4);
+            } else if (!g_LanguageDelimiters.is[c] || c > ' ') {
+                return Fail(PSERR_SYNTAX);
+            }
+        }
+        if (unsigned char c = 0; m_Source.Get(c) != 1 || c != '>' || digits == 1) return Fail(PSERR_SYNTAX);
+        if (digits > 0) {
+            const int count = digits - 1;
+            for (; digits < 5; ++digits) group = group * 85 + 84;
+            if (group > UINT32_MAX) return Fail(PSERR_SYNTAX);
+            put(count);
+        }
+        return Lexeme::string;
+    }
+
+    /// Takes the LF of a CR LF whose CR has been taken. False on a failure.
+    bool PassLineFeed() {
+        unsigned char c = 0;
+        const int result = m_Source.Get(c);
+        if (result == 1 && c != '\n') m_Source.Unget();
+        return result >= 0;
     }
 
     Lexeme ScanString() {
@@ -397,6 +495,11 @@ private:
             }
             if (c == '(') ++depth;
             if (c == ')' && --depth == 0) return Lexeme::string;
+            // Departure: line ends stay as they are.
+            if (Rules::fullSyntax && c == '\r') {
+                if (!PassLineFeed()) return Fail(PSERR_IO);
+                c = '\n';
+            }
             m_Text.push_back(static_cast<char>(c));
         }
     }
@@ -428,10 +531,28 @@ private:
                 if (c != '\n') m_Source.Unget();
                 return 1;
             default:
-                if (c >= '0' && c <= '9') return ScanNumericEscape(c);
+                if (Rules::fullSyntax && c >= '0' && c <= '7') return ScanOctalEscape(c);
+                if (!Rules::fullSyntax && c >= '0' && c <= '9') return ScanNumericEscape(c);
                 m_Text.push_back(static_cast<char>(c));
                 return 1;
         }
+    }
+
+    /// One to three octal digits; what is beyond a byte is dropped.
+    int ScanOctalEscape(unsigned char c) {
+        int value = c - '0';
+        for (int n = 1; n < 3; ++n) {
+            const int result = m_Source.Get(c);
+            if (result < 0) return result;
+            if (result == 0) break;
+            if (c < '0' || c > '7') {
+                m_Source.Unget();
+                break;
+            }
+            value = value * 8 + (c - '0');
+        }
+        m_Text.push_back(static_cast<char>(value));
+        return 1;
     }
 
     /// Departure: only three digits make a byte, and 8 and 9 count with their face value.

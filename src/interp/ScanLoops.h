@@ -5,6 +5,11 @@
 #include "interp/FilterEPS.h"
 #include "interp/Lexer.h"
 
+/// Makes the object of a lexeme that a lexer of the full syntax has delivered, which reads on where it takes more of
+/// them: 1, or -1 with the code. Who has such lexers defines it.
+template <class Lexer>
+int ReadLexeme(CFilterEPS& m, Lexer& lexer, Lexeme lexeme, ElementPtr& object);
+
 /// Runs what a lexer delivers up to its end: 1, or -1.
 template <class Lexer>
 int RunLexer(CFilterEPS& m, Lexer& lexer) {
@@ -12,11 +17,25 @@ int RunLexer(CFilterEPS& m, Lexer& lexer) {
     // where the dialect says so.
     for (;;) {
         if (m.IsInterrupted()) return -1;
-        switch (lexer.Next()) {
+        switch (const Lexeme lexeme = lexer.Next(); lexeme) {
             case Lexeme::end:
             case Lexeme::comment:
-            case Lexeme::braceOpen:
                 return 1;
+            case Lexeme::braceOpen:
+            case Lexeme::binary:
+                if constexpr (Lexer::FULL_SYNTAX) {
+                    ElementPtr object;
+                    int result = ReadLexeme(m, lexer, lexeme, object);
+                    // What a binary token says runs at once, procedures as well.
+                    const bool runs = result == 1 && lexeme == Lexeme::binary && object->m_bExec;
+                    if (runs) result = m.ExecuteObject(*object) == 1 ? 1 : -1;
+                    if (result != 1 && m.RaiseError(nullptr) != 1) return -1;
+                    if (result == 1 && !runs) m.Push(std::move(object));
+                    break;
+                }
+                return 1;
+            case Lexeme::braceClose:
+                break;
             case Lexeme::endComment:
                 m.Dialect().MeetEndComment(m);
                 break;
@@ -51,6 +70,10 @@ int RunLexer(CFilterEPS& m, Lexer& lexer) {
                 if (m.CloseArray() != 1 && m.RaiseError(InternName("]")) != 1) return -1;
                 break;
             case Lexeme::dictEnd:
+                if constexpr (Lexer::FULL_SYNTAX) {
+                    if (m.ExecuteName(">>") != 1) return -1;
+                    break;
+                }
                 if (m.CloseDictionary() != 1 && m.RaiseError(InternName(">>")) != 1) return -1;
                 break;
         }
@@ -67,6 +90,8 @@ int ReadObject(CFilterEPS& m, Lexer& lexer, ElementPtr& object) {
         case Lexeme::end:
         case Lexeme::comment:
         case Lexeme::braceOpen:
+        case Lexeme::braceClose:
+        case Lexeme::binary:
         case Lexeme::endComment:
             return 1;
         case Lexeme::failure:

@@ -37,7 +37,7 @@ int CFilterEPS::RunFile(CEntGroup* group) {
     int result = -1;
     try {
         if (m_pDialect->FindProgram(*this) == 1) {
-            result = ExecuteFile(*m_pCurrentFile);
+            result = m_pDialect->ScanFile(*this);
         } else {
             RecordFailure(nullptr);
         }
@@ -70,25 +70,6 @@ void CFilterEPS::HandleExhaustedMemory() {
 tagInputPlace CFilterEPS::InputPlace() const {
     CFileBody* body = m_Input.Get();
     return body ? body->ScanPlace(m_nSectionStart) : tagInputPlace{};
-}
-
-/// The current file from construction to destruction, when the one before comes back.
-class CFilterEPS::CurrentFileScope {
-public:
-    CurrentFileScope(CFilterEPS& machine, const CFileElement& file)
-        : m_Machine(machine), m_pBefore(std::exchange(machine.m_pCurrentFile, file.CloneFile())) {}
-    CurrentFileScope(const CurrentFileScope&) = delete;
-    CurrentFileScope& operator=(const CurrentFileScope&) = delete;
-    ~CurrentFileScope() { m_Machine.m_pCurrentFile = std::move(m_pBefore); }
-
-private:
-    CFilterEPS& m_Machine;
-    TypedPtr<CFileElement> m_pBefore;
-};
-
-int CFilterEPS::ExecuteFile(const CFileElement& file) {
-    const CurrentFileScope scope(*this, file);
-    return m_pDialect->ScanFile(*this);
 }
 
 int CDialect::ScanFile(CFilterEPS& m) {

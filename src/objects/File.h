@@ -59,6 +59,10 @@ public:
     int Open();
     /// Closes what the file stands on; from here on it reads and writes as one that was never opened.
     void Close() noexcept;
+    /// Whether there is something to read from or to write to.
+    [[nodiscard]] bool IsOpen() const noexcept { return m_pStream || m_pSource || m_pSink || m_bLoading; }
+    /// What the blocks are read from; null on a stream, on a file that writes or is closed, and while it is being read.
+    [[nodiscard]] CByteSource* GetSource() const noexcept { return m_pSource.get(); }
     [[nodiscard]] const char* GetName() const noexcept { return m_Name.c_str(); }
     /// Size in bytes that Open found, cut to 32 bits.
     [[nodiscard]] std::int32_t GetFileSize() const noexcept { return m_nFileSize; }
@@ -69,6 +73,7 @@ public:
     /// 1 when all n bytes came, 0 when input ended before, -1 on a failure. pCount takes the bytes read.
     int ReadBlock(void* buffer, unsigned n, unsigned* pCount);
     /// 1, or -1 on a failure and on a file that can't be written.
+    int Write(std::string_view bytes);
     int WriteByte(int c);
     int WriteText(const char* text);
     /// 1, or 0 on a failure and on a file without places.
@@ -120,7 +125,6 @@ private:
     void ReadFrom(std::unique_ptr<CByteSource> source);
     [[nodiscard]] std::unique_ptr<CByteSource> OpenDisk() const;
     int LoadBlock();
-    int Write(std::string_view bytes);
     void SkipInStream(size_t n) noexcept;
     [[nodiscard]] tagInputPlace WalkTo(std::int64_t start, std::int64_t position, bool passBlanks);
 

@@ -116,38 +116,7 @@ const COperatorElement* SystemOperator(const CFilterEPS& m, const CName* name) {
 // proc  bind  proc                           STACKUNDERFLOW TYPECHECK
 // Departure: only raw tokens are replaced, not name objects; a name that any dictionary above systemdict has
 // is left alone; attributes don't protect a procedure, neither the outer nor the ones inside.
-int OpBind(CFilterEPS& m) {
-    Operands in(m);
-    const CArrayElement* outermost = in.Procedure(0);
-    if (!in) return -1;
-    // Nothing runs here, and no procedure is replaced: pointers to them stay good. The order of the walk does
-    // not show in the result.
-    CUnvisited unvisited;
-    std::vector<const CArrayElement*> open{outermost};
-    while (!open.empty()) {
-        const CArrayElement& procedure = *open.back();
-        open.pop_back();
-        CArrayBody* body = procedure.GetBody();
-        if (!body || procedure.GetLength() == 0) continue;
-        const size_t first = procedure.m_bView ? static_cast<size_t>(procedure.m_nStart) : 0;
-        const size_t end = first + static_cast<size_t>(procedure.GetLength());
-        CUnvisited::Indices& indices = unvisited.Of(*body);
-        for (size_t i = CUnvisited::Find(indices, first); i < end; i = CUnvisited::Find(indices, i)) {
-            indices[i] = i + 1;
-            const CElement& e = body->Contents().At(i);
-            if (e.IsProcedure()) {
-                open.push_back(&static_cast<const CArrayElement&>(e));
-            } else if (e.m_nType == ET_RAWTOKEN) {
-                const CName* name = static_cast<const CSimpElement&>(e).m_pName;
-                if (name->IsNumber()) continue;
-                const COperatorElement* found = SystemOperator(m, name);
-                if (!found) continue;
-                body->Change().Set(i, MakeElement<COperatorElement>(found->m_pName));
-            }
-        }
-    }
-    return 1;
-}
+int OpBind(CFilterEPS& m) { return BindProcedure(m, BoundNames::rawTokens); }
 
 // key  load  any                             STACKUNDERFLOW RANGE; UNDEFINED, with the key gone
 int OpLoad(CFilterEPS& m) {
@@ -313,6 +282,39 @@ constexpr OpRow kRows[] = {
 };
 
 }  // namespace
+
+int BindProcedure(CFilterEPS& m, BoundNames names) {
+    Operands in(m);
+    const CArrayElement* outermost = in.Procedure(0);
+    if (!in) return -1;
+    // Nothing runs here, and no procedure is replaced: pointers to them stay good. The order of the walk does
+    // not show in the result.
+    CUnvisited unvisited;
+    std::vector<const CArrayElement*> open{outermost};
+    while (!open.empty()) {
+        const CArrayElement& procedure = *open.back();
+        open.pop_back();
+        CArrayBody* body = procedure.GetBody();
+        if (!body || procedure.GetLength() == 0) continue;
+        const size_t first = procedure.m_bView ? static_cast<size_t>(procedure.m_nStart) : 0;
+        const size_t end = first + static_cast<size_t>(procedure.GetLength());
+        CUnvisited::Indices& indices = unvisited.Of(*body);
+        for (size_t i = CUnvisited::Find(indices, first); i < end; i = CUnvisited::Find(indices, i)) {
+            indices[i] = i + 1;
+            const CElement& e = body->Contents().At(i);
+            if (e.IsProcedure()) {
+                open.push_back(&static_cast<const CArrayElement&>(e));
+            } else if (e.m_nType == ET_RAWTOKEN || (names == BoundNames::all && e.m_nType == ET_NAME && e.m_bExec)) {
+                const CName* name = static_cast<const CSimpElement&>(e).m_pName;
+                if (name->IsNumber()) continue;
+                const COperatorElement* found = SystemOperator(m, name);
+                if (!found) continue;
+                body->Change().Set(i, MakeElement<COperatorElement>(found->m_pName));
+            }
+        }
+    }
+    return 1;
+}
 
 constinit const OpTable kDictionaryCoreOperators{kCoreRows};
 constinit const OpTable kDictionaryOperators{kRows};

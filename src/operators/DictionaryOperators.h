@@ -3,6 +3,15 @@
 
 #include "interp/OperatorTable.h"
 
+/// What bind replaces in a procedure.
+enum class BoundNames {
+    rawTokens,  ///< names as the plain scanners leave them
+    all         ///< and executable name objects
+};
+
+/// proc  bind  proc. STACKUNDERFLOW, TYPECHECK.
+[[nodiscard]] int BindProcedure(CFilterEPS& m, BoundNames names);
+
 /// dict to where, and bind.
 extern constinit const OpTable kDictionaryCoreOperators;
 

@@ -24,6 +24,10 @@ std::ptrdiff_t CReusableStore::Read(unsigned char* buffer, std::size_t size) {
     return static_cast<std::ptrdiff_t>(count);
 }
 
+bool CReusableStore::Seek(std::int64_t position) {
+    return position >= 0 && SetPosition(std::min(static_cast<std::size_t>(position), m_Bytes.size()));
+}
+
 bool CReusableStore::SetPosition(std::size_t position) noexcept {
     if (position > m_Bytes.size()) return false;
     m_nAt = position;

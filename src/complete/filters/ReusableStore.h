@@ -6,7 +6,7 @@
 #include "complete/filters/Decoder.h"
 
 /// Bytes in memory with a reading position.
-class CReusableStore final : public CByteSource {
+class CReusableStore final : public CSeekableSource {
 public:
     /// Answers of Collect.
     enum Outcome { Collected, TooLong, InputFailed, OutOfLimits };
@@ -16,6 +16,8 @@ public:
     [[nodiscard]] Outcome Collect(CByteSource& source, std::size_t maxBytes, CFilterLimits* limits);
 
     [[nodiscard]] std::ptrdiff_t Read(unsigned char* buffer, std::size_t size) override;
+    [[nodiscard]] bool Seek(std::int64_t position) override;
+    [[nodiscard]] std::int64_t GetSize() const noexcept override { return static_cast<std::int64_t>(m_Bytes.size()); }
     [[nodiscard]] std::size_t Size() const noexcept { return m_Bytes.size(); }
     [[nodiscard]] std::size_t Position() const noexcept { return m_nAt; }
     /// False, and nothing moves, beyond the end.
