@@ -1,5 +1,5 @@
-// Patterns and forms. A pattern has no lines of its own in the drawing: its procedure runs up to the first thing that it
-// paints, to see in which colour.
+// Patterns and forms. A pattern has no lines of its own in the drawing: its procedure runs up to the first thing that
+// it paints, to see in which colour.
 #include "complete/PatternOperators.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-// User paths (PLRM, User Paths). One that is a procedure runs with the operators of systemdict; one that is encoded runs
-// them itself. The operand stays on the stack until its path is made.
+// User paths (PLRM, User Paths). One that is a procedure runs with the operators of systemdict; one that is encoded
+// runs them itself. The operand stays on the stack until its path is made.
 #include "complete/UserPathOperators.h"
 
 #include <algorithm>

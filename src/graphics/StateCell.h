@@ -85,7 +85,8 @@ private:
 };
 
 /// One composite parameter of a graphics state: an element of its own that the program may know, or a snapshot that it
-/// shares with other cells, or nothing. A copy of a cell is a deep copy by its effect. docs/architecture.md has a drawing.
+/// shares with other cells, or nothing. A copy of a cell is a deep copy by its effect. docs/architecture.md has a
+/// drawing.
 class CStateCell {
 public:
     CStateCell() noexcept = default;

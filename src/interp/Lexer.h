@@ -223,7 +223,8 @@ public:
 
     /// Bytes taken of the source, such a delimiter with them.
     [[nodiscard]] size_t Taken() const noexcept { return m_Source.Position(); }
-    /// Whether the delimiter that ended the last token has been taken and belongs to what follows: it is no white space.
+    /// Whether the delimiter that ended the last token has been taken and belongs to what follows: it is no white
+    /// space.
     [[nodiscard]] bool HoldsSpecial() const noexcept {
         return m_bWaiting && std::string_view(" \t\r\n\f\0", 6).find(static_cast<char>(m_Waiting)) == std::string::npos;
     }

@@ -99,7 +99,7 @@ TEST(CompletePaintTest, PatternsHaveAColour) {
         {
             {"a pattern is another dictionary", Pattern("pop").c_str(), "<<8>>"},
             {"makepattern wants more",
-             "{<</PatternType 1>> matrix makepattern} stopped $error /errorname get 3 1 roll pop pop pop",
+             "{<</PatternType 1>> matrix makepattern} stopped $error /errorname get 4 1 roll pop pop pop",
              "/undefined"},
             {"a type that there is none of",
              "{<</PatternType 3>> matrix makepattern} stopped $error /errorname get 4 1 roll 3 {pop} repeat",
