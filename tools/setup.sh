@@ -4,7 +4,7 @@
 # Packages that building the program takes, and what testing and measuring take on top.
 BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libdxflib-dev
     zlib1g-dev libfreetype-dev libfontconfig-dev libpolyclipping-dev)
-TEST_PACKAGES=(libgtest-dev clang-format-14 python3 python3-ezdxf python3-svgelements librsvg2-bin)
+TEST_PACKAGES=(libgtest-dev clang-14 clang-format-14 python3 python3-ezdxf python3-svgelements librsvg2-bin)
 BENCH_PACKAGES=(libbenchmark-dev)
 
 say() { printf '%s\n' "$*" >&2; }

@@ -6,10 +6,11 @@
 #include <utility>
 
 #include "graphics/GraphState.h"
+#include "objects/Limits.h"
 
 namespace {
 
-constexpr size_t FIRST_ROOM = 32;  // records: most paths of most files fit
+constexpr size_t FIRST_ROOM = UsualOrTiny<size_t>(32, 1);  // records: most paths of most files fit
 
 }  // namespace
 

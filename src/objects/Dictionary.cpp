@@ -5,12 +5,13 @@
 #include <bit>
 #include <cmath>
 
+#include "objects/Limits.h"
 #include "objects/Number.h"
 #include "objects/SimpleElements.h"
 
 namespace {
 
-constexpr size_t FIRST_SLOTS = 8;
+constexpr size_t FIRST_SLOTS = UsualOrTiny<size_t>(8, 2);
 
 /// Smallest prime at or above the count; 0 counts as 1, and 1 stands for itself.
 std::uint32_t PrimeAtLeast(std::int32_t count) {

@@ -14,6 +14,7 @@
 #include "objects/Body.h"
 #include "objects/ByteSource.h"
 #include "objects/Element.h"
+#include "objects/Limits.h"
 #include "objects/Pooled.h"
 
 /// File kinds, by the name at construction; the input kind is set with SetFileKind. The last two have no name.
@@ -39,11 +40,7 @@ struct tagInputPlace {
 /// One step back, directly behind a byte that was delivered, is all that UnreadByte can do.
 class CFileBody final : public CBody, public CByteReader {
 public:
-#ifdef EPS_TINY_LIMITS
-    static constexpr std::int32_t BLOCK_SIZE = 7;
-#else
-    static constexpr std::int32_t BLOCK_SIZE = 10000;
-#endif
+    static constexpr std::int32_t BLOCK_SIZE = UsualOrTiny(10000, 7);
 
     /// Copies name and mode; a null argument leaves a body that can't be opened. Blocks have blockSize bytes, above 0.
     CFileBody(const char* name, const char* mode, std::int32_t blockSize = BLOCK_SIZE);

@@ -7,12 +7,13 @@
 #include <new>
 #include <vector>
 
+#include "objects/Limits.h"
 #include "objects/Probing.h"
 
 namespace {
 
-constexpr size_t BLOCK_BYTES = 64 * 1024;
-constexpr size_t FIRST_SLOTS = 2048;
+constexpr size_t BLOCK_BYTES = UsualOrTiny<size_t>(64 * 1024, 64);
+constexpr size_t FIRST_SLOTS = UsualOrTiny<size_t>(2048, 2);
 
 std::uint32_t MixedHash(std::string_view text) {
     std::uint64_t h = 0x9E3779B97F4A7C15u ^ text.size();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "objects/Element.h"
+#include "objects/Limits.h"
 
 /// Numbers closer to each other than this are equal: to `eq` and its relatives, and as keys of dictionaries.
 inline constexpr double NUMBER_TOLERANCE = 1e-6;
@@ -49,11 +50,7 @@ private:
 [[nodiscard]] std::int32_t TruncateToInt(double value) noexcept;
 
 /// Cells that the pool starts with and grows by.
-#ifdef EPS_TINY_LIMITS
-inline constexpr std::int32_t NUMBER_POOL_STEP = 1;
-#else
-inline constexpr std::int32_t NUMBER_POOL_STEP = 1000;
-#endif
+inline constexpr std::int32_t NUMBER_POOL_STEP = UsualOrTiny(1000, 1);
 
 /// Cells in the pool.
 extern std::int32_t g_nNumberPoolSize;

@@ -5,6 +5,7 @@
 #include <new>
 
 #include "objects/FreeCells.h"
+#include "objects/Limits.h"
 
 /// Base for a class T whose objects come from free cells of their own. When the last object is gone, so is the memory.
 /// Under AddressSanitizer the plain heap is used, which keeps dropped memory out of use for longer than poisoned cells.
@@ -26,7 +27,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t CHUNK_CELLS = 128;
+    static constexpr std::size_t CHUNK_CELLS = UsualOrTiny<std::size_t>(128, 1);
 
     static inline CFreeCells<T, CHUNK_CELLS> s_Cells;
     static inline std::size_t s_nLive = 0;
