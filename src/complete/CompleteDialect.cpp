@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "complete/ClipOperators.h"
+#include "complete/ColorOperators.h"
 #include "complete/ErrorOperators.h"
 #include "complete/ExecutionOperators.h"
 #include "complete/FileOperators.h"
@@ -19,9 +20,19 @@
 std::span<const OpTable* const> CCompleteDialect::OperatorTables() const {
     // Operators of this room first; behind them the operators of the chain that need help to leave their operands.
     static constexpr const OpTable* tables[] = {
-        &kCompletePathOperators,    &kCompletePaintOperators,     &kClipOperators,           &kUserPathOperators,
-        &kCompletePatternOperators, &kCompleteErrorOperators,     &kCompleteSystemOperators, &kCompleteFilterOperators,
-        &kCompleteFileOperators,    &kCompleteExecutionOperators, &kCompleteImageOperators,  &kKeptOperands,
+        &kCompletePathOperators,
+        &kCompletePaintOperators,
+        &kClipOperators,
+        &kUserPathOperators,
+        &kCompletePatternOperators,
+        &kCompleteErrorOperators,
+        &kCompleteSystemOperators,
+        &kCompleteColorOperators,
+        &kCompleteFilterOperators,
+        &kCompleteFileOperators,
+        &kCompleteExecutionOperators,
+        &kCompleteImageOperators,
+        &kKeptOperands,
     };
     return tables;
 }

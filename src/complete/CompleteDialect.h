@@ -38,6 +38,7 @@ public:
     [[nodiscard]] int OnError(CFilterEPS& m, const CName* running) override;
     [[nodiscard]] bool TakeExit(CFilterEPS&) override { return Take(WayOut::exit); }
     void ForgetError(CFilterEPS&) override { m_WayOut = WayOut::none; }
+    [[nodiscard]] int SetColorSpace(CFilterEPS& m, const CName* family, ElementPtr operand) override;
     [[nodiscard]] std::int32_t PathLimit() const override;
 
     [[nodiscard]] int ScanBuffer(CFilterEPS& m, std::string_view text) override;

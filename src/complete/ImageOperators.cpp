@@ -9,9 +9,9 @@
 #include <utility>
 #include <vector>
 
+#include "complete/ColorSpaces.h"
 #include "complete/CompleteDialect.h"
 #include "complete/FilterObjects.h"
-#include "graphics/GraphState.h"
 #include "interp/Operands.h"
 
 namespace {
@@ -81,34 +81,6 @@ int ReadImage(CFilterEPS& m, std::vector<ImageSource> sources) {
         }
     }
     return 1;
-}
-
-/// Components of a colour space, 0 for one that has none or is not known.
-int ComponentsOf(const CElement* space, int depth = 0) {
-    const auto* array = As<CArrayElement>(space);
-    const auto* name = As<CSimpElement>(array ? array->GetAt(0) : space);
-    if (!name) return 0;
-    const std::string_view family = name->m_pName->Text();
-    constexpr std::pair<std::string_view, int> families[] = {
-        {"DeviceGray", 1},  {"DeviceRGB", 3},   {"DeviceCMYK", 4},   {"CIEBasedA", 1},
-        {"CIEBasedABC", 3}, {"CIEBasedDEF", 3}, {"CIEBasedDEFG", 4}, {"Indexed", 1},
-        {"Separation", 1},  {"Lab", 3},         {"CalGray", 1},      {"CalRGB", 3},
-    };
-    for (const auto& [known, count] : families) {
-        if (family == known) return count;
-    }
-    const CElement* second = array ? array->GetAt(1) : nullptr;
-    if (family == "DeviceN") {
-        const auto* names = As<CArrayElement>(second);
-        return names ? names->GetLength() : 0;
-    }
-    if (family == "ICCBased") {
-        const auto* dict = As<CDictionary>(second);
-        const auto* count = dict ? As<CNumberElement>(dict->GetValue("N")) : nullptr;
-        if (count) return count->GetInt();
-        return dict && depth == 0 ? ComponentsOf(dict->GetValue("Alternate"), depth + 1) : 0;
-    }
-    return 0;
 }
 
 /// The components that a sample of `image` has in the current space.

@@ -26,7 +26,6 @@ constexpr KeptRow kKept[] = {
     {"deletefile", 1},
     {"renamefile", 2},
     {"setcolorspace", 1},
-    {"setcolor", 5},
     {"setpattern", 5},
     {"composefont", 3},
     {".findfontop", 1},
@@ -40,11 +39,13 @@ constexpr KeptRow kKept[] = {
     {"eexec", 2},
 };
 
-int RunKept(CFilterEPS& m, const KeptRow& row, OperatorFn run) {
+}  // namespace
+
+int RunKept(CFilterEPS& m, int count, OperatorFn run) {
     CElementStack& stack = m.m_OperandStack;
     const int depth = stack.GetCount();
     std::vector<ElementPtr> operands;  // the top first
-    for (const CElement* e = stack.Top(); e && static_cast<int>(operands.size()) < row.count; e = e->m_pPrev) {
+    for (const CElement* e = stack.Top(); e && static_cast<int>(operands.size()) < count; e = e->m_pPrev) {
         operands.push_back(e->Clone());
     }
     if (run(m) == 1) return 1;
@@ -55,10 +56,12 @@ int RunKept(CFilterEPS& m, const KeptRow& row, OperatorFn run) {
     return -1;
 }
 
+namespace {
+
 template <std::size_t I>
 int OpKept(CFilterEPS& m) {
     static const OperatorFn run = ChainOperator(kKept[I].name);
-    return RunKept(m, kKept[I], run);
+    return RunKept(m, kKept[I].count, run);
 }
 
 template <std::size_t... I>

@@ -6,3 +6,6 @@
 
 /// The operators that are run with copies of their operands kept, which come back when they fail.
 extern constinit const OpTable kKeptOperands;
+
+/// Runs an operator with copies of its topmost operands kept, which come back when it fails. Answers as the operator.
+[[nodiscard]] int RunKept(CFilterEPS& m, int count, OperatorFn run);
