@@ -17,9 +17,9 @@ struct DeviceColor {
     std::array<float, 4> components{};
 };
 
-/// How components of a space, as many as it has, look in a device space. CIE-based colours are their components, brought
-/// to 0 to 1 by their ranges: gray, RGB or CMYK by their number. 1, or -1 with the error: of the space, or of a lookup
-/// or tint transform that ran.
+/// How components of a space, as many as it has, look in a device space. CIE-based colours are their components,
+/// brought to 0 to 1 by their ranges: gray, RGB or CMYK by their number. 1, or -1 with the error: of the space, or of a
+/// lookup or tint transform that ran.
 [[nodiscard]] int FindDeviceColor(CFilterEPS& m, const CElement& space, const std::vector<double>& components,
                                   DeviceColor& color);
 
