@@ -46,13 +46,9 @@ int SetSpecialColor(CFilterEPS& m, const CElement& space, const std::vector<doub
     return 1;
 }
 
-// comp1..compN  setcolor  -                  stackunderflow typecheck, and what a lookup or tint transform meets
-int OpSetcolor(CFilterEPS& m) {
+/// setcolor in a special space.
+int SetSpecialColorOperands(CFilterEPS& m) {
     const CArrayElement* space = SpecialSpace(*m.GetCurrentGState());
-    if (!space) {
-        static const OperatorFn plain = ChainOperator("setcolor");
-        return RunKept(m, 5, plain);
-    }
     const int count = ComponentsOf(space);
     Operands in(m);
     std::vector<double> components(static_cast<std::size_t>(count));
@@ -61,6 +57,15 @@ int OpSetcolor(CFilterEPS& m) {
     const ElementPtr kept = space->Clone();
     m.Drop(count);
     return SetSpecialColor(m, *kept, components);
+}
+
+// comp1..compN  setcolor  -                  stackunderflow typecheck, and what a lookup or tint transform meets
+// comp1..compN pattern  setcolor  -
+int OpSetcolor(CFilterEPS& m) {
+    static const OperatorFn plain = ChainOperator("setcolor");
+    constexpr int MOST_KEPT = 5;  // a pattern and the components of a device space
+    const CArrayElement* space = SpecialSpace(*m.GetCurrentGState());
+    return space ? RunKept(m, ComponentsOf(space), SetSpecialColorOperands) : RunKept(m, MOST_KEPT, plain);
 }
 
 // -  currentcolor  comp1..compN

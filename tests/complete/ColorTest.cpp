@@ -81,7 +81,7 @@ TEST(CompleteColorTest, WhatProgramsAreTold) {
              "/limitcheck"},
             {"a table too short",
              "[/Indexed /DeviceRGB 1 <000000>] setcolorspace {1 setcolor} stopped $error /errorname get",
-             "true /rangecheck"},
+             "1 true /rangecheck"},
         },
         kComplete);
 }
