@@ -60,14 +60,26 @@ enum RunTail : std::int32_t {
     RT_ENDCOMMENT = 4  ///< %%EOF stands before the end, with more program behind it
 };
 
+/// A font that texts were shown in.
+struct tagFontUse {
+    std::string strName;        ///< as the program names it
+    std::string strUsed;        ///< PostScript name of the face that stands for it; empty when there was no font
+    bool bEmbedded = false;     ///< the file brings it along
+    bool bSameWidths = true;    ///< the face has the widths of the font by that name
+    std::int64_t nGlyphs = 0;   ///< glyphs drawn
+    std::int64_t nMissing = 0;  ///< characters that there was no glyph for
+};
+
 /// How a run came out, beside what the message boxes say.
 struct tagRunReport {
     std::optional<tagRunFailure> failure;
     tagLeftOut leftOut;
-    std::int32_t nTail = RT_NONE;  ///< RunTail
-    std::string strTail;           ///< RT_TOKEN: the token
-    std::int64_t nTailLine = 0;    ///< where it begins, from 1
-    std::int64_t nTailOffset = 0;  ///< the same in bytes from the start of the file
+    std::int64_t nTextsDrawn = 0;   ///< calls of the show family that drew
+    std::vector<tagFontUse> fonts;  ///< by their first text; of the complete dialect only
+    std::int32_t nTail = RT_NONE;   ///< RunTail
+    std::string strTail;            ///< RT_TOKEN: the token
+    std::int64_t nTailLine = 0;     ///< where it begins, from 1
+    std::int64_t nTailOffset = 0;   ///< the same in bytes from the start of the file
 };
 
 /// Any window or control: its text (UTF-8), and whether it takes the user's input.
@@ -113,6 +125,9 @@ public:
 
     /// Whether the program inside an imported file may touch files of its own choice.
     [[nodiscard]] virtual bool AllowsFileAccess() const { return true; }
+
+    /// Folders in which fonts are looked for before those of the system, first ones first.
+    [[nodiscard]] virtual std::vector<std::string> FontFolders() const { return {}; }
 
     /// A busy cursor, from on to off.
     virtual void ShowWaitCursor(bool /*on*/) {}
