@@ -14,6 +14,7 @@
 #include "complete/PaintOperators.h"
 #include "complete/PathOperators.h"
 #include "complete/PatternOperators.h"
+#include "complete/ResourceOperators.h"
 #include "complete/SystemOperators.h"
 #include "complete/UserPathOperators.h"
 
@@ -32,6 +33,7 @@ std::span<const OpTable* const> CCompleteDialect::OperatorTables() const {
         &kCompleteFileOperators,
         &kCompleteExecutionOperators,
         &kCompleteImageOperators,
+        &kCompleteResourceOperators,
         &kKeptOperands,
     };
     return tables;
@@ -41,6 +43,7 @@ std::int32_t CCompleteDialect::PathLimit() const { return std::numeric_limits<st
 
 void CCompleteDialect::FinishStartup(CFilterEPS& m) {
     BuildErrorHandlers(m);
+    BuildResources(m);
     InitLineParameters(*m.GetCurrentGState());
     m.m_nObjectFormat = 1;
 }

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "complete/ClipOperators.h"
+#include "complete/ResourceOperators.h"
 #include "interp/Dialect.h"
 #include "interp/FilterEPS.h"
 
@@ -65,6 +66,7 @@ public:
     /// Where a pattern's procedure leaves the colour that it paints with; null while none is asked for its colour.
     [[nodiscard]] PatternProbe* Probe() const noexcept { return m_pProbe; }
     void SetProbe(PatternProbe* probe) noexcept { m_pProbe = probe; }
+    [[nodiscard]] ResourceDirectories& Resources() noexcept { return m_Resources; }
     /// Milliseconds as `usertime` and `realtime` tell them: a count of how often they were asked, so that a file draws
     /// the same on every run.
     [[nodiscard]] std::int32_t NextMillisecond() noexcept { return m_nMilliseconds++; }
@@ -81,4 +83,5 @@ private:
     std::int32_t m_nMilliseconds = 0;
     geometry::Box m_Page = DEFAULT_PAGE;
     PatternProbe* m_pProbe = nullptr;
+    ResourceDirectories m_Resources;
 };

@@ -15,14 +15,6 @@
 
 namespace {
 
-constexpr std::string_view kReusable = "ReusableStreamDecode";
-
-constexpr std::string_view kFilterNames[] = {
-    "ASCIIHexDecode", "ASCII85Decode", "RunLengthDecode", "LZWDecode",      "FlateDecode",   "CCITTFaxDecode",
-    "DCTDecode",      "SubFileDecode", kReusable,         "ASCIIHexEncode", "ASCII85Encode", "RunLengthEncode",
-    "LZWEncode",      "FlateEncode",   "CCITTFaxEncode",  "DCTEncode",      "NullEncode",
-};
-
 /// Reads entries of a parameter dictionary; one of another type is a typecheck. Without a dictionary nothing is there.
 class CFilterEntries {
 public:
@@ -237,8 +229,8 @@ int OpFilter(CFilterEPS& m) {
         file = OpenEncoder(m, name, request, *end);
     } else {
         file = OpenDataSource(m, *end);
-        file = name == kReusable ? OpenReusable(m, dict, request, std::move(file))
-                                 : OpenDecoder(m, name, request, std::move(file));
+        file = name == REUSABLE_STREAM ? OpenReusable(m, dict, request, std::move(file))
+                                       : OpenDecoder(m, name, request, std::move(file));
     }
     if (!file) return operands.PutBack();
     m.Push(std::move(file));

@@ -10,8 +10,6 @@
 
 #include "interp/Operands.h"
 
-namespace {
-
 std::string_view TypeName(const CElement& object) {
     switch (object.m_nType) {
         case ET_NUMBER:
@@ -43,6 +41,8 @@ std::string_view TypeName(const CElement& object) {
             return "nametype";
     }
 }
+
+namespace {
 
 // any  type  name                            STACKUNDERFLOW
 // Departure: the name is literal.
