@@ -10,6 +10,7 @@
 
 #include "complete/CompleteDialect.h"
 #include "complete/PathBridge.h"
+#include "complete/PathOperators.h"
 #include "complete/RectangleOperands.h"
 #include "graphics/GraphState.h"
 #include "graphics/HostUnits.h"
@@ -28,6 +29,7 @@ struct tagClip {
     geometry::ClipRegion region;
     std::shared_ptr<const SavedClip> saved;
     bool isPage;             ///< the region is the page, which nobody has cut
+    bool isNowhere;          ///< nothing is drawn, as on a null device
     mutable bool isCounted;  ///< in the report
 };
 
@@ -43,7 +45,7 @@ constexpr int MAX_SAVED_CLIPS = 1000;
 /// How far a path may leave the clip without counting, millimetres.
 constexpr double CUT_TOLERANCE = 0.01;
 
-ClipRegion PageRegion(const CFilterEPS& m) { return ClipRegion(ToHostUnits(m, CCompleteDialect::Of(m).Page())); }
+ClipRegion PageRegion(const CFilterEPS& m) { return ClipRegion(ToHostUnits(m, CCompleteDialect::Of(m).Page(m))); }
 
 std::shared_ptr<const SavedClip> SavedClips(const CFilterEPS& m) {
     const auto& clip = m.GetCurrentGState()->m_pClip;
@@ -52,13 +54,7 @@ std::shared_ptr<const SavedClip> SavedClips(const CFilterEPS& m) {
 
 void SetClip(CFilterEPS& m, ClipRegion region, std::shared_ptr<const SavedClip> saved) {
     m.GetCurrentGState()->m_pClip =
-        std::make_shared<const tagClip>(tagClip{std::move(region), std::move(saved), false, false});
-}
-
-void ResetClip(CFilterEPS& m) {
-    auto saved = SavedClips(m);
-    auto& clip = m.GetCurrentGState()->m_pClip;
-    clip = saved ? std::make_shared<const tagClip>(tagClip{PageRegion(m), std::move(saved), true, false}) : nullptr;
+        std::make_shared<const tagClip>(tagClip{std::move(region), std::move(saved), false, IsNowhere(m), false});
 }
 
 // -  clip  -
@@ -96,8 +92,8 @@ int OpClipsave(CFilterEPS& m) {
     const auto& clip = m.GetCurrentGState()->m_pClip;
     const bool isPage = !clip || clip->isPage;
     saved = std::make_shared<const SavedClip>(SavedClip{region, m.m_GStateStack.GetCount(), count, std::move(saved)});
-    m.GetCurrentGState()->m_pClip =
-        std::make_shared<const tagClip>(tagClip{region, std::move(saved), isPage, clip && clip->isCounted});
+    m.GetCurrentGState()->m_pClip = std::make_shared<const tagClip>(
+        tagClip{region, std::move(saved), isPage, IsNowhere(m), clip && clip->isCounted});
     return 1;
 }
 
@@ -114,6 +110,15 @@ int OpCliprestore(CFilterEPS& m) {
     return 1;
 }
 
+// -  nulldevice  -
+// Departure: its matrix is that of the page.
+int OpNulldevice(CFilterEPS& m) {
+    m.GetCurrentGState()->ResetCTM();
+    m.GetCurrentGState()->m_pClip =
+        std::make_shared<const tagClip>(tagClip{ClipRegion(Box{0, 0, 0, 0}), SavedClips(m), false, true, false});
+    return 1;
+}
+
 // -  clippath  -
 int OpClippath(CFilterEPS& m) {
     const ClipRegion clip = CurrentClip(m);
@@ -127,28 +132,7 @@ int OpClippath(CFilterEPS& m) {
 int OpInitgraphics(CFilterEPS& m) {
     static const OperatorFn run = ChainOperator("initgraphics");
     if (run(m) != 1) return -1;
-    ResetClip(m);
-    return 1;
-}
-
-/// Two numbers above zero.
-bool ReadPageSize(const CElement* e, Box& page) {
-    std::vector<double> size;
-    if (!e || ReadNumbers(*e, size) != PSERR_NONE || size.size() != 2 || !(size[0] > 0 && size[1] > 0)) return false;
-    page = {0, 0, size[0], size[1]};
-    return true;
-}
-
-// dict  setpagedevice  -                     stackunderflow typecheck
-int OpSetpagedevice(CFilterEPS& m) {
-    static const OperatorFn run = ChainOperator("setpagedevice");
-    Operands in(m);
-    const CDictionary* dict = in.Dict(0);
-    if (!in) return -1;
-    Box page;
-    const bool isSized = ReadPageSize(dict->GetValue("PageSize"), page);
-    if (run(m) != 1) return -1;
-    if (isSized) CCompleteDialect::Of(m).SetPage(page);
+    InitLineParameters(*m.GetCurrentGState());
     ResetClip(m);
     return 1;
 }
@@ -161,8 +145,8 @@ constexpr OpRow kRows[] = {
     {"clipsave", OpClipsave},
     {"cliprestore", OpCliprestore},
     {"clippath", OpClippath},
+    {"nulldevice", OpNulldevice},
     {"initgraphics", OpInitgraphics},
-    {"setpagedevice", OpSetpagedevice},
 };
 
 // The page in the comments of the file
@@ -223,6 +207,26 @@ bool ReadTrailer(const CFileElement& file, std::int64_t start, Box& page) {
 }  // namespace
 
 constinit const OpTable kClipOperators{kRows};
+
+void ResetClip(CFilterEPS& m) {
+    auto saved = SavedClips(m);
+    auto& clip = m.GetCurrentGState()->m_pClip;
+    if (IsNowhere(m)) {
+        clip =
+            std::make_shared<const tagClip>(tagClip{ClipRegion(Box{0, 0, 0, 0}), std::move(saved), false, true, false});
+    } else if (saved) {
+        clip = std::make_shared<const tagClip>(tagClip{PageRegion(m), std::move(saved), true, false, false});
+    } else {
+        clip = nullptr;
+    }
+}
+
+void LeaveNowhere(CFilterEPS& m) { m.GetCurrentGState()->m_pClip = nullptr; }
+
+bool IsNowhere(const CFilterEPS& m) {
+    const auto& clip = m.GetCurrentGState()->m_pClip;
+    return clip && clip->isNowhere;
+}
 
 ClipRegion CurrentClip(const CFilterEPS& m) {
     const auto& clip = m.GetCurrentGState()->m_pClip;

@@ -5,6 +5,7 @@
 
 #include "complete/ClipOperators.h"
 #include "complete/ColorOperators.h"
+#include "complete/DeviceOperators.h"
 #include "complete/ErrorOperators.h"
 #include "complete/ExecutionOperators.h"
 #include "complete/FileOperators.h"
@@ -12,9 +13,11 @@
 #include "complete/ImageOperators.h"
 #include "complete/KeptOperands.h"
 #include "complete/PaintOperators.h"
+#include "complete/ParameterOperators.h"
 #include "complete/PathOperators.h"
 #include "complete/PatternOperators.h"
 #include "complete/ResourceOperators.h"
+#include "complete/SystemDictionaries.h"
 #include "complete/SystemOperators.h"
 #include "complete/UserPathOperators.h"
 
@@ -34,6 +37,8 @@ std::span<const OpTable* const> CCompleteDialect::OperatorTables() const {
         &kCompleteExecutionOperators,
         &kCompleteImageOperators,
         &kCompleteResourceOperators,
+        &kCompleteDeviceOperators,
+        &kParameterOperators,
         &kKeptOperands,
     };
     return tables;
@@ -44,6 +49,9 @@ std::int32_t CCompleteDialect::PathLimit() const { return std::numeric_limits<st
 void CCompleteDialect::FinishStartup(CFilterEPS& m) {
     BuildErrorHandlers(m);
     BuildResources(m);
+    BuildPageDevice(m);
+    BuildParameters(m);
+    BuildSystemDictionaries(m);
     InitLineParameters(*m.GetCurrentGState());
     m.m_nObjectFormat = 1;
 }

@@ -6,6 +6,8 @@
 #include <optional>
 
 #include "complete/ClipOperators.h"
+#include "complete/DeviceOperators.h"
+#include "complete/ParameterOperators.h"
 #include "complete/ResourceOperators.h"
 #include "interp/Dialect.h"
 #include "interp/FilterEPS.h"
@@ -60,13 +62,16 @@ public:
     [[nodiscard]] bool IsLeaving() const noexcept { return m_WayOut != WayOut::none; }
     /// Whether what answered -1 was on that way, which ends here.
     [[nodiscard]] bool Take(WayOut way) noexcept;
-    /// The page, in units of default user space: where the clip begins.
-    [[nodiscard]] const geometry::Box& Page() const noexcept { return m_Page; }
-    void SetPage(const geometry::Box& page) noexcept { m_Page = page; }
+    /// The page, in units of default user space: where the clip begins. That of the page device, if a program has set
+    /// its size, or else of the file.
+    [[nodiscard]] geometry::Box Page(const CFilterEPS& m) const { return SetPageSize(m).value_or(m_FilePage); }
     /// Where a pattern's procedure leaves the colour that it paints with; null while none is asked for its colour.
     [[nodiscard]] PatternProbe* Probe() const noexcept { return m_pProbe; }
     void SetProbe(PatternProbe* probe) noexcept { m_pProbe = probe; }
     [[nodiscard]] ResourceDirectories& Resources() noexcept { return m_Resources; }
+    [[nodiscard]] SystemParameters& Parameters() noexcept { return m_Parameters; }
+    /// How many pages were shown since the last setpagedevice.
+    [[nodiscard]] std::int32_t& PageCount() noexcept { return m_nPageCount; }
     /// Milliseconds as `usertime` and `realtime` tell them: a count of how often they were asked, so that a file draws
     /// the same on every run.
     [[nodiscard]] std::int32_t NextMillisecond() noexcept { return m_nMilliseconds++; }
@@ -81,7 +86,9 @@ private:
     int m_nFileDepth = 0;                    ///< of the scan of the input and what it runs
     bool m_bMetEnd = false;                  ///< the scanner has passed a line that begins with %%EOF
     std::int32_t m_nMilliseconds = 0;
-    geometry::Box m_Page = DEFAULT_PAGE;
+    geometry::Box m_FilePage = DEFAULT_PAGE;
+    std::int32_t m_nPageCount = 0;
     PatternProbe* m_pProbe = nullptr;
     ResourceDirectories m_Resources;
+    SystemParameters m_Parameters;
 };

@@ -153,7 +153,7 @@ constinit const OpTable kCompletePaintOperators{kRows};
 int PaintArea(CFilterEPS& m) {
     if (IsColorProbed(m)) return LeaveColor(m);
     CGraphState& state = *m.GetCurrentGState();
-    if (!m.m_bFillOutline || state.GetPathCount() < 2) {
+    if (!m.m_bFillOutline || state.GetPathCount() < 2 || IsNowhere(m)) {
         m.NewPath();
         return 1;
     }
@@ -161,4 +161,9 @@ int PaintArea(CFilterEPS& m) {
     return Paint(m);
 }
 
-int PaintLines(CFilterEPS& m) { return IsColorProbed(m) ? LeaveColor(m) : Paint(m); }
+int PaintLines(CFilterEPS& m) {
+    if (IsColorProbed(m)) return LeaveColor(m);
+    if (!IsNowhere(m)) return Paint(m);
+    m.NewPath();
+    return 1;
+}

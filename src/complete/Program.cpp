@@ -60,7 +60,7 @@ int CCompleteDialect::FindProgram(CFilterEPS& m) {
     const CFileElement* file = m.m_pCurrentFile.get();
     if (!file) return m.Fail(PSERR_FORMAT);
     if (EnterProgram(m, *file) != 1) return -1;
-    m_Page = ReadPage(*file);
+    m_FilePage = ReadPage(*file);
     return 1;
 }
 
