@@ -6,17 +6,12 @@
 #include "platform/Dialog.h"
 
 void CImportFrame::BeginImport(const ImportSettings& settings, Drawing& drawing, ImportCounters& counters,
-                               CMemoryLimit& limit, const std::atomic<bool>& stop) {
+                               CMemoryLimit& limit, const CStopCause& stop) {
     m_pSettings = &settings;
     m_pDrawing = &drawing;
     m_pCounters = &counters;
     m_pMemoryLimit = &limit;
     m_pStop = &stop;
-    m_Deadline = std::chrono::steady_clock::time_point::max();
-    if (settings.timeout && *settings.timeout < 1e9) {
-        const std::chrono::duration<double> time(*settings.timeout);
-        m_Deadline = std::chrono::steady_clock::now() + std::chrono::duration_cast<std::chrono::nanoseconds>(time);
-    }
 }
 
 void CImportFrame::EndImport() {
@@ -58,13 +53,14 @@ bool CImportFrame::OnProgress(const tagImportProgress& progress) {
     m_pCounters->bytesRead.store(static_cast<std::uint64_t>(progress.nBytesRead), std::memory_order_relaxed);
     m_pCounters->entities.store(static_cast<std::uint64_t>(progress.nEntities), std::memory_order_relaxed);
     ShowProgress(*m_pDrawing, progress);
-    if (m_pStop->load(std::memory_order_relaxed))
-        m_pDrawing->end = ImportEnd::Interrupted;
-    else if (std::chrono::steady_clock::now() >= m_Deadline)
-        m_pDrawing->end = ImportEnd::TimedOut;
-    else
-        return false;
-    return true;
+    return IsToStop();
+}
+
+bool CImportFrame::IsToStop() {
+    if (m_pDrawing == nullptr) return false;
+    const std::optional<ImportEnd> cause = m_pStop->Get();
+    if (cause) m_pDrawing->end = *cause;
+    return cause.has_value();
 }
 
 // The limit has served its purpose: what has been drawn must still find room to be handed over.

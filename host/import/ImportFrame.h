@@ -2,13 +2,11 @@
 // when to end, and leaves to the front that derives from it how a dialog is answered and a message shown.
 #pragma once
 
-#include <atomic>
-#include <chrono>
-
 #include "import/Drawing.h"
 #include "import/ImportCounters.h"
 #include "import/ImportSettings.h"
 #include "import/MemoryLimit.h"
+#include "import/StopCause.h"
 #include "platform/Window.h"
 
 // Controls of the import dialog.
@@ -21,10 +19,10 @@ enum ImportDialogControl : int {
 
 class CImportFrame : public CFrameWnd {
 public:
-    // From now on everything that the plug-in says goes to `drawing` and `counters`. The time limit starts.
-    // `limit` is lifted when memory has run out; the run ends soon after `stop` has become true.
+    // From now on everything that the plug-in says goes to `drawing` and `counters`. `limit` is lifted when memory has
+    // run out; the run ends soon after there is a cause to stop.
     void BeginImport(const ImportSettings& settings, Drawing& drawing, ImportCounters& counters, CMemoryLimit& limit,
-                     const std::atomic<bool>& stop);
+                     const CStopCause& stop);
     void EndImport();
 
     // What the next dialogs are for. In one for the information the frame itself presses the button, takes the text
@@ -35,6 +33,7 @@ public:
     int ShowMessageBox(const char* text, const char* caption, unsigned style) final;
     int RunDialog(CDialog& dialog) final;
     bool OnProgress(const tagImportProgress& progress) final;
+    bool OnWait() final { return IsToStop(); }
     bool OnMemoryExhausted() final;
     void OnRunEnded(const tagRunReport& report) final;
     bool AllowsFileAccess() const final;
@@ -50,12 +49,13 @@ protected:
 
 private:
     void TakeInformation(CDialog& dialog);
+    // Whether there is a cause to stop, which the drawing is then told.
+    bool IsToStop();
 
     DialogUse m_DialogUse = DialogUse::Import;
     const ImportSettings* m_pSettings = nullptr;
     Drawing* m_pDrawing = nullptr;  // null between imports
     ImportCounters* m_pCounters = nullptr;
     CMemoryLimit* m_pMemoryLimit = nullptr;
-    const std::atomic<bool>* m_pStop = nullptr;
-    std::chrono::steady_clock::time_point m_Deadline;
+    const CStopCause* m_pStop = nullptr;
 };

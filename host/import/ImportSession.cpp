@@ -54,9 +54,10 @@ Drawing CImportSession::Import(const std::string& path, ImportCounters& counters
     drawing.source = path == "-" ? "stdin" : std::filesystem::path(path).filename().string();
     drawing.hostVersion = m_Settings.hostVersion;
     drawing.complete = m_Settings.complete;
-    const CInputFile input(path, stop);
+    const CStopCause stopCause(m_Settings.timeout, stop);
+    const CInputFile input(path, stopCause);
     if (!input.Error().empty()) {
-        drawing.end = ImportEnd::NotOpened;
+        drawing.end = input.StoppedBy().value_or(ImportEnd::NotOpened);
         drawing.openError = input.Error();
         return drawing;
     }
@@ -66,7 +67,7 @@ Drawing CImportSession::Import(const std::string& path, ImportCounters& counters
     job.pList = &list;
     {
         CMemoryLimit limit(m_Settings.memoryLimit);
-        m_Frame.BeginImport(m_Settings, drawing, counters, limit, stop);
+        m_Frame.BeginImport(m_Settings, drawing, counters, limit, stopCause);
         if (m_Settings.wantsInformation) RunCommand(job, CImportFrame::DialogUse::Information);
         RunCommand(job, CImportFrame::DialogUse::Import);
         m_Frame.EndImport();

@@ -3,6 +3,7 @@
 #include "import/InputFile.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -34,13 +35,25 @@ private:
     int m_fd;
 };
 
-// Copies until the end of `source`. Answers 0, or the errno of the failure.
-int CopyBytes(int source, int target, const std::atomic<bool>& stop, std::uint64_t& copied) {
+// Waits until there is something to read from `source`, or its end. What stops the wait, nothing when nothing did.
+std::optional<ImportEnd> WaitForBytes(int source, const CStopCause& stop) {
+    constexpr int kMilliseconds = 50;  // between two looks at the cause
+    for (;;) {
+        if (const std::optional<ImportEnd> cause = stop.Get()) return cause;
+        pollfd wait{source, POLLIN, 0};
+        if (::poll(&wait, 1, kMilliseconds) > 0) return std::nullopt;
+    }
+}
+
+// Copies until the end of `source`. Answers 0, or the errno of the failure: EINTR when `stoppedBy` tells why.
+int CopyBytes(int source, int target, const CStopCause& stop, std::uint64_t& copied,
+              std::optional<ImportEnd>& stoppedBy) {
     std::array<char, 1 << 16> block;
     for (;;) {
-        if (stop.load(std::memory_order_relaxed)) return EINTR;
+        stoppedBy = WaitForBytes(source, stop);
+        if (stoppedBy) return EINTR;
         const ssize_t got = ::read(source, block.data(), block.size());
-        if (got < 0 && errno == EINTR) continue;
+        if (got < 0 && (errno == EINTR || errno == EAGAIN)) continue;
         if (got < 0) return errno;
         if (got == 0) return 0;
         for (ssize_t done = 0; done < got;) {
@@ -55,7 +68,7 @@ int CopyBytes(int source, int target, const std::atomic<bool>& stop, std::uint64
 
 }  // namespace
 
-CInputFile::CInputFile(const std::string& path, const std::atomic<bool>& stop) {
+CInputFile::CInputFile(const std::string& path, const CStopCause& stop) {
     Open(path == "-" ? "/dev/stdin" : path, stop);
     if (m_Error.empty()) CheckBinaryHeader();
 }
@@ -66,8 +79,9 @@ CInputFile::~CInputFile() {
     fs::remove_all(m_PrivateDirectory, ignored);
 }
 
-void CInputFile::Open(const std::string& path, const std::atomic<bool>& stop) {
-    const CDescriptor source(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+void CInputFile::Open(const std::string& path, const CStopCause& stop) {
+    // O_NONBLOCK: opening a pipe would wait for its other end.
+    const CDescriptor source(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status {};
     if (source.Get() < 0 || ::fstat(source.Get(), &status) != 0) {
         m_Error = Reason(errno);
@@ -89,7 +103,7 @@ void CInputFile::Open(const std::string& path, const std::atomic<bool>& stop) {
     CopyToPrivateFile(source.Get(), stop);
 }
 
-void CInputFile::CopyToPrivateFile(int source, const std::atomic<bool>& stop) {
+void CInputFile::CopyToPrivateFile(int source, const CStopCause& stop) {
     std::error_code error;
     std::string directory = (fs::temp_directory_path(error) / "epsimport-XXXXXX").string();
     if (error || ::mkdtemp(directory.data()) == nullptr) {
@@ -100,9 +114,9 @@ void CInputFile::CopyToPrivateFile(int source, const std::atomic<bool>& stop) {
     m_PlugInPath = directory + "/input.eps";
     const CDescriptor target(::open(m_PlugInPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     m_nSize = 0;
-    const int failure = target.Get() < 0 ? errno : CopyBytes(source, target.Get(), stop, m_nSize);
-    if (failure == EINTR)
-        m_Error = "interrupted";
+    const int failure = target.Get() < 0 ? errno : CopyBytes(source, target.Get(), stop, m_nSize, m_StoppedBy);
+    if (m_StoppedBy)
+        m_Error = "stopped";
     else if (failure != 0)
         m_Error = "can't make a private copy: " + Reason(failure);
 }

@@ -1,16 +1,19 @@
 // An input file made ready for the plug-in, which takes a short path and opens files for reading and writing.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
+#include <optional>
 #include <string>
+
+#include "import/StopCause.h"
 
 class CInputFile {
 public:
     // `path` as on the command line; "-" is standard input. Checks that it is a file that can be read. What
     // the plug-in couldn't open itself (a path longer than the host's record holds, a file without write
-    // permission, a pipe) is copied to a private temporary file, until `stop` is set. See Error.
-    CInputFile(const std::string& path, const std::atomic<bool>& stop);
+    // permission, a pipe) is copied to a private temporary file, until there is a cause to stop; that goes for the
+    // wait for a pipe's other end, too. See Error.
+    CInputFile(const std::string& path, const CStopCause& stop);
 
     // Removes the private copy.
     ~CInputFile();
@@ -19,6 +22,8 @@ public:
 
     // Why the file can't be imported; empty when it can.
     const std::string& Error() const { return m_Error; }
+    // What stopped the copying; nothing when that isn't the reason.
+    std::optional<ImportEnd> StoppedBy() const { return m_StoppedBy; }
 
     // The full path to give to the plug-in. Valid while this object lives.
     const std::string& PathForPlugIn() const { return m_PlugInPath; }
@@ -28,13 +33,14 @@ public:
     bool IsSectionMissing() const { return m_bSectionMissing; }
 
 private:
-    void Open(const std::string& path, const std::atomic<bool>& stop);
-    void CopyToPrivateFile(int source, const std::atomic<bool>& stop);
+    void Open(const std::string& path, const CStopCause& stop);
+    void CopyToPrivateFile(int source, const CStopCause& stop);
     void CheckBinaryHeader();
 
     std::string m_PlugInPath;
     std::string m_PrivateDirectory;  // empty without a copy
     std::string m_Error;
+    std::optional<ImportEnd> m_StoppedBy;
     std::uint64_t m_nSize = 0;
     bool m_bSectionMissing = false;
 };

@@ -156,8 +156,7 @@ void LookAhead(const CFileElement& file) {
 }  // namespace
 
 bool CMachineLimits::Spend(std::size_t bytes) {
-    constexpr std::size_t bytesPerStep = 64;
-    return !m_Machine.IsInterrupted(static_cast<int>(bytes / bytesPerStep) + 1);
+    return !m_Machine.IsInterrupted(static_cast<std::int64_t>(bytes / BYTES_PER_STEP) + 1);
 }
 
 bool CFilterSource::Start(std::string_view name, const FilterParameters& params, FilterFault& fault) {

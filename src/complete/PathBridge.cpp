@@ -58,6 +58,7 @@ bool NumberOf(const CElement* e, double& value) {
 
 geometry::Path ToGeometry(const CPath& path) {
     geometry::Path result;
+    CountWork(path.GetCount());
     AppendRecords(path, 0, path.GetCount(), result);
     return result;
 }

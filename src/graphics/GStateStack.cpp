@@ -51,6 +51,7 @@ void ReplaceTopGState(CFilterEPS& m, TypedPtr<CGStateElement> element) {
 }
 
 void MarkGStatesSaved(CFilterEPS& m) noexcept {
+    CountWork(m.m_GStateStack.GetCount());
     for (CElement* e = m.m_GStateStack.Bottom(); e; e = e->m_pNext) static_cast<CGStateElement*>(e)->SetSaved();
 }
 

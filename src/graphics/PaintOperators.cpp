@@ -34,6 +34,7 @@ void CFilterEPS::PaintPath() {
     const CPath& path = state->m_Path;
     const std::int32_t count = path.GetCount();
     m_Report.leftOut.nPoints += path.CountDropped();
+    CountWork(count);
     if (count < 2) {
         state->ClearPath();
         return;

@@ -7,6 +7,7 @@
 
 #include "graphics/GraphState.h"
 #include "objects/Limits.h"
+#include "objects/Work.h"
 
 namespace {
 
@@ -49,6 +50,7 @@ void CPath::Append(const point_2d& point, std::uint16_t letter) {
         CSharedRef<Block> own(new Block);
         const auto count = static_cast<size_t>(m_nCount);
         own->records.reserve(std::max(FIRST_ROOM, count * 2));
+        CountWork(m_nCount);
         if (m_pBlock) own->records.assign(m_pBlock->records.begin(), m_pBlock->records.begin() + m_nCount);
         m_pBlock = std::move(own);
     }
@@ -129,6 +131,7 @@ std::int32_t CGraphState::CountSubpathRecords() const noexcept { return m_Path.C
 int CGraphState::GetPathBounds(point_2d box[2]) const noexcept {
     const std::int32_t count = m_Path.GetCount();
     if (count < 2) return 0;
+    CountWork(count);
     box[0] = box[1] = m_Path.At(0).pt;
     for (std::int32_t i = 1; i < count; ++i) {
         const point_2d point = m_Path.At(i).pt;

@@ -3,6 +3,7 @@
 
 CElement* CElementStack::AtFromBottom(int i) const noexcept {
     if (i > m_nTop) return nullptr;
+    CountWork(i);
     CElement* p = m_pHead;
     for (; i > 0; --i) p = p->m_pNext;
     return p;
@@ -10,10 +11,12 @@ CElement* CElementStack::AtFromBottom(int i) const noexcept {
 
 int CElementStack::CountToMark() const noexcept {
     int count = 0;
-    for (const CElement* e = m_pTail; e; e = e->m_pPrev, ++count) {
-        if (e->m_nType == ET_MARK) return count;
+    const CElement* e = m_pTail;
+    for (; e; e = e->m_pPrev, ++count) {
+        if (e->m_nType == ET_MARK) break;
     }
-    return -1;
+    CountWork(count);
+    return e ? count : -1;
 }
 
 void CElementStack::InsertAt(int i, ElementPtr e) noexcept {
@@ -40,6 +43,7 @@ ElementPtr CElementStack::RemoveAt(int i) noexcept {
 }
 
 void CElementStack::Clear() noexcept {
+    CountWork(GetCount());
     while (CElement* p = m_pHead) {
         m_pHead = p->m_pNext;
         p->m_pNext = nullptr;
@@ -55,6 +59,7 @@ void CElementStack::Roll(int count, int times) noexcept {
     int shift = times % count;
     if (shift < 0) shift += count;
     if (shift == 0) return;
+    CountWork(count);
     // The group is one run of the list: [first ... last][moved ... top] becomes [moved ... top][first ... last].
     CElement* const top = m_pTail;
     CElement* const moved = AtFromTop(shift - 1);

@@ -5,6 +5,7 @@
 #include <cassert>
 
 #include "objects/Element.h"
+#include "objects/Work.h"
 
 /// Owns the elements that stand on it. Indices count from 0.
 class CElementStack {
@@ -40,6 +41,7 @@ public:
     /// The element i places below the top; below 1 the top, beyond the bottom null. The cost grows with i.
     [[nodiscard]] CElement* AtFromTop(int i) const noexcept {
         if (i > m_nTop) return nullptr;
+        if (i > SHALLOW) CountWork(i);
         CElement* p = m_pTail;
         for (; i > 0; --i) p = p->m_pPrev;
         return p;
@@ -60,6 +62,8 @@ public:
     void Roll(int count, int times) noexcept;
 
 private:
+    static constexpr int SHALLOW = 32;  ///< elements that are counted as no work
+
     // Builds with assertions keep the owner of a linked element in it.
 #ifdef NDEBUG
     static void Link(CElement&) noexcept {}

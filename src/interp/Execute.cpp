@@ -28,8 +28,11 @@ private:
 };
 
 bool CFilterEPS::PollHost() {
-    if (m_bUserBreak) return true;  // and so at every step from now on
-    m_nUntilPoll = POLL_INTERVAL;
+    if (m_bUserBreak) {
+        g_nWorkLeft = 0;  // and so at every step from now on
+        return true;
+    }
+    g_nWorkLeft = WORK_INTERVAL;
     tagImportProgress progress{};
     if (const CFileBody* input = m_Input.Get()) {
         input->GetPosition(progress.nBytesRead);
@@ -38,7 +41,7 @@ bool CFilterEPS::PollHost() {
     progress.nEntities = m_pGroup ? m_pGroup->GetChildCount() : 0;
     CFrameWnd* frame = glbf_GetMainFrame();
     m_bUserBreak = frame && frame->OnProgress(progress);
-    if (m_bUserBreak) m_nUntilPoll = 0;
+    if (m_bUserBreak) g_nWorkLeft = 0;
     return m_bUserBreak;
 }
 

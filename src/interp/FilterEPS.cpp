@@ -74,6 +74,8 @@ int CFilterEPS::RefuseOperator(const CName* name) {
 int CFilterEPS::RaiseError(const CName* running) {
     // A silent end, or an error that has been raised where it was met.
     if (m_nError == PSERR_NONE || m_Report.failure) return -1;
+    // A read that was broken off because the user wants out is no error.
+    if (m_nError == PSERR_IO && PollHost()) return Fail(PSERR_NONE);
     RecordFailure(running);
     return m_pDialect->OnError(*this, running);
 }

@@ -19,6 +19,7 @@
 #include "objects/Number.h"
 #include "objects/SimpleElements.h"
 #include "objects/String.h"
+#include "objects/Work.h"
 #include "platform/Window.h"
 
 class CGraphState;
@@ -161,9 +162,9 @@ public:
         g_bExitFlag = g_bStopFlag = false;
         return set;
     }
-    /// Asks the host now and then whether the user wants out, by the work that has been done: a step is a name or so.
-    /// True when the run has to end.
-    [[nodiscard]] bool IsInterrupted(int steps = 1) { return (m_nUntilPoll -= steps) <= 0 && PollHost(); }
+    /// Asks the host now and then whether the user wants out, by the work that has been done (objects/Work.h). True when
+    /// the run has to end.
+    [[nodiscard]] bool IsInterrupted(std::int64_t steps = 1) { return (g_nWorkLeft -= steps) <= 0 && PollHost(); }
     /// The value of a name on the dictionary stack, from the top; null when no dictionary has it. found, if given,
     /// takes the dictionary element.
     [[nodiscard]] const CElement* LookUp(const CName* name, CDictionary** found = nullptr) const;
@@ -250,8 +251,6 @@ private:
 
     const CName* m_pFontDirectoryName;
     CBodyRef<CFileBody> m_Input;  ///< of the import, whatever the current file is
-    static constexpr int POLL_INTERVAL = 4096;
-    int m_nUntilPoll = POLL_INTERVAL;
     int m_nCallDepth = 0;
     bool m_bUserBreak = false;
     const char* m_pErrorName = nullptr;   ///< of the last failure, where it isn't that of the code

@@ -2,6 +2,7 @@
 #include "objects/Array.h"
 
 #include "objects/SimpleElements.h"
+#include "objects/Work.h"
 
 namespace {
 
@@ -11,6 +12,7 @@ std::int64_t g_nCopiedElements = 0;
 std::vector<ElementPtr> Nulls(std::int32_t count) {
     std::vector<ElementPtr> elements;
     if (count > 0) elements.reserve(static_cast<size_t>(count));
+    CountWork(count);
     for (std::int32_t i = 0; i < count; ++i) elements.push_back(MakeElement<CNullElement>());
     return elements;
 }
@@ -93,6 +95,7 @@ ElementPtr CArrayElement::DeepCopy() const {
     } scope;
     const std::int32_t length = GetLength();
     g_nCopiedElements += length;
+    CountWork(length);
     std::vector<ElementPtr> elements;
     elements.reserve(static_cast<size_t>(length));
     for (std::int32_t i = 0; i < length; ++i) {

@@ -8,6 +8,7 @@
 #include "objects/Limits.h"
 #include "objects/Number.h"
 #include "objects/SimpleElements.h"
+#include "objects/Work.h"
 
 namespace {
 
@@ -128,6 +129,7 @@ void CDictHash::Erase(const CName* key) noexcept {
 const CDictNode* CDictHash::GetAt(std::int32_t i) const {
     if (i < 0 || i >= m_nCount) return nullptr;
     if (!m_bOrderValid) {
+        CountWork(m_nCount);
         m_Order.clear();
         std::copy_if(m_Slots.begin(), m_Slots.end(), std::back_inserter(m_Order),
                      [](const CDictNode* node) { return node != nullptr; });
@@ -140,6 +142,7 @@ const CDictNode* CDictHash::GetAt(std::int32_t i) const {
 }
 
 void CDictHash::DropLevel() noexcept {
+    CountWork(static_cast<std::int64_t>(m_Slots.size()));
     for (size_t slot = 0; slot < m_Slots.size();) {
         // Erasing may move a later entry into this slot, which then has its turn.
         if (m_Slots[slot] && m_Slots[slot]->DropLevel()) {
@@ -212,6 +215,7 @@ const CDictNode2* CDictOtherKeys::GetAt(std::int32_t i) const noexcept {
 }
 
 void CDictOtherKeys::DropLevel() noexcept {
+    CountWork(static_cast<std::int64_t>(m_Nodes.size()));
     bool dropped = false;
     for (const auto& node : m_Nodes) {
         if (node->DropLevel()) {
@@ -310,6 +314,7 @@ std::int32_t CDictionary::GetMaxLength() const noexcept {
 std::int32_t CDictionary::CopyTo(CDictionary* pDest) const {
     if (!GetBody() || !pDest->GetBody()) return 0;
     if (m_Body.SameBody(pDest->m_Body)) return 1;
+    CountWork(GetNameCount() + GetOtherCount());
     for (std::int32_t i = 0; const CDictNode* node = GetNameNodeAt(i); ++i) {
         if (const CElement* value = node->GetValue()) pDest->Put(node->m_pKey, value->Clone());
     }
@@ -343,6 +348,7 @@ ElementPtr CDictionary::DeepCopy() const {
         ElementPtr copy = value.m_nType == ET_DICT ? value.Clone() : value.DeepCopy();
         return copy ? std::move(copy) : value.Clone();
     };
+    CountWork(GetNameCount() + GetOtherCount());
     auto copy = MakeElement<CDictionary>(GetMaxLength());
     copy->m_pFoundAs = m_pFoundAs;
     for (std::int32_t i = 0; const CDictNode* node = GetNameNodeAt(i); ++i) {

@@ -5,13 +5,18 @@
 #include <cstring>
 
 #include "objects/SimpleElements.h"
+#include "objects/Work.h"
 
 CStringElement::CStringElement(std::string_view bytes)
-    : CElement(ET_STRING), m_Body(AdoptBody(std::make_unique<CStringBody>(std::string(bytes)))) {}
+    : CElement(ET_STRING), m_Body(AdoptBody(std::make_unique<CStringBody>(std::string(bytes)))) {
+    CountWorkOnBytes(bytes.size());
+}
 
 CStringElement::CStringElement(std::int32_t length)
     : CElement(ET_STRING),
-      m_Body(AdoptBody(std::make_unique<CStringBody>(std::string(static_cast<size_t>(std::max(length, 0)), '0')))) {}
+      m_Body(AdoptBody(std::make_unique<CStringBody>(std::string(static_cast<size_t>(std::max(length, 0)), '0')))) {
+    CountWorkOnBytes(static_cast<size_t>(std::max(length, 0)));
+}
 
 std::int32_t CStringElement::GetLength() const noexcept {
     const CStringBody* body = GetBody();
@@ -23,7 +28,9 @@ std::string_view CStringElement::Bytes() const noexcept {
     const CStringBody* body = GetBody();
     if (!body) return {};
     const std::string_view whole = body->Contents();
-    return whole.substr(std::min(Start(), whole.size()), static_cast<size_t>(GetLength()));
+    const std::string_view bytes = whole.substr(std::min(Start(), whole.size()), static_cast<size_t>(GetLength()));
+    CountWorkOnBytes(bytes.size());  // whoever asks for them goes over them
+    return bytes;
 }
 
 std::string_view CStringElement::KeyText() const noexcept {
@@ -62,9 +69,12 @@ TypedPtr<CStringElement> CStringElement::GetInterval(std::int32_t nStart, std::i
 }
 
 std::int32_t CStringElement::Search(const CStringElement* pSeek, unsigned* pIndex) const noexcept {
-    const size_t at = Bytes().find(pSeek->Bytes());
-    if (at == std::string_view::npos) return 0;
-    *pIndex = static_cast<unsigned>(at);
+    // memmem is linear whatever is looked for; the search of std::string_view isn't.
+    const std::string_view bytes = Bytes();
+    const std::string_view seek = pSeek->Bytes();
+    const void* at = ::memmem(bytes.data(), bytes.size(), seek.data(), seek.size());
+    if (!at) return 0;
+    *pIndex = static_cast<unsigned>(static_cast<const char*>(at) - bytes.data());
     return 1;
 }
 

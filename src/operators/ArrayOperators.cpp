@@ -14,6 +14,7 @@
 void CopyElements(const CArrayElement& source, CArrayElement& target, std::int32_t at) {
     const auto start = [](const CArrayElement& array) { return array.m_bView ? array.m_nStart : 0; };
     const std::int32_t length = source.GetLength();
+    CountWork(length);
     const auto copy = [&](std::int32_t i) {
         if (const CElement* element = source.GetAt(i)) target.SetAt(at + i, element->Clone());
     };
@@ -42,6 +43,7 @@ std::int32_t ReadCount(Operands& in, int depth, std::int32_t most) {
 
 /// Pops as many elements as the array has into it, the top into its last place.
 void Fill(CFilterEPS& m, CArrayElement& array) {
+    CountWork(array.GetLength());
     for (std::int32_t i = array.GetLength(); i-- > 0;) array.SetAt(i, m.Pop());
 }
 
@@ -234,6 +236,7 @@ int OpAload(CFilterEPS& m) {
     if (!in) return -1;
     auto array = Take<CArrayElement>(m);
     const std::int32_t length = array->GetLength();
+    CountWork(length);
     for (std::int32_t i = 0; i < length; ++i) {
         if (const CElement* element = array->GetAt(i)) m.Push(element->Clone());
     }
@@ -271,6 +274,7 @@ LoopPass ForAllBytes(CFilterEPS& m, const CStringElement& string, const CArrayEl
 LoopPass ForAllEntries(CFilterEPS& m, const CDictionary& dict, const CArrayElement& procedure) {
     std::vector<const CName*> names;
     names.reserve(static_cast<size_t>(dict.GetNameCount()));
+    CountWork(dict.GetNameCount());
     for (std::int32_t i = 0; const CDictNode* node = dict.GetNameNodeAt(i); ++i) names.push_back(node->m_pKey);
     const CDictNode2* youngest = dict.GetOtherNodeAt(dict.GetOtherCount() - 1);
     const std::uint64_t end = youngest ? youngest->m_nSequence + 1 : 0;

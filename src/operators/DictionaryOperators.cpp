@@ -84,6 +84,7 @@ public:
         Indices& indices = m_Indices[&body];
         if (indices.empty()) {
             indices.resize(body.Contents().GetSize() + 1);
+            CountWork(static_cast<std::int64_t>(indices.size()));
             std::iota(indices.begin(), indices.end(), size_t{0});
         }
         return indices;

@@ -29,7 +29,9 @@ void LeaveLevel() noexcept {
     g_RegistryStack.Close(PlaceOfLevel(g_nSaveLevel));
     for (std::int32_t level = g_nSaveLevel; level-- > 0;) {
         const CBodyRegistry* registry = g_RegistryStack.At(PlaceOfLevel(level));
-        for (std::int32_t i = 0; CDictionaryBody* dict = registry->GetDictBody(i); ++i) dict->DropLevel();
+        std::int32_t i = 0;
+        for (; CDictionaryBody* dict = registry->GetDictBody(i); ++i) dict->DropLevel();
+        CountWork(i);
     }
     --g_nSaveLevel;
 }
@@ -43,7 +45,10 @@ int OpRestore(CFilterEPS& m) {
     const auto save = Take<CSaveElement>(m);
     while (m.m_GStateStack.GetCount() > save->GetGStateCount()) m.PopGState();
     KeepGStates(m, save->GetLevel());
-    while (g_nSaveLevel > save->GetLevel()) LeaveLevel();
+    while (g_nSaveLevel > save->GetLevel()) {
+        if (m.IsInterrupted()) return -1;
+        LeaveLevel();
+    }
     ++g_nSnapshotEpoch;
     return 1;
 }

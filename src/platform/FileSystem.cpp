@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <glob.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -53,6 +54,34 @@ std::FILE* OpenRegular(const char* name, const char* mode) {
     return file;
 }
 
+/// Reads what standard input has, once it has something; -1 when the user wants out before that.
+ssize_t ReadInput(void*, char* buffer, size_t size) {
+    constexpr int milliseconds = 50;  // between two questions
+    for (;;) {
+        CFrameWnd* frame = glbf_GetMainFrame();
+        if (frame && frame->OnWait()) {
+            errno = ECANCELED;
+            return -1;
+        }
+        pollfd wait{STDIN_FILENO, POLLIN, 0};
+        if (::poll(&wait, 1, milliseconds) <= 0) continue;
+        const ssize_t got = ::read(STDIN_FILENO, buffer, size);
+        if (got >= 0 || (errno != EINTR && errno != EAGAIN)) return got;
+    }
+}
+
+int SeekInput(void*, off64_t* offset, int whence) {
+    *offset = ::lseek64(STDIN_FILENO, *offset, whence);
+    return *offset < 0 ? -1 : 0;
+}
+
+/// Standard input as a stream that waits no longer than the host does. Never closed, as stdin itself.
+std::FILE* WaitingInput() noexcept {
+    static std::FILE* const stream = ::fopencookie(nullptr, "r", {ReadInput, nullptr, SeekInput, nullptr});
+    if (stream) std::clearerr(stream);
+    return stream;
+}
+
 }  // namespace
 
 namespace FileSystem {
@@ -63,7 +92,7 @@ std::FILE* OpenInput(const char* path, const char* mode) noexcept { return OpenR
 
 std::FILE* StandardStream(int kind) noexcept {
     if (kind < 0 || kind > 2 || !HasLeave()) return nullptr;
-    return kind == 0 ? stdin : stderr;
+    return kind == 0 ? WaitingInput() : stderr;
 }
 
 std::optional<FileStatus> Status(const char* name) noexcept {

@@ -25,7 +25,7 @@ struct FileStatus {
 
 /// The process's stream of kind 0 (input), 1 (output) or 2 (error), which is not the caller's to close. Null
 /// for any other kind. What a program writes to kind 1 goes to standard error, too: standard output may be
-/// carrying the drawing.
+/// carrying the drawing. Reading of kind 0 fails when the host wants out while it waits (CFrameWnd::OnWait).
 [[nodiscard]] std::FILE* StandardStream(int kind) noexcept;
 
 /// Nothing when there is no file or directory of that name.

@@ -116,6 +116,9 @@ public:
     /// a message, and what was drawn so far is delivered.
     virtual bool OnProgress(const tagImportProgress&) { return false; }
 
+    /// Called some times a second while a run waits for input that a program reads. True as OnProgress.
+    virtual bool OnWait() { return false; }
+
     /// Called when a run has used up the memory. True when the host tells the user by itself; otherwise the
     /// run ends with a message box.
     virtual bool OnMemoryExhausted() { return false; }

@@ -152,7 +152,8 @@ TEST_F(ImportSessionTest, TheReportOfTheRunReachesTheDrawingOfThatRunAlone) {
     report.nTail = RT_STRING;
     m_Front.OnRunEnded(report);  // between imports
     const ImportSettings settings;
-    m_Front.BeginImport(settings, drawing, m_Counters, limit, m_bStop);
+    const CStopCause stop(std::nullopt, m_bStop);
+    m_Front.BeginImport(settings, drawing, m_Counters, limit, stop);
     EXPECT_FALSE(drawing.report.failure);
     m_Front.OnRunEnded(report);
     m_Front.EndImport();

@@ -98,6 +98,9 @@ template <class Scan>
 RunResult Run(const RunSettings& settings, Scan scan) {
     TestFrame frame;
     RunResult result;
+    frame.m_Progress = [&](const tagImportProgress&) {
+        return ++result.questions > settings.patience && settings.patience >= 0;
+    };
     CEntGroup group;
     {
         CFilterEPS machine(settings.hostVersion, settings.dialect());

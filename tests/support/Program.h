@@ -28,6 +28,7 @@ struct RunSettings {
     std::unique_ptr<CDialect> (*dialect)() = MakeDialect<CDialect>;
     bool onDisk = false;  ///< the input is a disk file, not memory
     int blockSize = 0;    ///< of the input, bytes; 0 as the system has it
+    int patience = -1;    ///< how often the user is asked before wanting out; below 0 the user never does
 };
 
 struct RunResult {
@@ -45,6 +46,7 @@ struct RunResult {
     int dictDepth = 0;               ///< depth of the dictionary stack afterwards
     tagRunReport report;             ///< what the main window is told when a run ends
     int gstateDepth = 0;             ///< depth of the graphics state stack afterwards
+    int questions = 0;               ///< how often the user was asked for the wish to stop
 };
 
 /// Runs a text as an executed string, without a file: the stack stays as the program or its error left it. An error
