@@ -15,6 +15,7 @@
 
 #include "Version.h"
 #include "cli/Text.h"
+#include "import/MemoryLimit.h"
 
 namespace {
 
@@ -192,9 +193,10 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     auto* timeoutOption = app.add_option("--timeout", timeout, "End each import after this time")
                               ->option_text("SECONDS")
                               ->check(CheckPositive);
-    auto* memoryOption = app.add_option("--memory", megabytes, "Most memory that one import may take")
-                             ->option_text("MB")
-                             ->check(CheckPositive);
+    auto* memoryOption =
+        app.add_option("--memory", megabytes, "Most memory that one import may take (3/4 of the machine's)")
+            ->option_text("MB")
+            ->check(CheckPositive);
     app.add_flag("--allow-file-access", options.import.allowFileAccess,
                  "Let programs in EPS files use the file system");
     app.add_flag("-q,--quiet", options.quiet, "Don't show message boxes on standard error");
@@ -222,6 +224,8 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
         constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
         options.import.memoryLimit =
             bytes < static_cast<double>(kMost) ? static_cast<std::uint64_t>(bytes) : static_cast<std::uint64_t>(kMost);
+    } else if (const std::optional<std::uint64_t> usual = UsualMemoryLimit()) {
+        options.import.memoryLimit = *usual / options.jobs;  // those that run at once share it
     }
     std::string mistake = CheckTogether(options, !formatName.empty());
     if (mistake.empty()) mistake = CheckCurves(options.output, !curves.empty());

@@ -14,6 +14,11 @@ std::string SecondsText(double seconds) {
     return text;
 }
 
+// " (512 MB)"
+std::string LimitText(const std::optional<std::uint64_t>& bytes) {
+    return bytes ? " (" + std::to_string(*bytes >> 20) + " MB)" : "";
+}
+
 std::string LineText(std::int64_t line) { return "line " + std::to_string(line) + ": "; }
 
 // Cut short: a token may be as long as the file.
@@ -88,7 +93,7 @@ std::string ReasonOf(const Options& options, const Drawing& drawing) {
         case ImportEnd::Interrupted:
             return "interrupted";
         case ImportEnd::OutOfMemory:
-            return "the memory ran out";
+            return "the memory ran out" + LimitText(options.import.memoryLimit);
         case ImportEnd::Whole:
             break;
     }

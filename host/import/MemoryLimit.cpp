@@ -1,4 +1,5 @@
-// Address space limits by setrlimit. Only the soft limit moves, so that it can be lifted again.
+// Address space limits by setrlimit. Only the soft limit moves, so that it can be lifted again. Control groups are
+// those of version 2 and 1 (cgroups(7)).
 #include "import/MemoryLimit.h"
 
 #include <sys/resource.h>
@@ -6,8 +7,57 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
+#include <limits>
 
 namespace {
+
+constexpr std::uint64_t kNoLimit = std::numeric_limits<std::uint64_t>::max();
+
+// The number that a file begins with; kNoLimit for a file that isn't there, or that holds none, such as "max".
+std::uint64_t NumberIn(const std::string& path) {
+    std::ifstream file(path);
+    std::uint64_t number = 0;
+    return file >> number ? number : kNoLimit;
+}
+
+// The least limit of a control group and of those that it is in.
+std::uint64_t LeastLimit(const std::string& mount, std::string group, const std::string& file) {
+    std::uint64_t least = kNoLimit;
+    for (;;) {
+        least = std::min(least, NumberIn(mount + group + "/" + file));
+        if (group.empty()) return least;
+        group.resize(group.rfind('/'));
+    }
+}
+
+std::uint64_t GroupLimit(const std::string& root) {
+    std::uint64_t least = kNoLimit;
+    std::ifstream groups(root + "/proc/self/cgroup");
+    // Each line is "hierarchy:controllers:/path"; version 2 names no controllers.
+    for (std::string line; std::getline(groups, line);) {
+        const std::size_t first = line.find(':');
+        const std::size_t second = first == std::string::npos ? first : line.find(':', first + 1);
+        if (second == std::string::npos || line.compare(second + 1, 1, "/") != 0) continue;
+        const std::string controllers = "," + line.substr(first + 1, second - first - 1) + ",";
+        std::string group = line.substr(second + 1);
+        if (group == "/") group.clear();
+        if (controllers == ",,")
+            least = std::min(least, LeastLimit(root + "/sys/fs/cgroup", group, "memory.max"));
+        else if (controllers.find(",memory,") != std::string::npos)
+            least = std::min(least, LeastLimit(root + "/sys/fs/cgroup/memory", group, "memory.limit_in_bytes"));
+    }
+    return least;
+}
+
+std::uint64_t MachineMemory(const std::string& root) {
+    std::ifstream info(root + "/proc/meminfo");
+    std::string word;
+    std::uint64_t kilobytes = 0;
+    while (info >> word)
+        if (word == "MemTotal:" && info >> kilobytes) return kilobytes * 1024;
+    return kNoLimit;
+}
 
 // Bytes of address space that the process has now.
 std::uint64_t AddressSpace() {
@@ -32,6 +82,11 @@ std::uint64_t AddressSpace() {
 }
 
 }  // namespace
+
+std::optional<std::uint64_t> UsualMemoryLimit(const std::string& root) {
+    const std::uint64_t memory = std::min(GroupLimit(root), MachineMemory(root));
+    return memory == kNoLimit ? std::nullopt : std::optional(memory / 4 * 3);
+}
 
 CMemoryLimit::CMemoryLimit(std::optional<std::uint64_t> bytes) {
     rlimit limit{};

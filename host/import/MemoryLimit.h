@@ -3,6 +3,12 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
+
+// What an import may take when nobody says otherwise: three quarters of the memory that the machine has, or that the
+// control group of the process is allowed. Nothing when neither can be told. `root` is the folder that /proc and /sys
+// stand in.
+std::optional<std::uint64_t> UsualMemoryLimit(const std::string& root = "");
 
 // While it lives, the process may take so many bytes of address space beyond what it has; allocations beyond
 // fail. Without a value it does nothing.
