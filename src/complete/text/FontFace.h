@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "complete/geometry/Path.h"
+#include "complete/text/Encodings.h"
 
 namespace text {
 
@@ -39,6 +40,15 @@ public:
     [[nodiscard]] virtual std::optional<GlyphMetrics> Metrics(std::int32_t glyph) = 0;
     /// The outline, all of its contours closed; made once, and the face's for as long as it lives. Null as Metrics.
     [[nodiscard]] virtual const geometry::Path* Outline(std::int32_t glyph) = 0;
+
+    /// Whether glyphs are known by CIDs (a CIDFont's CFF data); they have no names then.
+    [[nodiscard]] virtual bool IsCidKeyed() const noexcept { return false; }
+    /// The index of the glyph of a CID; NO_GLYPH. In a face that isn't CID-keyed CIDs are indices.
+    [[nodiscard]] virtual std::int32_t GlyphOfCid(std::int32_t cid) const {
+        return cid >= 0 && cid < GlyphCount() ? cid : NO_GLYPH;
+    }
+    /// The names of the glyphs by the face's own character codes, for as long as the face lives; null without any.
+    [[nodiscard]] virtual const EncodingVector* BuiltInEncoding() const { return nullptr; }
 };
 
 }  // namespace text
