@@ -11,6 +11,10 @@ void FuzzRun(const std::uint8_t* data, std::size_t size);
 /// Analyses the bytes in blocks of two sizes, which must say the same, and has the import dialog do it with a file.
 void FuzzFileInfo(const std::uint8_t* data, std::size_t size);
 
+/// Scans the bytes as an input file, in blocks of several sizes, and as an executed text. Traps when the lexemes are
+/// other ones than a slow reference scanner finds.
+void FuzzScanner(const std::uint8_t* data, std::size_t size);
+
 /// Runs a chain of one or two decoders over the bytes, with parameters that the first of them tell, and some encoders.
 /// Traps when other sizes of blocks and reads give other bytes or another end, or when what was encoded decodes to
 /// something else.

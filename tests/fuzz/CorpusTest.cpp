@@ -24,6 +24,8 @@ int Replay(const char* corpus, void (*target)(const std::uint8_t*, std::size_t))
 
 TEST(CorpusTest, Run) { EXPECT_GT(Replay("run", FuzzRun), 0); }
 
+TEST(CorpusTest, Scanner) { EXPECT_GT(Replay("scanner", FuzzScanner), 0); }
+
 TEST(CorpusTest, Filter) { EXPECT_GT(Replay("filter", FuzzFilter), 0); }
 
 TEST(CorpusTest, FileInfo) { EXPECT_GT(Replay("info", FuzzFileInfo), 0); }
