@@ -5,7 +5,7 @@
 BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libdxflib-dev
     zlib1g-dev libfreetype-dev libfontconfig-dev libpolyclipping-dev)
 TEST_PACKAGES=(libgtest-dev clang-14 clang-format-14 python3 python3-ezdxf python3-svgelements librsvg2-bin)
-BENCH_PACKAGES=(libbenchmark-dev)
+BENCH_PACKAGES=(libbenchmark-dev lua5.4 python3)
 
 say() { printf '%s\n' "$*" >&2; }
 
