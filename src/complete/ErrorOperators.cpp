@@ -98,7 +98,7 @@ int OpRaise(CFilterEPS& m) {
         const auto* record = As<CBoolElement>(info->GetValue("recordstacks"));
         if (record && record->GetValue()) {
             info->Put("ostack", ArrayOf(m.m_OperandStack));
-            info->Put("dstack", ArrayOf(m.m_DictStack));
+            info->Put("dstack", ArrayOf(m.m_DictStack.Elements()));
             info->Put("estack", MakeElement<CArrayElement>(0));
         }
         info->Put("newerror", MakeElement<CBoolElement>(true));

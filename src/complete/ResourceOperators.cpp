@@ -332,7 +332,7 @@ int RunProcedure(CFilterEPS& m, const Category& category, const ProcedureRow& ro
     if (IsGeneral(*found, row)) return row.run(m, category);
     const ElementPtr procedure = found->Clone();
     const int depth = m.m_DictStack.GetCount();
-    m.m_DictStack.Push(category.dict->Clone());
+    m.m_DictStack.PushCopy(*category.dict);
     const int result = m.ExecuteProcedure(static_cast<const CArrayElement*>(procedure.get()));
     while (m.m_DictStack.GetCount() > depth) m.m_DictStack.Pop();
     return result;

@@ -59,7 +59,7 @@ int RunUserPath(CFilterEPS& m, int depth) {
     if (operators && data && (data->IsArrayKind() || data->m_nType == ET_STRING)) {
         result = RunEncoded(m, *data, *operators);
     } else {
-        m.m_DictStack.Push(m.m_DictStack.Bottom()->Clone());
+        m.m_DictStack.PushCopy(*m.m_DictStack.Bottom());
         result = m.ExecuteProcedure(&path);
         while (m.m_DictStack.GetCount() > dicts) m.m_DictStack.Pop();
     }

@@ -33,8 +33,8 @@ int OpCharpath(CFilterEPS& m) {
 /// with.
 class SystemDictScope {
 public:
-    explicit SystemDictScope(CElementStack& dicts) : m_Dicts(dicts), m_nDepth(dicts.GetCount()) {
-        m_Dicts.Push(m_Dicts.Bottom()->Clone());
+    explicit SystemDictScope(CDictStack& dicts) : m_Dicts(dicts), m_nDepth(dicts.GetCount()) {
+        m_Dicts.PushCopy(*m_Dicts.Bottom());
     }
     SystemDictScope(const SystemDictScope&) = delete;
     SystemDictScope& operator=(const SystemDictScope&) = delete;
@@ -43,7 +43,7 @@ public:
     }
 
 private:
-    CElementStack& m_Dicts;
+    CDictStack& m_Dicts;
     int m_nDepth;
 };
 

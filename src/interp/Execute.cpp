@@ -45,17 +45,6 @@ bool CFilterEPS::PollHost() {
     return m_bUserBreak;
 }
 
-const CElement* CFilterEPS::LookUp(const CName* name, CDictionary** found) const {
-    for (CElement* e = m_DictStack.Top(); e; e = e->m_pPrev) {
-        auto* dict = static_cast<CDictionary*>(e);
-        const CDictNode* node = dict->Find(name);
-        if (!node) continue;
-        if (found) *found = dict;
-        return node->GetValue();
-    }
-    return nullptr;
-}
-
 int CFilterEPS::ExecuteName(const CName* name) {
     const CElement* value = nullptr;
     if (name == m_pFontDirectoryName) {

@@ -9,6 +9,7 @@
 
 #include "hostout/DataFilter.h"
 #include "interp/Dialect.h"
+#include "interp/DictStack.h"
 #include "interp/ElementStack.h"
 #include "interp/ErrorCodes.h"
 #include "objects/Array.h"
@@ -165,9 +166,11 @@ public:
     /// Asks the host now and then whether the user wants out, by the work that has been done (objects/Work.h). True when
     /// the run has to end.
     [[nodiscard]] bool IsInterrupted(std::int64_t steps = 1) { return (g_nWorkLeft -= steps) <= 0 && PollHost(); }
-    /// The value of a name on the dictionary stack, from the top; null when no dictionary has it. found, if given,
-    /// takes the dictionary element.
-    [[nodiscard]] const CElement* LookUp(const CName* name, CDictionary** found = nullptr) const;
+    /// The value of a name on the dictionary stack, from the top; null when no dictionary has it.
+    [[nodiscard]] const CElement* LookUp(const CName* name) const {
+        const CDictNode* node = m_DictStack.Find(name);
+        return node ? node->GetValue() : nullptr;
+    }
     [[nodiscard]] CDictionary* TopDict() const { return static_cast<CDictionary*>(m_DictStack.Top()); }
 
     /// Reads over the encoded data of a filter, to behind its end mark. PSERR_IO, PSERR_UNSUPPORTED.
@@ -212,7 +215,7 @@ public:
     std::int32_t m_nCacheLower = 500;
     std::int32_t m_nCacheUpper = 5000;
     CElementStack m_OperandStack;
-    CElementStack m_DictStack;    ///< systemdict, globaldict, userdict at the start; never below these
+    CDictStack m_DictStack;       ///< systemdict, globaldict, userdict at the start; never below these
     CElementStack m_GStateStack;  ///< CGStateElements; never empty once constructed
     TypedPtr<CDictionary> m_pFontDirectory;
     TypedPtr<CDictionary> m_pSharedFontDirectory;

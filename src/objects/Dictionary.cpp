@@ -82,7 +82,10 @@ bool CDictNodeValues::DropLevel() noexcept {
 CDictHash::CDictHash(std::int32_t count) noexcept : m_nBuckets(PrimeAtLeast(count)) {}
 
 CDictHash::~CDictHash() {
-    for (CDictNode* node : m_Slots) delete node;
+    for (CDictNode* node : m_Slots) {
+        if (node) node->m_pKey->ForgetMeanings();
+        delete node;
+    }
 }
 
 void CDictHash::Rehash(size_t slots) {
@@ -99,12 +102,14 @@ void CDictHash::Insert(const CBody* owner, const CName* key, ElementPtr value) {
     }
     auto* node = new CDictNode(owner, key, key->m_nBucketHash % m_nBuckets, std::move(value));
     node->m_nSequence = m_nNextSequence++;
+    key->ForgetMeanings();
     m_Slots[SlotOf(key)] = node;
     ++m_nCount;
     m_bOrderValid = false;
 }
 
 void CDictHash::EraseSlot(size_t slot) noexcept {
+    m_Slots[slot]->m_pKey->ForgetMeanings();
     delete m_Slots[slot];
     m_Slots[slot] = nullptr;
     --m_nCount;

@@ -2,6 +2,7 @@
 // keeps one value for each save level, so that `restore` undoes definitions by dropping a level of values.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string_view>
 #include <unordered_map>
@@ -90,7 +91,8 @@ public:
 };
 
 /// The text-key table. Lookup goes by the address of the interned key; iteration goes by ascending bucket of
-/// a chained table of fixed size, which exists only as that order.
+/// a chained table of fixed size, which exists only as that order. A key that comes or goes is told so, as what its
+/// name means may be another entry now (CName::ForgetMeanings).
 class CDictHash {
 public:
     explicit CDictHash(std::int32_t count) noexcept;
@@ -159,6 +161,29 @@ struct CDictEntries {
     CDictOtherKeys m_OtherKeys;
 };
 
+/// What the shape of the dictionary stack became when a dictionary was put on stacks of other shapes: the last ones.
+class CShapesAbove {
+public:
+    /// 0 when it isn't known.
+    [[nodiscard]] DictStackShape Find(DictStackShape below) const noexcept {
+        for (const Step& step : m_Steps) {
+            if (step.below == below) return step.above;
+        }
+        return 0;
+    }
+    void Remember(DictStackShape below, DictStackShape above) noexcept {
+        m_Steps[1] = m_Steps[0];
+        m_Steps[0] = {below, above};
+    }
+
+private:
+    struct Step {
+        DictStackShape below = 0;
+        DictStackShape above = 0;
+    };
+    Step m_Steps[2];
+};
+
 class CDictionaryBody final : public CBodyOf<CDictEntries> {
 public:
     explicit CDictionaryBody(std::int32_t count) : CBodyOf(BK_DICT, count), m_nMaxLength(count) {}
@@ -171,6 +196,7 @@ public:
     }
 
     const std::int32_t m_nMaxLength;  ///< the count given at creation. Departure: limits nothing
+    CShapesAbove m_Shapes;            ///< for the dictionary stack
 };
 
 /// A dictionary object. Without a body it is empty, and what is put in it is dropped.

@@ -1,6 +1,7 @@
 // The base of every PostScript object, its type and access codes, and who owns an element.
 #pragma once
 
+#include <cassert>
 #include <cstdint>
 #include <memory>
 
@@ -31,7 +32,7 @@ enum AccessAttribute : std::int32_t { ACC_UNLIMITED = 0, ACC_READONLY = 1, ACC_E
 class CElement;
 
 /// Drops an element of any type: a number goes back to its pool, any other element is destroyed. Null is fine.
-void FreeElement(CElement* p) noexcept;
+inline void FreeElement(CElement* p) noexcept;
 
 struct FreeElementFn {
     void operator()(CElement* p) const noexcept { FreeElement(p); }
@@ -89,6 +90,19 @@ protected:
         return copy;
     }
 };
+
+/// Gives a number back to its pool (objects/Number.h).
+void FreeNumber(CElement* number) noexcept;
+
+inline void FreeElement(CElement* p) noexcept {
+    if (!p) return;
+    assert(!p->m_pStack);
+    if (p->m_nType == ET_NUMBER) {
+        FreeNumber(p);
+    } else {
+        delete p;
+    }
+}
 
 /// The element as one of class T, which says by `static bool IsType(int)` which type codes it stands for.
 /// Null for a null element or one of another class.

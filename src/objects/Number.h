@@ -1,11 +1,25 @@
-// Numbers, and the process-wide pool that they come from in constant time, however many are alive.
+// Numbers, and the process-wide pool that they come from in constant time, however many are alive. What runs for each
+// number of a program is inline.
 #pragma once
 
+#include <limits>
+#include <new>
+
 #include "objects/Element.h"
+#include "objects/FreeCells.h"
 #include "objects/Limits.h"
 
 /// Numbers closer to each other than this are equal: to `eq` and its relatives, and as keys of dictionaries.
 inline constexpr double NUMBER_TOLERANCE = 1e-6;
+
+/// Truncates a double towards zero; the lowest value of Int for what it can't hold and for a not-a-number.
+template <class Int>
+[[nodiscard]] constexpr Int Truncate(double value) noexcept {
+    constexpr double limit = -static_cast<double>(std::numeric_limits<Int>::min());
+    if (!(value > -limit - 1.0 && value < limit)) return std::numeric_limits<Int>::min();
+    return static_cast<Int>(value);
+}
+[[nodiscard]] constexpr std::int32_t TruncateToInt(double value) noexcept { return Truncate<std::int32_t>(value); }
 
 /// An integer or a real. Both are held as a double, told apart by m_nNumKind.
 class CNumberElement final : public CElement {
@@ -22,14 +36,14 @@ public:
     void SetInt64(std::int64_t n) noexcept { Set(0, static_cast<double>(n)); }
     void SetReal(double f) noexcept { Set(1, f); }
     /// Truncated towards zero to 32 bits; -2147483648 for what 32 bits can't hold and for a not-a-number.
-    [[nodiscard]] std::int32_t GetInt() const noexcept;
+    [[nodiscard]] std::int32_t GetInt() const noexcept { return TruncateToInt(m_fValue); }
     /// The same with 64 bits.
-    [[nodiscard]] std::int64_t GetInt64() const noexcept;
+    [[nodiscard]] std::int64_t GetInt64() const noexcept { return Truncate<std::int64_t>(m_fValue); }
     [[nodiscard]] double GetReal() const noexcept { return m_fValue; }
     [[nodiscard]] bool IsReal() const noexcept { return m_nNumKind == 1; }
 
     /// Makes the element that AllocNumberElement gave the caller's.
-    void MarkInUse() noexcept;
+    inline void MarkInUse() noexcept;
     /// Gives the element back to the pool. It is gone.
     void MarkFree() noexcept;
 
@@ -46,9 +60,6 @@ private:
     }
 };
 
-/// Truncates a double towards zero to 32 bits by the rule of CNumberElement::GetInt.
-[[nodiscard]] std::int32_t TruncateToInt(double value) noexcept;
-
 /// Cells that the pool starts with and grows by.
 inline constexpr std::int32_t NUMBER_POOL_STEP = UsualOrTiny(1000, 1);
 
@@ -60,10 +71,38 @@ void CreateNumberPool();
 /// Destroys every cell, in use or not, and sets the size back.
 void DestroyNumberPool() noexcept;
 
+/// The pool: its cells, and the number that AllocNumberElement answers until somebody marks it.
+extern CFreeCells<CNumberElement, NUMBER_POOL_STEP> g_NumberCells;
+extern CNumberElement* g_pOfferedNumber;
+
 /// A new number. It stays free until MarkInUse: the next call before gives the same one again. The pool grows when no
 /// cell is free; numbers never move.
-[[nodiscard]] CNumberElement* AllocNumberElement();
+[[nodiscard]] inline CNumberElement* AllocNumberElement() {
+    if (g_pOfferedNumber) return g_pOfferedNumber;
+    if (g_NumberCells.IsEmpty()) {
+        g_NumberCells.Grow();
+        g_nNumberPoolSize += NUMBER_POOL_STEP;
+    }
+    g_pOfferedNumber = new (g_NumberCells.Take()) CNumberElement;
+    return g_pOfferedNumber;
+}
+
+inline void CNumberElement::MarkInUse() noexcept {
+    assert(this == g_pOfferedNumber);
+    g_pOfferedNumber = nullptr;
+    m_bInUse = true;
+}
 
 /// A new integer or real, in use and owned by the caller.
-[[nodiscard]] TypedPtr<CNumberElement> NewInt(std::int32_t n);
-[[nodiscard]] TypedPtr<CNumberElement> NewReal(double f);
+[[nodiscard]] inline TypedPtr<CNumberElement> NewInt(std::int32_t n) {
+    CNumberElement* number = AllocNumberElement();
+    number->SetInt(n);
+    number->MarkInUse();
+    return TypedPtr<CNumberElement>(number);
+}
+[[nodiscard]] inline TypedPtr<CNumberElement> NewReal(double f) {
+    CNumberElement* number = AllocNumberElement();
+    number->SetReal(f);
+    number->MarkInUse();
+    return TypedPtr<CNumberElement>(number);
+}

@@ -1,20 +1,7 @@
-// Copies and comparisons of the simple objects, and the one way to drop any element.
+// Copies and comparisons of the simple objects.
 #include "objects/SimpleElements.h"
 
-#include <cassert>
-
-#include "objects/Number.h"
 #include "objects/String.h"
-
-void FreeElement(CElement* p) noexcept {
-    if (!p) return;
-    assert(!p->m_pStack);
-    if (p->m_nType == ET_NUMBER) {
-        static_cast<CNumberElement*>(p)->MarkFree();
-    } else {
-        delete p;
-    }
-}
 
 bool CBoolElement::IsEqual(const CElement* pOther) const {
     const auto* other = As<CBoolElement>(pOther);

@@ -130,7 +130,7 @@ ElementPtr BuildCMapProcSet(CFilterEPS& m) {
     const int operandDepth = m.m_OperandStack.GetCount();
 
     auto procSet = MakeElement<CDictionary>(35);
-    m.m_DictStack.Push(procSet->Clone());
+    m.m_DictStack.PushCopy(*procSet);
     // A program may have put its own procedures in the place of the operators used. What then goes wrong
     // concerns the set alone: results don't count, and what was left on the stacks goes.
     for (const std::string_view source : kSources) (void)m.ScanBuffer(source);

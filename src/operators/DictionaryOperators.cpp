@@ -50,7 +50,7 @@ int OpBegin(CFilterEPS& m) {
     Operands in(m);
     in.Dict(0);
     if (!in) return -1;
-    m.m_DictStack.Push(m.Pop());
+    m.m_DictStack.Push(Take<CDictionary>(m));
     return 1;
 }
 
