@@ -39,13 +39,15 @@ inline constexpr int MAX_BRACE_DEPTH = 10000;
     }
 }
 
-/// Lookup tables of the bytes that end a token, for the loop over its bytes.
+/// Lookup tables of the bytes that end a token, for the loop over its bytes, and of those that are nothing but that.
 struct CDelimiterTable {
     bool is[256] = {};
+    bool isBlank[256] = {};
     constexpr explicit CDelimiterTable(bool fullSyntax) {
         for (int c = 0; c < 256; ++c) is[c] = IsDelimiter(static_cast<unsigned char>(c));
+        for (const unsigned char c : {' ', '\r', '\n', '\f', '\t'}) isBlank[c] = true;
         if (!fullSyntax) return;
-        is[0] = true;
+        is[0] = isBlank[0] = true;
         is[static_cast<unsigned char>('\\')] = false;
     }
 };
@@ -94,6 +96,8 @@ public:
         return {m_pAt, static_cast<size_t>(m_pEnd - m_pAt)};
     }
     void Skip(size_t n) noexcept { m_pAt += n; }
+    /// The bytes that can be looked at without reading.
+    [[nodiscard]] std::string_view AtHand() const noexcept { return {m_pAt, static_cast<size_t>(m_pEnd - m_pAt)}; }
     void Enter(size_t) noexcept {}
     void Leave() noexcept {}
     [[nodiscard]] size_t Position() const noexcept { return static_cast<size_t>(m_pAt - m_pBegin); }
@@ -120,44 +124,46 @@ public:
     void Unget() noexcept { --m_nAt; }
     [[nodiscard]] std::string_view Peek(int& result) {
         result = m_nAt == m_Block.size() ? Load() : 1;
-        return {reinterpret_cast<const char*>(m_Block.data()) + m_nAt, m_Block.size() - m_nAt};
+        return AtHand();
     }
     void Skip(size_t n) noexcept { m_nAt += n; }
+    [[nodiscard]] std::string_view AtHand() const noexcept {
+        return {reinterpret_cast<const char*>(m_Block.data()) + m_nAt, m_Block.size() - m_nAt};
+    }
     [[nodiscard]] size_t Position() const noexcept {
         const CFileBody* body = m_File.GetBody();
         return m_nAt + (body ? static_cast<size_t>(body->m_nPos) : 0);
     }
     /// waiting: bytes in front of the position that the lexeme begins with.
     void Enter(size_t waiting) noexcept {
-        if (CFileBody* body = m_File.GetBody()) {
-            // Unless an operator has read from the file in between.
-            body->m_nScanStart = body->m_nPos - (body->m_nPos == m_nLeft ? static_cast<std::int64_t>(waiting) : 0);
-        }
-        Forget();
+        m_pBody = m_File.GetBody();
+        if (!m_pBody) return;
+        // Unless an operator has read from the file in between.
+        const bool waits = m_pBody->m_nPos == m_nLeft;
+        m_pBody->m_nScanStart = m_pBody->m_nPos - (waits ? static_cast<std::int64_t>(waiting) : 0);
+        m_Block = m_pBody->AtHand();
     }
     void Leave() noexcept {
-        if (CFileBody* body = m_File.GetBody()) {
-            body->Skip(m_nAt);
-            m_nLeft = body->m_nPos;
+        if (m_pBody) {
+            m_pBody->Skip(m_nAt);
+            m_nLeft = m_pBody->m_nPos;
         }
-        Forget();
-    }
-
-private:
-    void Forget() noexcept {
         m_Block = {};
         m_nAt = 0;
     }
+
+private:
     int Load() {
         Leave();
-        CFileBody* body = m_File.GetBody();
-        if (!body) return -1;
+        if (!m_pBody) return -1;
         int result = 1;
-        m_Block = body->Peek(result);
+        m_Block = m_pBody->Peek(result);
+        m_pBody = m_File.GetBody();  // a source may run a procedure, which takes the file away
         return result;
     }
 
     const CFileElement& m_File;
+    CFileBody* m_pBody = nullptr;  ///< between Enter and Leave
     std::span<const unsigned char> m_Block;
     size_t m_nAt = 0;
     std::int64_t m_nLeft = 0;  ///< position at the last Leave
@@ -205,13 +211,15 @@ public:
     /// The next lexeme. The source stands behind it and the delimiter that ended it, if one did.
     Lexeme Next() {
         m_Source.Enter(m_bWaiting ? 1 : 0);
-        const Lexeme lexeme = Scan();
+        m_bPlain = TakePlainToken();
+        const Lexeme lexeme = m_bPlain ? Lexeme::token : Scan();
         m_Source.Leave();
         return lexeme;
     }
 
-    /// Text of the last token, string or procedure. That of a token ends at its first zero byte.
-    [[nodiscard]] std::string_view Text() const noexcept { return m_Text; }
+    /// Text of the last token, string or procedure, as long as nothing is read from the source. That of a token ends at
+    /// its first zero byte.
+    [[nodiscard]] std::string_view Text() const noexcept { return m_bPlain ? m_Plain : std::string_view(m_Text); }
     [[nodiscard]] ErrorCode Error() const noexcept { return m_Error; }
     /// Behind Lexeme::end: what stands open there and is dropped (a token, literal or immediate name with its Text, a
     /// string, hexString or procedure), comment behind an end comment, else end.
@@ -241,6 +249,33 @@ public:
     void SkipBytes(size_t n) noexcept { m_Source.Skip(n); }
 
 private:
+    static constexpr const CDelimiterTable& DELIMITERS = Rules::fullSyntax ? g_LanguageDelimiters : g_Delimiters;
+
+    /// The way of most lexemes: a token with its delimiter that lies whole in the bytes at hand, behind nothing but
+    /// blanks, is cut out in place. False, with nothing taken, for anything else, which is Scan's.
+    bool TakePlainToken() noexcept {
+        if (m_bHex || m_bLiteral || m_bImmediate || (m_bWaiting && !DELIMITERS.isBlank[m_Waiting])) return false;
+        const std::string_view bytes = m_Source.AtHand();
+        const auto at = [bytes](size_t i) { return static_cast<unsigned char>(bytes[i]); };
+        size_t first = 0;
+        while (first < bytes.size() && DELIMITERS.isBlank[at(first)]) ++first;
+        size_t end = first;
+        while (end < bytes.size() && !DELIMITERS.is[at(end)] && bytes[end] != '\0') ++end;
+        if (end == first || end == bytes.size() || end - first > MAX_KEY_LENGTH) return false;
+        if (Rules::fullSyntax ? IsBinaryToken(at(first)) : bytes[end] == '\0') return false;
+        unsigned char delimiter = at(end);
+        size_t taken = end + 1;
+        if (Rules::pairsCr && delimiter == '\r') {
+            if (taken == bytes.size()) return false;
+            if (bytes[taken] == '\n') delimiter = at(taken++);
+        }
+        m_Plain = bytes.substr(first, end - first);
+        m_Waiting = delimiter;
+        m_bWaiting = true;
+        m_Source.Skip(taken);
+        return true;
+    }
+
     Lexeme Fail(ErrorCode code) noexcept {
         m_Error = code;
         return Lexeme::failure;
@@ -319,9 +354,8 @@ private:
                 m_Source.Skip(1);
                 return 1;
             }
-            constexpr const CDelimiterTable& delimiters = Rules::fullSyntax ? g_LanguageDelimiters : g_Delimiters;
             size_t n = 0;
-            while (n < bytes.size() && !delimiters.is[static_cast<unsigned char>(bytes[n])]) ++n;
+            while (n < bytes.size() && !DELIMITERS.is[static_cast<unsigned char>(bytes[n])]) ++n;
             if (n > 0) {
                 if (m_nToken == 0) m_Text.clear();
                 m_nToken += n;
@@ -618,6 +652,8 @@ private:
 
     Source m_Source;
     std::string m_Text;
+    std::string_view m_Plain;  ///< the last token in the bytes of the source, when it was taken there
+    bool m_bPlain = false;
     std::string m_Hex;    ///< digits of the hex string so far
     size_t m_nToken = 0;  ///< bytes of the open token
     bool m_bLiteral = false;

@@ -158,6 +158,17 @@ int CDialect::ScanBuffer(CFilterEPS& m, std::string_view text) {
 }
 
 int CFilterEPS::ExecuteToken(std::string_view text) {
+    double value = 0.0;
+    switch (PlainNumber(text, value)) {
+        case NumberClass::real:
+            PushReal(value);
+            return 1;
+        case NumberClass::integer:
+            PushInt(static_cast<std::int32_t>(value));
+            return 1;
+        case NumberClass::none:
+            break;
+    }
     const NumberClass numberClass = ClassifyNumber(text);
     if (numberClass == NumberClass::none) return ExecuteName(InternName(text));
     return PushNumberToken(text, numberClass);

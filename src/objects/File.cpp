@@ -156,8 +156,7 @@ std::span<const unsigned char> CFileBody::Peek(int& result) {
         if (result != 1) return {};
     }
     result = 1;
-    const std::int64_t left = std::min<std::int64_t>(m_nBufCount - m_nBufIndex, m_nEnd - m_nPos);
-    return {m_Buffer.data() + m_nBufIndex, static_cast<size_t>(left)};
+    return AtHand();
 }
 
 void CFileBody::SkipInStream(size_t n) noexcept {

@@ -2,6 +2,7 @@
 // C library (what a program opens by its name), or writes to a sink.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <limits>
@@ -92,6 +93,12 @@ public:
     // For a scanner or decoder that walks the bytes without a call for each of them.
     /// What is left of the block, after loading one if need be. Of a stream one byte at a time.
     [[nodiscard]] std::span<const unsigned char> Peek(int& result) override;
+    /// What is left of a block that has been loaded, for as long as nothing else is done with the file.
+    [[nodiscard]] std::span<const unsigned char> AtHand() const noexcept {
+        if (!m_pSource || !m_bBufLoaded || m_nPos >= m_nEnd) return {};
+        const std::int64_t left = std::min<std::int64_t>(m_nBufCount - m_nBufIndex, m_nEnd - m_nPos);
+        return {m_Buffer.data() + m_nBufIndex, static_cast<size_t>(left)};
+    }
     void Skip(size_t n) noexcept override {
         if (m_pStream) return SkipInStream(n);
         m_nBufIndex += static_cast<std::int32_t>(n);

@@ -15,9 +15,16 @@ namespace {
 constexpr size_t BLOCK_BYTES = UsualOrTiny<size_t>(64 * 1024, 64);
 constexpr size_t FIRST_SLOTS = UsualOrTiny<size_t>(2048, 2);
 
-std::uint32_t MixedHash(std::string_view text) {
-    std::uint64_t h = 0x9E3779B97F4A7C15u ^ text.size();
-    for (const char c : text) h = (h ^ static_cast<unsigned char>(c)) * 0x100000001B3u;
+/// Cuts the text at its first zero byte and mixes what is left, in one pass.
+std::uint32_t CutAndHash(std::string_view& text) {
+    std::uint64_t h = 0x9E3779B97F4A7C15u;
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\0') {
+            text = text.substr(0, i);
+            break;
+        }
+        h = (h ^ static_cast<unsigned char>(text[i])) * 0x100000001B3u;
+    }
     h ^= h >> 32;
     return static_cast<std::uint32_t>(h ^ (h >> 15));
 }
@@ -31,9 +38,8 @@ std::uint32_t BucketHash(std::string_view text) {
 class NameTable {
 public:
     const CName* Intern(std::string_view text) {
-        text = text.substr(0, text.find('\0'));
         if (m_Slots.empty()) m_Slots.resize(FIRST_SLOTS);
-        const std::uint32_t hash = MixedHash(text);
+        const std::uint32_t hash = CutAndHash(text);
         const size_t slot =
             ProbeSlots(m_Slots, hash, [&](const CName* name) { return name->m_nHash == hash && name->Text() == text; });
         if (m_Slots[slot]) return m_Slots[slot];

@@ -68,6 +68,35 @@ bool RadixNumber(std::string_view base, std::string_view digits, double& value) 
 
 }  // namespace
 
+// A real of up to 15 digits is a quotient of two integers that doubles hold exactly; so one division rounds it, and as
+// correctly as from_chars does.
+NumberClass PlainNumber(std::string_view text, double& value) noexcept {
+    constexpr std::ptrdiff_t mostDigits = 15;
+    constexpr std::ptrdiff_t mostIntegerDigits = 9;
+    constexpr double powers[mostDigits + 1] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                               1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    const bool negative = at != end && *at == '-';
+    if (negative) ++at;
+    const char* const digits = at;
+    if (end - digits > mostDigits + 1) return NumberClass::none;
+    std::int64_t mantissa = 0;
+    for (; at != end && IsDigit(*at); ++at) mantissa = mantissa * 10 + (*at - '0');
+    if (at == end) {
+        if (at == digits || at - digits > mostIntegerDigits) return NumberClass::none;
+        value = static_cast<double>(negative ? -mantissa : mantissa);
+        return NumberClass::integer;
+    }
+    if (*at != '.') return NumberClass::none;
+    const char* const fraction = ++at;
+    for (; at != end && IsDigit(*at); ++at) mantissa = mantissa * 10 + (*at - '0');
+    if (at != end || at - digits < 2) return NumberClass::none;  // a point needs a digit on one side
+    const double magnitude = static_cast<double>(mantissa) / powers[at - fraction];
+    value = negative ? -magnitude : magnitude;
+    return NumberClass::real;
+}
+
 NumberClass ClassifyNumber(std::string_view text) noexcept {
     if (text.empty()) return NumberClass::none;
     const char first = text.front();
@@ -89,7 +118,7 @@ NumberClass ClassifyNumber(std::string_view text) noexcept {
 
 bool NumberFromText(std::string_view text, NumberClass numberClass, double& value) noexcept {
     if (numberClass == NumberClass::real) {
-        value = RealPrefix(text);
+        if (PlainNumber(text, value) != NumberClass::real) value = RealPrefix(text);
         return true;
     }
     if (const size_t hash = text.find('#'); hash != std::string_view::npos) {

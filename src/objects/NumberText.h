@@ -11,6 +11,11 @@ enum class NumberClass : signed char { none = -1, integer = 0, real = 1 };
 /// "1-2" passes as an integer and "1.2.3" as a real. A '#' behind the first byte makes an integer.
 [[nodiscard]] NumberClass ClassifyNumber(std::string_view text) noexcept;
 
+/// Classifies and converts the texts that most numbers of files are in one pass: digits with or without a minus sign in
+/// front and a point among them, few enough (9 of an integer, 15 of a real) to be computed exactly, so that the value is
+/// that of the two functions around this one to the last bit. Any other text is none, number or not.
+[[nodiscard]] NumberClass PlainNumber(std::string_view text, double& value) noexcept;
+
 /// Takes the value of a text that ClassifyNumber took for a number, as far as its bytes make sense
 /// ("1-2" is 1, "1e" is 1.0, "--5" is 0). Integers beyond 32 bits stop at the nearest 32-bit value; a radix
 /// number keeps the low 32 bits as a signed number.
