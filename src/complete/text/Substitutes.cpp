@@ -1,0 +1,220 @@
+// fontconfig is asked for exact PostScript names: its matching never says that there is no such face. It is asked to
+// match only for a class of faces.
+#include "complete/text/Substitutes.h"
+
+#include <fontconfig/fontconfig.h>
+
+#include <algorithm>
+#include <map>
+#include <unordered_map>
+#include <utility>
+
+#include "complete/text/FreeTypeFace.h"
+#include "complete/text/StandardFonts.h"
+
+namespace text {
+
+namespace {
+
+struct Destroy {
+    void operator()(FcConfig* config) const noexcept { FcConfigDestroy(config); }
+    void operator()(FcPattern* pattern) const noexcept { FcPatternDestroy(pattern); }
+    void operator()(FcObjectSet* objects) const noexcept { FcObjectSetDestroy(objects); }
+    void operator()(FcFontSet* fonts) const noexcept { FcFontSetDestroy(fonts); }
+};
+template <class Type>
+using Owned = std::unique_ptr<Type, Destroy>;
+
+/// A place that a face can be read from.
+struct FontFile {
+    /// Type 1 first: OpenType versions of the fonts of symbols have no encoding.
+    int rank = 0;
+    std::string path;
+    int index = 0;
+
+    friend auto operator<=>(const FontFile&, const FontFile&) = default;
+};
+
+int RankOf(std::string_view path) {
+    const std::string_view ending = path.substr(std::min(path.size(), path.rfind('.')));
+    if (ending == ".t1") return 0;
+    return ending == ".pfb" || ending == ".pfa" ? 1 : 2;
+}
+
+std::string TextOf(const FcPattern* pattern, const char* object) {
+    FcChar8* text = nullptr;
+    if (FcPatternGetString(pattern, object, 0, &text) != FcResultMatch) return {};
+    return reinterpret_cast<const char*>(text);
+}
+
+FontFile FileOf(const FcPattern* pattern) {
+    FontFile file;
+    file.path = TextOf(pattern, FC_FILE);
+    file.rank = RankOf(file.path);
+    static_cast<void>(FcPatternGetInteger(pattern, FC_INDEX, 0, &file.index));
+    return file;
+}
+
+/// The files that have a face of just that name, best first.
+std::vector<FontFile> FilesOf(FcConfig* config, const std::string& postScriptName) {
+    const Owned<FcPattern> pattern(
+        FcPatternBuild(nullptr, FC_POSTSCRIPT_NAME, FcTypeString, postScriptName.c_str(), nullptr));
+    const Owned<FcObjectSet> objects(FcObjectSetBuild(FC_FILE, FC_INDEX, FC_POSTSCRIPT_NAME, nullptr));
+    if (!pattern || !objects) return {};
+    const Owned<FcFontSet> fonts(FcFontList(config, pattern.get(), objects.get()));
+    std::vector<FontFile> files;
+    for (int i = 0; fonts && i < fonts->nfont; ++i) {
+        // Upper and lower case are one to fontconfig.
+        if (TextOf(fonts->fonts[i], FC_POSTSCRIPT_NAME) == postScriptName) files.push_back(FileOf(fonts->fonts[i]));
+    }
+    std::ranges::sort(files);
+    return files;
+}
+
+/// What fontconfig takes for the best of a class.
+Owned<FcPattern> MatchClass(FcConfig* config, const FaceClass& faceClass) {
+    constexpr const char* families[] = {"sans-serif", "serif", "monospace"};  // in the order of FaceClass::Family
+    const Owned<FcPattern> pattern(FcPatternBuild(
+        nullptr, FC_FAMILY, FcTypeString, families[static_cast<std::size_t>(faceClass.family)], FC_WEIGHT,
+        FcTypeInteger, faceClass.isBold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR, FC_SLANT, FcTypeInteger,
+        faceClass.isItalic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN, FC_OUTLINE, FcTypeBool, FcTrue, nullptr));
+    if (!pattern || !FcConfigSubstitute(config, pattern.get(), FcMatchPattern)) return nullptr;
+    FcDefaultSubstitute(pattern.get());
+    FcResult result = FcResultNoMatch;
+    return Owned<FcPattern>(FcFontMatch(config, pattern.get(), &result));
+}
+
+/// A face whose glyphs are stretched in x to the widths of a standard one, where that has them.
+class FittedFace final : public FontFace {
+public:
+    FittedFace(std::shared_ptr<FontFace> face, StandardFace widths) : m_pFace(std::move(face)), m_Widths(widths) {}
+
+    [[nodiscard]] std::string_view Name() const noexcept override { return m_pFace->Name(); }
+    [[nodiscard]] std::int32_t GlyphCount() const noexcept override { return m_pFace->GlyphCount(); }
+    [[nodiscard]] std::int32_t GlyphOfName(std::string_view name) const override { return m_pFace->GlyphOfName(name); }
+    [[nodiscard]] std::string_view NameOfGlyph(std::int32_t glyph) const override {
+        return m_pFace->NameOfGlyph(glyph);
+    }
+    [[nodiscard]] std::optional<GlyphMetrics> Metrics(std::int32_t glyph) override {
+        auto metrics = m_pFace->Metrics(glyph);
+        if (!metrics) return std::nullopt;
+        if (const auto width = WidthOf(glyph)) {
+            metrics->bearing.x *= StretchOf(*metrics, *width);
+            metrics->width.x = *width;
+        }
+        return metrics;
+    }
+    [[nodiscard]] const geometry::Path* Outline(std::int32_t glyph) override {
+        const auto known = m_Outlines.find(glyph);
+        if (known != m_Outlines.end()) return &known->second;
+        const geometry::Path* outline = m_pFace->Outline(glyph);
+        const auto metrics = m_pFace->Metrics(glyph);
+        const auto width = WidthOf(glyph);
+        if (!outline || !metrics || !width) return outline;
+        geometry::Path& fitted = m_Outlines[glyph] = *outline;
+        const double stretch[9] = {StretchOf(*metrics, *width), 0, 0, 0, 1, 0, 0, 0, 1};
+        fitted.Transform(stretch);
+        return &fitted;
+    }
+    [[nodiscard]] const EncodingVector* BuiltInEncoding() const override { return m_pFace->BuiltInEncoding(); }
+
+private:
+    [[nodiscard]] std::optional<int> WidthOf(std::int32_t glyph) const {
+        return StandardWidth(m_Widths, NameOfGlyph(glyph));
+    }
+    static double StretchOf(const GlyphMetrics& metrics, int width) noexcept {
+        return metrics.width.x > 0 ? width / metrics.width.x : 1;
+    }
+
+    std::shared_ptr<FontFace> m_pFace;
+    StandardFace m_Widths;
+    std::unordered_map<std::int32_t, geometry::Path> m_Outlines;
+};
+
+}  // namespace
+
+struct FontCatalogue::Contents {
+    std::vector<std::string> folders;
+    bool isStarted = false;
+    std::vector<Owned<FcConfig>> configs;                 ///< one for each folder, then that of the system
+    std::map<FontFile, std::shared_ptr<FontFace>> faces;  ///< null for a file that can't be read
+    std::map<std::string, std::optional<SubstituteFace>, std::less<>> known;
+
+    void Start() {
+        if (std::exchange(isStarted, true)) return;
+        for (const std::string& folder : folders) {
+            Owned<FcConfig> config(FcConfigCreate());
+            if (config && FcConfigAppFontAddDir(config.get(), reinterpret_cast<const FcChar8*>(folder.c_str())))
+                configs.push_back(std::move(config));
+        }
+        if (Owned<FcConfig> system{FcInitLoadConfigAndFonts()}) configs.push_back(std::move(system));
+    }
+
+    std::shared_ptr<FontFace> Open(const FontFile& file) {
+        constexpr double thousandths = 1000;
+        const auto [entry, isNew] = faces.try_emplace(file);
+        if (isNew) entry->second = FreeTypeFace::OpenFile(file.path, file.index, thousandths);
+        return entry->second;
+    }
+
+    /// The first of some names that is there, in the first place that has one of them.
+    std::optional<SubstituteFace> FindExactly(const std::vector<std::string>& names) {
+        for (const Owned<FcConfig>& config : configs) {
+            for (const std::string& name : names) {
+                for (const FontFile& file : FilesOf(config.get(), name)) {
+                    if (auto face = Open(file)) return SubstituteFace{std::move(face), name, true, std::nullopt};
+                }
+            }
+        }
+        return std::nullopt;
+    }
+
+    /// The system's fonts are asked first: the rules that tell the classes of faces are its own.
+    std::optional<SubstituteFace> FindOfClass(const FaceClass& faceClass, std::optional<StandardFace> widths) {
+        for (auto config = configs.rbegin(); config != configs.rend(); ++config) {
+            const Owned<FcPattern> match = MatchClass(config->get(), faceClass);
+            if (!match) continue;
+            std::shared_ptr<FontFace> face = Open(FileOf(match.get()));
+            if (!face || face->GlyphOfName("a") == FontFace::NO_GLYPH) continue;
+            std::string name = TextOf(match.get(), FC_POSTSCRIPT_NAME);
+            if (name.empty()) name = face->Name();
+            if (widths) face = std::make_shared<FittedFace>(std::move(face), *widths);
+            return SubstituteFace{std::move(face), std::move(name), false, widths};
+        }
+        return std::nullopt;
+    }
+
+    std::optional<SubstituteFace> Find(const std::string& name) {
+        Start();
+        std::vector<std::string> names{name};
+        const std::optional<StandardFont> standard = FindStandardFont(name);
+        if (standard) names.insert(names.end(), standard->faces.begin(), standard->faces.end());
+        std::optional<SubstituteFace> found = FindExactly(names);
+        if (!found) {
+            const std::optional<FaceClass> faceClass = standard ? standard->faceClass : ClassOfName(name);
+            if (faceClass) found = FindOfClass(*faceClass, standard ? standard->widths : std::nullopt);
+        }
+        if (found && standard) {
+            found->builtInEncoding = standard->encoding;
+        } else if (found) {
+            if (const EncodingVector* own = found->face->BuiltInEncoding()) found->builtInEncoding = own;
+        }
+        return found;
+    }
+};
+
+FontCatalogue::FontCatalogue(std::vector<std::string> folders) : m_pContents(std::make_unique<Contents>()) {
+    m_pContents->folders = std::move(folders);
+}
+
+FontCatalogue::~FontCatalogue() = default;
+
+std::optional<SubstituteFace> FontCatalogue::Find(std::string_view postScriptName) {
+    const auto known = m_pContents->known.find(postScriptName);
+    if (known != m_pContents->known.end()) return known->second;
+    std::string name(postScriptName);
+    std::optional<SubstituteFace> found = m_pContents->Find(name);
+    return m_pContents->known.emplace(std::move(name), std::move(found)).first->second;
+}
+
+}  // namespace text
