@@ -5,6 +5,7 @@
 BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libdxflib-dev
     zlib1g-dev libfreetype-dev libfontconfig-dev libpolyclipping-dev)
 TEST_PACKAGES=(libgtest-dev clang-14 clang-format-14 python3 python3-ezdxf python3-svgelements librsvg2-bin)
+FONT_PACKAGES=(fonts-urw-base35)  # faces of the standard fonts, which most files with text only name
 BENCH_PACKAGES=(libbenchmark-dev lua5.4 python3)
 
 say() { printf '%s\n' "$*" >&2; }
@@ -38,6 +39,9 @@ need_packages() {
         return 1
     }
 }
+
+# want_packages PACKAGE... - likewise, but without them the work goes on.
+want_packages() { need_packages "$@" || say "Going on without $*"; }
 
 # build PRESET DIRECTORY TARGET [CMAKE-ARGUMENT...] - configures with the arguments and builds.
 build() {

@@ -83,7 +83,8 @@ JobResult CImportJob::Run(const std::string& path, const std::string& output, Im
         char seconds[32];
         std::snprintf(seconds, sizeof seconds, "%.2f s", time.count());
         Note(name + ": " + AmountText(survey, entities) + ", " + SizeText(survey) + ", " +
-             CountText(survey.colors.size(), "colour", "colours") + ", " + PassesText(done) + seconds);
+             CountText(survey.colors.size(), "colour", "colours") + ", " + TextsText(drawing.report) +
+             PassesText(done) + seconds);
     }
     if (!drawing.complete && (drawing.end == ImportEnd::Failed || !drawing.report.leftOut.IsEmpty()))
         Complain(name + ": --complete may import more of it");

@@ -170,6 +170,10 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
         ->option_text("N");
     app.add_flag("--info", options.import.wantsInformation, "Report the file's header comments");
     app.add_flag("--complete", options.import.complete, "Import with all of PostScript's operators");
+    app.add_option("--fonts", options.import.fontFolders, "Folder to look for fonts in first; may be repeated")
+        ->option_text("DIR")
+        ->allow_extra_args(false)
+        ->check(CLI::ExistingDirectory);
     app.add_option("--lang", language, "Language of the import's texts: zh or en (zh)")
         ->option_text("L")
         ->check(CLI::IsMember({"zh", "en"}));

@@ -62,6 +62,7 @@ std::string ReportLine(const std::string& path, const std::optional<std::string>
     const tagRunReport& report = drawing.report;
     if (report.failure) line += ", \"failure\": " + FailureJson(*report.failure);
     if (!report.leftOut.IsEmpty()) line += ", \"leftOut\": " + LeftOutJson(report.leftOut);
+    if (!report.fonts.empty()) line += ", \"fonts\": " + FontsJson(report.fonts);
     if (report.nTail != RT_NONE) {
         line += std::string(", \"tail\": { \"kind\": \"") + NameOfTail(report.nTail) +
                 "\", \"line\": " + std::to_string(report.nTailLine) +

@@ -1,7 +1,10 @@
 // All words about imports, apart from those of the message boxes, which are the plug-in's.
 #include "cli/Words.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
+#include <string_view>
 
 #include "cli/Text.h"
 #include "import/EnglishResources.h"
@@ -52,23 +55,69 @@ std::string TailText(const tagRunReport& report) {
     return {};
 }
 
+// "A, B, C, D, E, ..."
+std::string ListText(const std::vector<std::string>& names) {
+    constexpr std::size_t kMost = 5;
+    std::string text;
+    for (std::size_t i = 0; i < names.size() && i < kMost; ++i) text += (i > 0 ? ", " : "") + names[i];
+    if (names.size() > kMost) text += ", ...";
+    return text;
+}
+
+std::string CharactersText(std::int64_t count) {
+    return CountText(static_cast<std::uint64_t>(count), "character", "characters") + " left out: ";
+}
+
+// Whether the package of the standard fonts has a font of that name, by its family.
+bool IsStandardFont(const std::string& name) {
+    constexpr std::string_view kFamilies[] = {"Arial",     "AvantGarde",   "Bookman",     "Courier",
+                                              "Helvetica", "NewCentury",   "Palatino",    "Symbol",
+                                              "Times",     "ZapfChancery", "ZapfDingbats"};
+    return std::any_of(std::begin(kFamilies), std::end(kFamilies),
+                       [&name](std::string_view family) { return name.starts_with(family); });
+}
+
+// "no font for Helvetica, Symbol (the package fonts-urw-base35 has them)"
+std::string NoFontText(const std::vector<std::string>& fonts) {
+    const auto standard = std::count_if(fonts.begin(), fonts.end(), IsStandardFont);
+    const char* remedy = standard == 0                  ? "--fonts DIR tells where to look"
+                         : standard < std::ssize(fonts) ? "the package fonts-urw-base35 has the standard ones"
+                                                        : "the package fonts-urw-base35 has them";
+    return "no font for " + ListText(fonts) + " (" + remedy + ")";
+}
+
+// What became of characters whose font isn't there, or lacks them, and of fonts that others stand for.
+void AddFontWarnings(const std::vector<tagFontUse>& fonts, std::vector<std::string>& warnings) {
+    std::vector<std::string> absent, lacking, replaced;
+    std::int64_t withoutFont = 0, withoutGlyph = 0;
+    for (const tagFontUse& font : fonts) {
+        if (font.strUsed.empty()) {
+            if (font.nMissing == 0) continue;
+            absent.push_back(font.strName);
+            withoutFont += font.nMissing;
+            continue;
+        }
+        if (font.nMissing > 0) {
+            lacking.push_back(font.strName);
+            withoutGlyph += font.nMissing;
+        }
+        if (!font.bSameWidths) replaced.push_back(font.strName + " drawn with " + font.strUsed);
+    }
+    if (!absent.empty()) warnings.push_back(CharactersText(withoutFont) + NoFontText(absent));
+    if (!lacking.empty()) warnings.push_back(CharactersText(withoutGlyph) + "no glyph in " + ListText(lacking));
+    if (!replaced.empty()) warnings.push_back("not the font asked for: " + ListText(replaced));
+}
+
 // "12 texts (Helvetica, Times-Roman), 1 image"
-std::string LeftOutText(const tagLeftOut& leftOut) {
+std::string LeftOutText(const tagLeftOut& leftOut, bool withTexts) {
     std::string text;
     const auto add = [&text](std::int64_t count, const char* one, const char* many) {
         if (count == 0) return;
         if (!text.empty()) text += ", ";
         text += CountText(static_cast<std::uint64_t>(count), one, many);
     };
-    add(leftOut.nTexts, "text", "texts");
-    if (!leftOut.strFonts.empty()) {
-        constexpr std::size_t kMost = 5;
-        std::string fonts;
-        for (std::size_t i = 0; i < leftOut.strFonts.size() && i < kMost; ++i)
-            fonts += (i > 0 ? ", " : "") + leftOut.strFonts[i];
-        if (leftOut.strFonts.size() > kMost) fonts += ", ...";
-        text += " (" + fonts + ")";
-    }
+    if (withTexts) add(leftOut.nTexts, "text", "texts");
+    if (withTexts && !leftOut.strFonts.empty()) text += " (" + ListText(leftOut.strFonts) + ")";
     add(leftOut.nImages, "image", "images");
     add(leftOut.nShadings, "shading", "shadings");
     add(leftOut.nPatterns, "pattern fill", "pattern fills");
@@ -123,7 +172,10 @@ std::vector<std::string> WarningsOf(const Drawing& drawing) {
     std::vector<std::string> warnings;
     if (const std::string tail = TailText(drawing.report); !tail.empty()) warnings.push_back("warning: " + tail);
     const tagLeftOut& leftOut = drawing.report.leftOut;
-    if (const std::string text = LeftOutText(leftOut); !text.empty()) warnings.push_back("not drawn: " + text);
+    const std::vector<tagFontUse>& fonts = drawing.report.fonts;  // tell more of the texts, where there are any
+    if (const std::string text = LeftOutText(leftOut, fonts.empty()); !text.empty())
+        warnings.push_back("not drawn: " + text);
+    AddFontWarnings(fonts, warnings);
     if (leftOut.nClips > 0)
         warnings.push_back("not clipped: " + CountText(static_cast<std::uint64_t>(leftOut.nClips), "clip", "clips") +
                            " would have cut the drawing");
@@ -134,6 +186,21 @@ std::string AmountText(const Survey& survey, std::size_t entities) {
     if (entities == 0) return "nothing";
     return CountText(entities, "entity", "entities") + " (" + CountText(survey.lines, "segment", "segments") + ", " +
            CountText(survey.curves, "curve", "curves") + ")";
+}
+
+std::string TextsText(const tagRunReport& report) {
+    if (report.nTextsDrawn == 0) return {};
+    std::vector<std::string> replaced;
+    std::uint64_t drawn = 0;
+    for (const tagFontUse& font : report.fonts) {
+        if (font.nGlyphs == 0) continue;
+        ++drawn;
+        if (!font.bEmbedded && font.strUsed != font.strName) replaced.push_back(font.strName + " with " + font.strUsed);
+    }
+    std::string text = CountText(static_cast<std::uint64_t>(report.nTextsDrawn), "text", "texts") + " drawn in " +
+                       CountText(drawn, "font", "fonts");
+    if (!replaced.empty()) text += " (" + ListText(replaced) + ")";
+    return text + ", ";
 }
 
 std::string PassesText(const PassReport& report) {

@@ -15,11 +15,15 @@ std::string ReasonOf(const Options& options, const Drawing& drawing);
 // What the user can do about it: "--timeout gives it more time". Empty when nothing helps.
 std::string RemedyOf(const Options& options, const Drawing& drawing);
 
-// What a drawing lacks although no error was met: sentences for what did not run, and for what the dialect leaves out.
+// What a drawing lacks although no error was met: sentences for what did not run, and for what the dialect leaves
+// out, and for fonts that are missing or replaced.
 std::vector<std::string> WarningsOf(const Drawing& drawing);
 
 // "2 entities (8 segments, 4 curves)"; "nothing" without entities.
 std::string AmountText(const Survey& survey, std::size_t entities);
+
+// What text there is: "12 texts drawn in 3 fonts (Helvetica with NimbusSans-Regular), "; empty without any.
+std::string TextsText(const tagRunReport& report);
 
 // What the passes did: "16 circles, "; empty when there is nothing to tell.
 std::string PassesText(const PassReport& report);

@@ -81,3 +81,7 @@ bool CImportFrame::AllowsFileAccess() const {
     if (!m_pSettings->allowFileAccess) m_pDrawing->fileAccessDenied = true;
     return m_pSettings->allowFileAccess;
 }
+
+std::vector<std::string> CImportFrame::FontFolders() const {
+    return m_pSettings != nullptr ? m_pSettings->fontFolders : std::vector<std::string>();
+}

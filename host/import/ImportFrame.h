@@ -37,6 +37,7 @@ public:
     bool OnMemoryExhausted() final;
     void OnRunEnded(const tagRunReport& report) final;
     bool AllowsFileAccess() const final;
+    std::vector<std::string> FontFolders() const final;
 
 protected:
     // For the front; all of it runs on the thread that called the session.

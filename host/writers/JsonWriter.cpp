@@ -56,6 +56,7 @@ private:
         });
         if (drawing.report.failure) m_Out.Write(",\n  \"failure\": " + FailureJson(*drawing.report.failure));
         if (!drawing.report.leftOut.IsEmpty()) m_Out.Write(",\n  \"leftOut\": " + LeftOutJson(drawing.report.leftOut));
+        if (!drawing.report.fonts.empty()) m_Out.Write(",\n  \"fonts\": " + FontsJson(drawing.report.fonts));
         m_Out.Write(",\n  \"entities\": ");
     }
 

@@ -7,6 +7,20 @@ std::string FailureJson(const tagRunFailure& failure) {
            ", \"line\": " + std::to_string(failure.nLine) + ", \"offset\": " + std::to_string(failure.nOffset) + " }";
 }
 
+std::string FontsJson(const std::vector<tagFontUse>& fonts) {
+    std::string text = "[";
+    const char* separator = "";
+    for (const tagFontUse& font : fonts) {
+        text += separator + ("{ \"name\": " + JsonText(font.strName)) +
+                ", \"used\": " + (font.strUsed.empty() ? "null" : JsonText(font.strUsed)) +
+                ", \"embedded\": " + (font.bEmbedded ? "true" : "false") +
+                ", \"glyphs\": " + std::to_string(font.nGlyphs) + ", \"missing\": " + std::to_string(font.nMissing) +
+                " }";
+        separator = ", ";
+    }
+    return text + "]";
+}
+
 std::string LeftOutJson(const tagLeftOut& leftOut) {
     std::string text = "{ \"texts\": " + std::to_string(leftOut.nTexts) + ", \"fonts\": [";
     for (std::size_t i = 0; i < leftOut.strFonts.size(); ++i)

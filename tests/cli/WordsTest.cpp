@@ -60,6 +60,54 @@ TEST(WordsTest, WhatAWholeFileLacksAllTheSame) {
                                        "fills, 3 path points beyond the limit"});
 }
 
+TEST(WordsTest, WhatBecameOfFonts) {
+    struct Case {
+        const char* name;
+        std::vector<tagFontUse> fonts;
+        std::vector<std::string> warnings;
+        const char* summary;  // of two texts
+    };
+    for (const Case& c :
+         {Case{"the file's own", {{"ABCDEF+Sans", "ABCDEF+Sans", true, true, 9, 0}}, {}, "2 texts drawn in 1 font, "},
+          {"of equal widths",
+           {{"Helvetica", "NimbusSans-Regular", false, true, 9, 0},
+            {"NimbusSans-Bold", "NimbusSans-Bold", false, true, 1, 0}},
+           {},
+           "2 texts drawn in 2 fonts (Helvetica with NimbusSans-Regular), "},
+          {"of another form",
+           {{"Univers", "DejaVuSans", false, false, 9, 0}},
+           {"not the font asked for: Univers drawn with DejaVuSans"},
+           "2 texts drawn in 1 font (Univers with DejaVuSans), "},
+          {"none",
+           {{"Helvetica", "", false, true, 0, 40}, {"Symbol", "", false, true, 0, 7}},
+           {"47 characters left out: no font for Helvetica, Symbol (the package fonts-urw-base35 has them)"},
+           "2 texts drawn in 0 fonts, "},
+          {"none, and not a standard one",
+           {{"PMW-Music", "", false, true, 0, 1}},
+           {"1 character left out: no font for PMW-Music (--fonts DIR tells where to look)"},
+           "2 texts drawn in 0 fonts, "},
+          {"both",
+           {{"PMW-Music", "", false, true, 0, 1},
+            {"Courier", "", false, true, 0, 1},
+            {"Times-Roman", "", false, true, 0, 0}},
+           {"2 characters left out: no font for PMW-Music, Courier (the package fonts-urw-base35 has the standard "
+            "ones)"},
+           "2 texts drawn in 0 fonts, "},
+          {"no glyphs",
+           {{"Symbol", "StandardSymbolsPS", false, true, 3, 2}},
+           {"2 characters left out: no glyph in Symbol"},
+           "2 texts drawn in 1 font (Symbol with StandardSymbolsPS), "}}) {
+        SCOPED_TRACE(c.name);
+        Drawing drawing;
+        drawing.report.leftOut.nTexts = 1;  // told by the fonts
+        drawing.report.fonts = c.fonts;
+        EXPECT_EQ(WarningsOf(drawing), c.warnings);
+        EXPECT_EQ(TextsText(drawing.report), "");
+        drawing.report.nTextsDrawn = 2;
+        EXPECT_EQ(TextsText(drawing.report), c.summary);
+    }
+}
+
 TEST(WordsTest, Amounts) {
     Survey survey;
     EXPECT_EQ(AmountText(survey, 0), "nothing");

@@ -142,6 +142,8 @@ class Arguments(CliTest):
             (["--tolerence=1"], "did you mean --tolerance?"),
             (["--no-fill-outlines", "drawing.eps"], "did you mean --no-fill-outline?"),
             (["drawing.eps", "--xyz"], "no option --xyz\n"),
+            (["drawing.eps", "--fonts", "no-such-folder"], "no-such-folder"),
+            (["--fonts", ".", "--fonts", "drawing.eps", "drawing.eps"], "drawing.eps"),
             (["drawing.eps", "out.svg"], "put -o before it"),
             (["drawing.eps", "-o", "x.pdf"], "-f"),
             ([], "FILE"),

@@ -64,6 +64,19 @@ std::size_t Count(const std::string& text, const std::string& what) {
     return count;
 }
 
+TEST(Writers, FontsOfTextsInJson) {
+    Drawing drawing;
+    EXPECT_EQ(Json(drawing).find("fonts"), std::string::npos);
+    drawing.report.fonts = {{"Helvetica", "NimbusSans-Regular", false, true, 120, 3},
+                            {"Own", "Own", true, true, 1, 0},
+                            {"A\"B", "", false, true, 0, 7}};
+    EXPECT_NE(Json(drawing).find(R"("fonts": [{ "name": "Helvetica", "used": "NimbusSans-Regular", "embedded": false, )"
+                                 R"("glyphs": 120, "missing": 3 }, )"
+                                 R"({ "name": "Own", "used": "Own", "embedded": true, "glyphs": 1, "missing": 0 }, )"
+                                 R"({ "name": "A\"B", "used": null, "embedded": false, "glyphs": 0, "missing": 7 }])"),
+              std::string::npos);
+}
+
 TEST(Writers, TheHostsOtherKindsAreWritten) {
     Drawing drawing;
     auto* arc = new CSectArc;

@@ -7,6 +7,7 @@ _epsimport() {
 
     case $prev in
         -o | --output | --report) _filedir; return ;;
+        --fonts) _filedir -d; return ;;
         -f | --format) COMPREPLY=($(compgen -W "json svg dxf none" -- "$cur")); return ;;
         --lang) COMPREPLY=($(compgen -W "zh en" -- "$cur")); return ;;
         --curves) COMPREPLY=($(compgen -W "spline arc polyline" -- "$cur")); return ;;
@@ -17,7 +18,7 @@ _epsimport() {
 
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "-o --output -f --format -t --tolerance --no-fill-outline --host-version --info --complete
-            --lang --curves --flatness --arc-tolerance --dxf --report -j --jobs --timeout --memory --allow-file-access -q --quiet -h --help
+            --fonts --lang --curves --flatness --arc-tolerance --dxf --report -j --jobs --timeout --memory --allow-file-access -q --quiet -h --help
             -V --version" -- "$cur"))
     else
         _filedir '@(eps|epsf|epsi|ps)'

@@ -8,6 +8,7 @@ complete -c epsimport -l no-fill-outline -d 'Leave out the outlines of filled ar
 complete -c epsimport -l host-version -x -d 'Version that the host claims'
 complete -c epsimport -l info -d 'Report the header comments of the file'
 complete -c epsimport -l complete -d "Import with all of PostScript's operators"
+complete -c epsimport -l fonts -x -a '(__fish_complete_directories)' -d 'Folder to look for fonts in first'
 complete -c epsimport -l lang -x -a 'zh en' -d 'Language of the texts of the import'
 complete -c epsimport -l curves -x -a 'spline arc polyline' -d 'How curves are written in DXF and SVG'
 complete -c epsimport -l flatness -x -d 'Tolerance of lines and of chains of arcs, mm'

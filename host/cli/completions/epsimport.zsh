@@ -9,6 +9,7 @@ _arguments -s -S \
     '--host-version[version that the host claims]:version:' \
     "--info[report the file's header comments]" \
     "--complete[import with all of PostScript's operators]" \
+    '*--fonts[folder to look for fonts in first]:folder:_files -/' \
     '--lang[language of the texts of the import]:language:(zh en)' \
     '--curves[how curves are written in DXF and SVG]:kind:(spline arc polyline)' \
     '--flatness[tolerance of lines and of chains of arcs]:mm:' \
