@@ -28,6 +28,8 @@ TEST(CorpusTest, Scanner) { EXPECT_GT(Replay("scanner", FuzzScanner), 0); }
 
 TEST(CorpusTest, Filter) { EXPECT_GT(Replay("filter", FuzzFilter), 0); }
 
+TEST(CorpusTest, Font) { EXPECT_GT(Replay("font", FuzzFont), 0); }
+
 TEST(CorpusTest, FileInfo) { EXPECT_GT(Replay("info", FuzzFileInfo), 0); }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
@@ -21,6 +22,7 @@ constexpr std::size_t MAX_GLYPH_BYTES = 500'000;
 constexpr std::size_t MAX_GLYPH_POINTS = 100'000;
 constexpr std::size_t MAX_SUBRS = 65536;  // of numbers that an implementation has room for (PLRM, B.1)
 constexpr std::size_t FLEX_POINTS = 7;
+constexpr double MAX_QUOTIENT = 0x1p32;  // more than any number of a charstring
 
 /// The bytes of a charstring, decrypted as they are taken (Type 1 Font Format, 7.3).
 class CharStringReader {
@@ -276,8 +278,9 @@ bool CharStringRun::CallSubr(const double*) {
 
 bool CharStringRun::Div(const double*) noexcept {
     const double divisor = m_Operands[--m_nOperands];
-    m_Operands[m_nOperands - 1] /= divisor;
-    return divisor != 0;
+    double& quotient = m_Operands[m_nOperands - 1];
+    quotient /= divisor;
+    return std::abs(quotient) <= MAX_QUOTIENT;
 }
 
 /// arg1 ... argn n number  callothersubr
