@@ -5,6 +5,7 @@
 #include <fontconfig/fontconfig.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <unordered_map>
 #include <utility>
@@ -15,6 +16,8 @@
 namespace text {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 struct Destroy {
     void operator()(FcConfig* config) const noexcept { FcConfigDestroy(config); }
@@ -35,8 +38,10 @@ struct FontFile {
     friend auto operator<=>(const FontFile&, const FontFile&) = default;
 };
 
+std::string_view EndingOf(std::string_view path) { return path.substr(std::min(path.size(), path.rfind('.'))); }
+
 int RankOf(std::string_view path) {
-    const std::string_view ending = path.substr(std::min(path.size(), path.rfind('.')));
+    const std::string_view ending = EndingOf(path);
     if (ending == ".t1") return 0;
     return ending == ".pfb" || ending == ".pfa" ? 1 : 2;
 }
@@ -53,6 +58,23 @@ FontFile FileOf(const FcPattern* pattern) {
     file.rank = RankOf(file.path);
     static_cast<void>(FcPatternGetInteger(pattern, FC_INDEX, 0, &file.index));
     return file;
+}
+
+/// A configuration of the fonts below a folder. They are added one by one: of whole folders fontconfig wants to keep a
+/// cache, and complains where it has no place for one.
+Owned<FcConfig> ConfigOf(const std::string& folder) {
+    constexpr std::string_view endings[] = {".t1", ".pfa", ".pfb", ".otf", ".ttf", ".otc", ".ttc"};
+    Owned<FcConfig> config(FcConfigCreate());
+    if (!config) return nullptr;
+    std::error_code fault;
+    constexpr auto options = fs::directory_options::skip_permission_denied;
+    for (fs::recursive_directory_iterator file(folder, options, fault), end; !fault && file != end;
+         file.increment(fault)) {
+        const std::string path = file->path().string();
+        if (std::ranges::find(endings, EndingOf(path)) == std::end(endings)) continue;
+        static_cast<void>(FcConfigAppFontAddFile(config.get(), reinterpret_cast<const FcChar8*>(path.c_str())));
+    }
+    return config;
 }
 
 /// The files that have a face of just that name, best first.
@@ -143,9 +165,7 @@ struct FontCatalogue::Contents {
     void Start() {
         if (std::exchange(isStarted, true)) return;
         for (const std::string& folder : folders) {
-            Owned<FcConfig> config(FcConfigCreate());
-            if (config && FcConfigAppFontAddDir(config.get(), reinterpret_cast<const FcChar8*>(folder.c_str())))
-                configs.push_back(std::move(config));
+            if (Owned<FcConfig> config = ConfigOf(folder)) configs.push_back(std::move(config));
         }
         if (Owned<FcConfig> system{FcInitLoadConfigAndFonts()}) configs.push_back(std::move(system));
     }
