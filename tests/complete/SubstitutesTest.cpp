@@ -130,7 +130,7 @@ TEST(SubstitutesTest, OfTheSameClassFittedToTheStandardWidths) {
     EXPECT_EQ(Found(catalogue, "Symbol"), "none");
     EXPECT_EQ(Found(catalogue, "PMW-Music"), "none");
     FontFace& courier = *catalogue.Find("Courier")->face;
-    EXPECT_EQ(TextOf(*courier.Outline(courier.GlyphOfName("a"))), "m 0 0 l 600 0 l 600 400 l 0 0 z");
+    EXPECT_EQ(TextOf(*courier.Outline(courier.GlyphOfName("a"))), "m 0 0 l 600 0 l 600 400 z");
     const FontFolder none;
     const OneSystemFolder nothing(none);
     FontCatalogue empty({});

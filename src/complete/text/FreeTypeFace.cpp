@@ -51,13 +51,17 @@ public:
             return Guarded(maker, [to](PathMaker& made) { made.MoveTo(*to); });
         };
         calls.line_to = [](const FT_Vector* to, void* maker) {
-            return Guarded(maker, [to](PathMaker& made) { made.m_Path.LineTo(made.m_Last = made.PointOf(*to)); });
+            return Guarded(maker, [to](PathMaker& made) {
+                made.DrawPendingLine();
+                made.m_PendingLine = made.m_Last = made.PointOf(*to);
+            });
         };
         calls.conic_to = [](const FT_Vector* control, const FT_Vector* to, void* maker) {
             return Guarded(maker, [=](PathMaker& made) { made.ConicTo(*control, *to); });
         };
         calls.cubic_to = [](const FT_Vector* control1, const FT_Vector* control2, const FT_Vector* to, void* maker) {
             return Guarded(maker, [=](PathMaker& made) {
+                made.DrawPendingLine();
                 made.m_Path.CurveTo(made.PointOf(*control1), made.PointOf(*control2), made.PointOf(*to));
                 made.m_Last = made.PointOf(*to);
             });
@@ -83,18 +87,26 @@ private:
     [[nodiscard]] Point PointOf(const FT_Vector& v) const noexcept {
         return {static_cast<double>(v.x) * m_fUnit, static_cast<double>(v.y) * m_fUnit};
     }
+    void DrawPendingLine() {
+        if (m_PendingLine) m_Path.LineTo(*m_PendingLine);
+        m_PendingLine.reset();
+    }
+    /// FreeType ends a contour with a line to its start, which is the side that closes it.
     void Close() {
+        if (m_PendingLine != m_Start) DrawPendingLine();
+        m_PendingLine.reset();
         if (m_bOpen) m_Path.Close();
         m_bOpen = false;
     }
     void MoveTo(const FT_Vector& to) {
         Close();
         m_bOpen = true;
-        m_Path.MoveTo(m_Last = PointOf(to));
+        m_Path.MoveTo(m_Start = m_Last = PointOf(to));
     }
     /// A quadratic curve, raised to a cubic one.
     void ConicTo(const FT_Vector& control, const FT_Vector& to) {
         constexpr double twoThirds = 2.0 / 3.0;
+        DrawPendingLine();
         const Point middle = PointOf(control);
         const Point end = PointOf(to);
         m_Path.CurveTo(Mix(m_Last, middle, twoThirds), Mix(end, middle, twoThirds), end);
@@ -103,7 +115,9 @@ private:
 
     double m_fUnit;
     geometry::Path m_Path;
+    Point m_Start;
     Point m_Last;
+    std::optional<Point> m_PendingLine;  ///< the end of a line that isn't in the path yet
     bool m_bOpen = false;
     std::exception_ptr m_Thrown;
 };
