@@ -137,6 +137,16 @@ TEST(SubstitutesTest, OfTheSameClassFittedToTheStandardWidths) {
     EXPECT_EQ(Found(empty, "Helvetica"), "none");
 }
 
+TEST(SubstitutesTest, ClassesWithoutRulesOfTheSystem) {
+    const FontFolder system;
+    const OneSystemFolder only(system);
+    for (const char* face : {"Aardvark", "FreeMono", "FreeSans", "FreeSerif", "Zebra"}) system.Add(face, 200);
+    FontCatalogue catalogue({});
+    EXPECT_EQ(Found(catalogue, "Helvetica-Bold"), "FreeSans 556 fitted");
+    EXPECT_EQ(Found(catalogue, "Times-Italic"), "FreeSerif 500 fitted");
+    EXPECT_EQ(Found(catalogue, "LucidaSans-Typewriter"), "FreeMono 200 other");
+}
+
 TEST(SubstitutesTest, GlyphsByTheNamesThatEncodingsUse) {
     const FontFolder system;
     const OneSystemFolder only(system);

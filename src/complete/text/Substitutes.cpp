@@ -5,6 +5,7 @@
 #include <fontconfig/fontconfig.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <map>
 #include <unordered_map>
@@ -93,14 +94,20 @@ std::vector<FontFile> FilesOf(FcConfig* config, const std::string& postScriptNam
     return files;
 }
 
-/// What fontconfig takes for the best of a class.
+/// What fontconfig takes for the best of a class. Behind the class stand families for a system without rules for it.
 Owned<FcPattern> MatchClass(FcConfig* config, const FaceClass& faceClass) {
-    constexpr const char* families[] = {"sans-serif", "serif", "monospace"};  // in the order of FaceClass::Family
+    constexpr std::array<const char*, 5> families[] = {
+        {"sans-serif", "Liberation Sans", "DejaVu Sans", "FreeSans", "Noto Sans"},
+        {"serif", "Liberation Serif", "DejaVu Serif", "FreeSerif", "Noto Serif"},
+        {"monospace", "Liberation Mono", "DejaVu Sans Mono", "FreeMono", "Noto Sans Mono"},
+    };  // in the order of FaceClass::Family
     const Owned<FcPattern> pattern(FcPatternBuild(
-        nullptr, FC_FAMILY, FcTypeString, families[static_cast<std::size_t>(faceClass.family)], FC_WEIGHT,
-        FcTypeInteger, faceClass.isBold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR, FC_SLANT, FcTypeInteger,
-        faceClass.isItalic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN, FC_OUTLINE, FcTypeBool, FcTrue, nullptr));
-    if (!pattern || !FcConfigSubstitute(config, pattern.get(), FcMatchPattern)) return nullptr;
+        nullptr, FC_WEIGHT, FcTypeInteger, faceClass.isBold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR, FC_SLANT,
+        FcTypeInteger, faceClass.isItalic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN, FC_OUTLINE, FcTypeBool, FcTrue, nullptr));
+    if (!pattern) return nullptr;
+    for (const char* family : families[static_cast<std::size_t>(faceClass.family)])
+        FcPatternAddString(pattern.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
+    if (!FcConfigSubstitute(config, pattern.get(), FcMatchPattern)) return nullptr;
     FcDefaultSubstitute(pattern.get());
     FcResult result = FcResultNoMatch;
     return Owned<FcPattern>(FcFontMatch(config, pattern.get(), &result));
