@@ -128,6 +128,9 @@ public:
     [[nodiscard]] CArrayElement* GetDash();
 
     void SetFont(TypedPtr<CDictionary> p) noexcept { m_pFont.Set(std::move(p)); }
+    /// Makes an object of a font that the program goes on changing the font of this state and its copies, where the
+    /// dialect has fonts so: then PeekFont, not GetFont, gives it.
+    void SetLiveFont(TypedPtr<CDictionary> p) { m_pFont.SetLive(std::move(p)); }
     [[nodiscard]] CDictionary* GetFont() { return As<CDictionary>(m_pFont.Expose(*this)); }
     [[nodiscard]] const CDictionary* PeekFont() const { return As<CDictionary>(m_pFont.Peek()); }
 

@@ -3,6 +3,7 @@
 #include "graphics/StateCell.h"
 
 #include <algorithm>
+#include <cassert>
 #include <memory>
 
 #include "objects/Array.h"
@@ -85,6 +86,13 @@ CSharedRef<CSnapshot> CSnapshot::Of(const CElement& value) {
     return snapshot;
 }
 
+CSharedRef<CSnapshot> CSnapshot::OfLive(ElementPtr value) {
+    CSharedRef<CSnapshot> snapshot(new CSnapshot);
+    snapshot->m_pElement = std::move(value);
+    snapshot->m_bLive = true;
+    return snapshot;
+}
+
 std::size_t CSnapshot::CountBodies() noexcept {
     const CBodyRegistry* registry = g_RegistryStack.At(PLACE_SNAPSHOTS);
     return registry ? registry->GetCount() : 0;
@@ -144,8 +152,14 @@ void CStateCell::Set(ElementPtr own) noexcept {
     m_pSnapshot = {};
 }
 
+void CStateCell::SetLive(ElementPtr value) {
+    m_pOwn = nullptr;
+    m_pSnapshot = CSnapshot::OfLive(std::move(value));
+}
+
 CElement* CStateCell::Expose(const CBody& state) {
     if (!m_pOwn && m_pSnapshot) {
+        assert(!m_pSnapshot->IsLive());
         {
             const CBodyPlaceScope place(PlaceOf(state));
             m_pOwn = m_pSnapshot->Get()->DeepCopy();

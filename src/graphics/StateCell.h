@@ -67,10 +67,15 @@ public:
         return snapshot;
     }
 
+    /// An object of a value that the program knows and goes on changing, for states that are to see the changes.
+    [[nodiscard]] static CSharedRef<CSnapshot> OfLive(ElementPtr value);
+
     CSnapshot(const CSnapshot&) = delete;
     ~CSnapshot();
 
     [[nodiscard]] const CElement* Get() const noexcept { return m_pElement.get(); }
+    /// Whether it is no copy.
+    [[nodiscard]] bool IsLive() const noexcept { return m_bLive; }
     /// Bodies of all snapshots that there are.
     [[nodiscard]] static std::size_t CountBodies() noexcept;
 
@@ -81,7 +86,8 @@ private:
     bool Collect(const CElement& e);
 
     ElementPtr m_pElement;
-    std::vector<CBody*> m_Bodies;  ///< all storage of the element
+    std::vector<CBody*> m_Bodies;  ///< all storage of the element, unless it is live
+    bool m_bLive = false;
 };
 
 /// One composite parameter of a graphics state: an element of its own that the program may know, or a snapshot that it
@@ -101,13 +107,16 @@ public:
 
     /// Takes an element over that the program may know; null empties the cell.
     void Set(ElementPtr own) noexcept;
-    /// The value, to look at: no Clone of it or of a part of it may reach a program. Null when there is none.
+    /// Takes an element over that all copies of the cell are to share with the program.
+    void SetLive(ElementPtr value);
+    /// The value, to look at: no Clone of it or of a part of it may reach a program, unless it is a live one. Null when
+    /// there is none.
     [[nodiscard]] const CElement* Peek() const noexcept {
         if (m_pOwn) return m_pOwn.get();
         return m_pSnapshot ? m_pSnapshot->Get() : nullptr;
     }
     /// The element whose Clone a program may have; it stays the cell's. Storage made for it goes to the place
-    /// where the state stands. Null when there is none.
+    /// where the state stands. Null when there is none. Not for a live value.
     [[nodiscard]] CElement* Expose(const CBody& state);
     /// Whether a program may have a reference into the value.
     [[nodiscard]] bool IsOwn() const noexcept { return m_pOwn != nullptr; }
