@@ -3,13 +3,16 @@
 
 #include <limits>
 
+#include "complete/CMapOperators.h"
 #include "complete/ClipOperators.h"
 #include "complete/ColorOperators.h"
 #include "complete/DeviceOperators.h"
+#include "complete/EexecOperators.h"
 #include "complete/ErrorOperators.h"
 #include "complete/ExecutionOperators.h"
 #include "complete/FileOperators.h"
 #include "complete/FilterOperators.h"
+#include "complete/FontOperators.h"
 #include "complete/ImageOperators.h"
 #include "complete/KeptOperands.h"
 #include "complete/PaintOperators.h"
@@ -17,6 +20,7 @@
 #include "complete/PathOperators.h"
 #include "complete/PatternOperators.h"
 #include "complete/ResourceOperators.h"
+#include "complete/ShowOperators.h"
 #include "complete/SystemDictionaries.h"
 #include "complete/SystemOperators.h"
 #include "complete/UserPathOperators.h"
@@ -39,6 +43,10 @@ std::span<const OpTable* const> CCompleteDialect::OperatorTables() const {
         &kCompleteResourceOperators,
         &kCompleteDeviceOperators,
         &kParameterOperators,
+        &kCompleteFontOperators,
+        &kCompleteShowOperators,
+        &kEexecOperators,
+        &kCMapOperators,
         &kKeptOperands,
     };
     return tables;
@@ -47,11 +55,13 @@ std::span<const OpTable* const> CCompleteDialect::OperatorTables() const {
 std::int32_t CCompleteDialect::PathLimit() const { return std::numeric_limits<std::int32_t>::max(); }
 
 void CCompleteDialect::FinishStartup(CFilterEPS& m) {
+    m_pFonts = std::make_unique<CFontFaces>();
     BuildErrorHandlers(m);
     BuildResources(m);
     BuildPageDevice(m);
     BuildParameters(m);
     BuildSystemDictionaries(m);
+    InitFont(m);
     InitLineParameters(*m.GetCurrentGState());
     m.m_nObjectFormat = 1;
 }

@@ -7,6 +7,7 @@
 
 #include "complete/ClipOperators.h"
 #include "complete/DeviceOperators.h"
+#include "complete/FontFaces.h"
 #include "complete/ParameterOperators.h"
 #include "complete/ResourceOperators.h"
 #include "interp/Dialect.h"
@@ -20,6 +21,7 @@ enum class WayOut {
     quit,  ///< to the end of the run
 };
 
+struct GlyphProcedure;
 struct PatternProbe;
 
 /// Most saves at a time: a `restore` looks at each level that it leaves and all below.
@@ -43,6 +45,9 @@ public:
     void ForgetError(CFilterEPS&) override { m_WayOut = WayOut::none; }
     [[nodiscard]] int SetColorSpace(CFilterEPS& m, const CName* family, ElementPtr operand) override;
     [[nodiscard]] std::int32_t PathLimit() const override;
+    [[nodiscard]] ElementPtr FindUndefinedFont(CFilterEPS& m, const CName* key) override {
+        return m_pFonts->MakeFont(m, key);
+    }
 
     [[nodiscard]] int ScanBuffer(CFilterEPS& m, std::string_view text) override;
     [[nodiscard]] int ScanToken(CFilterEPS& m, const CStringElement& source, ElementPtr& object,
@@ -68,6 +73,13 @@ public:
     /// Where a pattern's procedure leaves the colour that it paints with; null while none is asked for its colour.
     [[nodiscard]] PatternProbe* Probe() const noexcept { return m_pProbe; }
     void SetProbe(PatternProbe* probe) noexcept { m_pProbe = probe; }
+    [[nodiscard]] CFontFaces& Fonts() noexcept { return *m_pFonts; }
+    /// The glyph whose procedure is running; null while none is.
+    [[nodiscard]] GlyphProcedure* Glyph() const noexcept { return m_pGlyph; }
+    void SetGlyph(GlyphProcedure* glyph) noexcept { m_pGlyph = glyph; }
+    /// The composite font whose descendant is the current font while a procedure runs; null otherwise.
+    [[nodiscard]] const CDictionary* RootFont() const noexcept { return m_pRootFont; }
+    void SetRootFont(const CDictionary* font) noexcept { m_pRootFont = font; }
     [[nodiscard]] ResourceDirectories& Resources() noexcept { return m_Resources; }
     [[nodiscard]] SystemParameters& Parameters() noexcept { return m_Parameters; }
     /// How many pages were shown since the last setpagedevice.
@@ -91,4 +103,7 @@ private:
     PatternProbe* m_pProbe = nullptr;
     ResourceDirectories m_Resources;
     SystemParameters m_Parameters;
+    std::unique_ptr<CFontFaces> m_pFonts;
+    GlyphProcedure* m_pGlyph = nullptr;
+    const CDictionary* m_pRootFont = nullptr;
 };

@@ -18,21 +18,9 @@ struct KeptRow {
 };
 
 constexpr KeptRow kKept[] = {
-    {"astore", 1},
-    {"cvi", 1},
-    {"cvr", 1},
-    {"packedarray", 1},
-    {"load", 1},
-    {"deletefile", 1},
-    {"renamefile", 2},
-    {"setcolorspace", 1},
-    {"setpattern", 5},
-    {"composefont", 3},
-    {".findfontop", 1},
-    {"undefineuserobject", 1},
+    {"astore", 1},     {"cvi", 1},        {"cvr", 1},           {"packedarray", 1}, {"load", 1},
+    {"deletefile", 1}, {"renamefile", 2}, {"setcolorspace", 1}, {"setpattern", 5},  {"undefineuserobject", 1},
     {"index", 1},
-    {"show", 1},
-    {"eexec", 2},
 };
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "complete/PatternOperators.h"
 #include "complete/RectangleOperands.h"
 #include "complete/ShadingColor.h"
+#include "complete/ShowOperators.h"
 #include "graphics/GraphState.h"
 #include "graphics/MatrixOperators.h"
 #include "graphics/PaintOperators.h"
@@ -152,6 +153,7 @@ constinit const OpTable kCompletePaintOperators{kRows};
 
 int PaintArea(CFilterEPS& m) {
     if (IsColorProbed(m)) return LeaveColor(m);
+    if (DivertPaint(m)) return 1;
     CGraphState& state = *m.GetCurrentGState();
     if (!m.m_bFillOutline || state.GetPathCount() < 2 || IsNowhere(m)) {
         m.NewPath();
@@ -166,4 +168,5 @@ int PaintLines(CFilterEPS& m) {
     if (!IsNowhere(m)) return Paint(m);
     m.NewPath();
     return 1;
+    return DivertPaint(m) ? 1 : Paint(m);
 }

@@ -66,6 +66,10 @@ geometry::Path ToGeometry(const CPath& path) {
 void ReplacePath(CFilterEPS& m, const geometry::Path& path) {
     CGraphState& state = *m.GetCurrentGState();
     state.ClearPath();
+    AppendPath(state, path);
+}
+
+void AppendPath(CGraphState& state, const geometry::Path& path) {
     path.Walk([&state](const geometry::Segment& segment) {
         constexpr PathLetter letters[] = {PATH_MOVE, PATH_LINE, PATH_CURVE, PATH_CLOSE};
         const point_2d points[3] = {HostPoint(segment.p[0]), HostPoint(segment.p[1]), HostPoint(segment.p[2])};

@@ -9,12 +9,15 @@
 
 class CElement;
 class CFilterEPS;
+class CGraphState;
 class CPath;
 
 /// The path as the records have it.
 [[nodiscard]] geometry::Path ToGeometry(const CPath& path);
 /// Makes it the current path.
 void ReplacePath(CFilterEPS& m, const geometry::Path& path);
+/// Adds it to the path of a state.
+void AppendPath(CGraphState& state, const geometry::Path& path);
 /// The current path as a program sees it: what `flattenpath` was asked for is done, in the graphics state, too. What
 /// only paints has no need to: its curves stay curves.
 [[nodiscard]] geometry::Path SeePath(CFilterEPS& m);

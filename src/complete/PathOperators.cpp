@@ -6,7 +6,6 @@
 
 #include "complete/PathBridge.h"
 #include "graphics/GraphState.h"
-#include "graphics/PathBuilder.h"
 #include "interp/Operands.h"
 #include "interp/OperatorChain.h"
 
@@ -67,31 +66,6 @@ int OpPathforall(CFilterEPS& m) {
     return run(m);
 }
 
-// string bool  charpath  -                   stackunderflow typecheck nocurrentpoint
-// Departure: glyphs have no outlines; the current point moves by the string's width, and the path ends there.
-int OpCharpath(CFilterEPS& m) {
-    static const OperatorFn stringWidth = ChainOperator("stringwidth");
-    Operands in(m);
-    in.Bool(0);
-    const CStringElement* string = in.String(1);
-    if (!in) return -1;
-    point_2d current;
-    if (m.GetCurrentPoint(current) == 0) return m.Fail(PSERR_NOCURRENTPOINT);
-    const int depth = m.m_OperandStack.GetCount();
-    m.Push(string->Clone());
-    if (stringWidth(m) != 1) {
-        m.Drop(std::max(m.m_OperandStack.GetCount() - depth, 0));
-        return -1;
-    }
-    Operands width(m);
-    width.Any(3);  // a glyph's procedure may have taken more than it was given
-    double end[2] = {current.x + width.Real(1), current.y + width.Real(0)};
-    if (!width) return -1;
-    m.Drop(4);
-    AddUserPoints(m, 1, end, PATH_MOVE);
-    return 1;
-}
-
 // llx lly urx ury  setbbox  -                stackunderflow typecheck rangecheck
 // Departure: the path is as large as it is.
 int OpSetbbox(CFilterEPS& m) {
@@ -106,7 +80,7 @@ int OpSetbbox(CFilterEPS& m) {
 constexpr OpRow kRows[] = {
     {"closepath", OpClosepath},   {"flattenpath", OpFlattenpath}, {"reversepath", OpReversepath},
     {"strokepath", OpStrokepath}, {"pathbbox", OpPathbbox},       {"pathforall", OpPathforall},
-    {"charpath", OpCharpath},     {"setbbox", OpSetbbox},
+    {"setbbox", OpSetbbox},
 };
 
 }  // namespace

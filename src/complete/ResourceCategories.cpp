@@ -6,12 +6,14 @@
 #include <iterator>
 #include <vector>
 
+#include "complete/CMapOperators.h"
+#include "complete/CompleteDialect.h"
 #include "complete/FilterOperators.h"
+#include "complete/FontOperators.h"
 #include "complete/ResourceOperators.h"
 #include "complete/text/Encodings.h"
 #include "interp/FilterEPS.h"
 #include "interp/Keys.h"
-#include "operators/CMapProcSet.h"
 
 namespace {
 
@@ -73,12 +75,6 @@ ElementPtr MakeColorRendering(CFilterEPS&, const CName*) {
     return rendering;
 }
 
-// Procedure sets
-
-constexpr std::string_view kProcSets[] = {"CIDInit"};
-
-ElementPtr MakeProcSet(CFilterEPS& m, const CName*) { return BuildCMapProcSet(m); }
-
 // Implicit categories: what the language has, and this system knows
 
 constexpr std::string_view kColorSpaceFamilies[] = {
@@ -109,6 +105,11 @@ ElementPtr FindFontElsewhere(CFilterEPS& m, const CElement& key) {
     return name ? m.Dialect().FindUndefinedFont(m, name) : nullptr;
 }
 
+bool IsFontElsewhere(CFilterEPS& m, const CElement& key) {
+    const CName* name = KeyNameOf(key);
+    return name && CCompleteDialect::Of(m).Fonts().Has(name);
+}
+
 // The rows. Whoever has more to say of a category says it here.
 
 constexpr std::string_view kDict = "dicttype";
@@ -118,17 +119,21 @@ constexpr std::string_view kInteger = "integertype";
 constexpr CategoryRow kRows[] = {
     {.name = "Font",
      .instanceType = kDict,
+     .define = DefineFont,
      .directory = DirectoryOf<&CFilterEPS::m_pFontDirectory, &CFilterEPS::m_pSharedFontDirectory>,
-     .find = FindFontElsewhere},
-    {.name = "CIDFont", .instanceType = kDict},
+     .find = FindFontElsewhere,
+     .exists = IsFontElsewhere},
+    {.name = "CIDFont", .instanceType = kDict, .define = DefineCidFont},
     {.name = "CMap",
      .instanceType = kDict,
+     .names = kCMapNames,
+     .make = MakeCMap,
      .directory = DirectoryOf<&CFilterEPS::m_pCMapDirectory, &CFilterEPS::m_pCMapDirectory>},
     {.name = "FontSet", .instanceType = kDict},
     {.name = "Encoding", .instanceType = "arraytype", .names = kEncodingNames, .make = MakeEncoding},
     {.name = "Form", .instanceType = kDict},
     {.name = "Pattern", .instanceType = kDict},
-    {.name = "ProcSet", .instanceType = kDict, .names = kProcSets, .make = MakeProcSet},
+    {.name = "ProcSet", .instanceType = kDict, .names = kFontProcSets, .make = MakeFontProcSet},
     {.name = "ColorSpace", .instanceType = "arraytype", .names = kColorSpaceNames, .make = MakeColorSpace},
     {.name = "Halftone", .instanceType = kDict},
     {.name = "ColorRendering", .instanceType = kDict, .names = kColorRenderings, .make = MakeColorRendering},

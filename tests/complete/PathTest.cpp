@@ -16,8 +16,6 @@ TEST(CompletePathTest, Boxes) {
              "0 0 moveto 0 72 72 72 72 0 curveto flattenpath pathbbox 55 lt 4 1 roll pop pop pop", "true"},
             {"turned", "0 0 moveto 72 36 lineto [0 1 -1 0 0 0] setmatrix pathbbox", "0.0 -72.0 36.0 0.0"},
             {"nothing", "{pathbbox} stopped $error /errorname get", "true /nocurrentpoint"},
-            {"charpath", "9 18 moveto (abc) false charpath flattenpath pathbbox", "9.0 18.0 9.0 18.0"},
-            {"charpath without a point", "{(abc) false charpath} stopped", "(abc) false true"},
             {"setbbox", "0 0 9 9 setbbox {9 9 0 0 setbbox} stopped", "9 9 0 0 true"},
         },
         kComplete);

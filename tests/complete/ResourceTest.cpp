@@ -185,7 +185,9 @@ TEST(CompleteResourceTest, WhatTheLanguageHas) {
              "false /dicttype"},
             {"others are there, and empty", "/X /Halftone resourcestatus /X /OutputDevice resourcestatus",
              "false false"},
-            {"a font", "/X << /FontType 3 >> /Font defineresource pop FontDirectory /X known /X /Font resourcestatus",
+            {"a font",
+             "/X << /FontType 3 /FontMatrix matrix >> /Font defineresource pop FontDirectory /X known /X /Font"
+             " resourcestatus",
              "true 0 -1 true"},
         },
         kComplete);
