@@ -3,7 +3,8 @@
 
 Each case names an EPS file, beside which stands a drawing of the same geometry that the same producer wrote as SVG,
 and the known change of coordinates from that drawing to EPS points. Every point of the one geometry must lie within 0.01 mm
-of the other, in both directions unless the case says why one of them can't hold.
+of the other, in both directions unless the case says why one of them can't hold. Text that the drawing has as outlines of
+glyphs is compared in the complete dialect, within 0.002 mm.
 """
 import json
 import math
@@ -14,11 +15,14 @@ import sys
 import svgelements
 
 TOLERANCE = 0.01  # mm
+TEXT_TOLERANCE = 0.002
 STEP = 0.2        # mm between the points that a geometry is sampled at
 MM = 25.4 / 72.0  # of a point
 
 
 def sample_line(a, b, out):
+    if a[0] == b[0] and a[1] == b[1]:
+        return  # a point draws nothing
     n = max(1, int(math.dist(a, b) / STEP))
     out.extend(((a[0] + (b[0] - a[0]) * i / n, a[1] + (b[1] - a[1]) * i / n),
                 (a[0] + (b[0] - a[0]) * (i + 1) / n, a[1] + (b[1] - a[1]) * (i + 1) / n)) for i in range(n))
@@ -31,15 +35,16 @@ def bezier_point(p, t):
 
 def sample_bezier(p, out):
     length = sum(math.dist(p[i], p[i + 1]) for i in range(3))
-    n = max(8, int(length / STEP * 2))
+    n = max(32, int(length / STEP * 2))
     points = [bezier_point(p, i / n) for i in range(n + 1)]
     for a, b in zip(points, points[1:]):
         sample_line(a, b, out)
 
 
-def import_eps(epsimport, path):
+def import_eps(epsimport, path, *options):
     """The drawing of an EPS file as short pieces of line, in mm."""
-    run = subprocess.run([epsimport, path, "-o", "-", "-f", "json", "-q", "-t", "0.0001"], capture_output=True, check=False)
+    command = [epsimport, path, "-o", "-", "-f", "json", "-q", "-t", "0.0001", *options]
+    run = subprocess.run(command, capture_output=True, check=False)
     pieces = []
     for entity in json.loads(run.stdout)["entities"]:
         for section in entity["sections"]:
@@ -121,21 +126,34 @@ CASES = [
     ("kicad-board-edges", lambda p: (p[1] * MM * PT, p[0] * MM * PT), "both"),
 ]
 
+# Files of text, the same text as outlines ten times as large, and a face that must be installed for it.
+TEXTS = [
+    ("text-cairo-ttf", flipped(480, PT / 10), None),
+    ("text-type1-whole", flipped(420, PT / 10), None),
+    ("text-cid0", flipped(480, PT / 10), None),
+    ("text-named", flipped(420, PT / 10), "NimbusSans-Regular"),
+]
 
-def check(epsimport, folder, case):
+
+def is_installed(face):
+    found = subprocess.run(["fc-list", f":postscriptname={face}", "file"], capture_output=True, check=False)
+    return bool(found.stdout.strip())
+
+
+def check(epsimport, folder, case, tolerance=TOLERANCE, options=()):
     name, change, which = case
-    imported, status = import_eps(epsimport, os.path.join(folder, name + ".eps"))
+    imported, status = import_eps(epsimport, os.path.join(folder, name + ".eps"), *options)
     truth = svg_pieces(os.path.join(folder, name + ".svg"), change)
     problems = [] if status == 0 else [f"exit status {status}"]
     if not imported or not truth:
         problems.append(f"{len(imported)} pieces imported, {len(truth)} in the truth")
     if which in ("both", "import"):
         distance, where = farthest(imported, truth)
-        if distance > TOLERANCE:
+        if distance > tolerance:
             problems.append(f"imported point {where} lies {distance:.4f} mm beside the truth")
     if which in ("both", "truth"):
         distance, where = farthest(truth, imported)
-        if distance > TOLERANCE:
+        if distance > tolerance:
             problems.append(f"point {where} of the truth lies {distance:.4f} mm beside the import")
     return problems
 
@@ -150,6 +168,15 @@ def main():
         problems = check(epsimport, folder, case)
         failed += bool(problems)
         print(f"{case[0]:32} {'ok' if not problems else '; '.join(problems)}")
+    for name, change, face in TEXTS:
+        if wanted and name not in wanted:
+            continue
+        if face and not is_installed(face):
+            print(f"{name:32} left out: {face} is not installed")
+            continue
+        problems = check(epsimport, folder, (name, change, "both"), TEXT_TOLERANCE, ("--complete",))
+        failed += bool(problems)
+        print(f"{name:32} {'ok' if not problems else '; '.join(problems)}")
     return 1 if failed else 0
 
 
