@@ -170,7 +170,8 @@ TEST(CharStringsTest, BytesWithoutSense) {
         std::string made;
         for (double size = random.Next(most); size > 1; --size) {
             // Commands more often than numbers.
-            made.push_back(static_cast<char>(random.Next(2) < 1 ? random.Next(34) : random.Next(256)));
+            made.push_back(
+                static_cast<char>(static_cast<int>(random.Next(2) < 1 ? random.Next(34) : random.Next(256))));
         }
         return made;
     };

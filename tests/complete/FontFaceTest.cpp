@@ -77,7 +77,7 @@ TEST(SfntFaceTest, DamageIsNothing) {
         std::string bytes = whole;
         for (int change = 0; change < 4; ++change) {
             bytes[static_cast<std::size_t>(random.Next(static_cast<double>(bytes.size())))] =
-                static_cast<char>(random.Next(256));
+                static_cast<char>(static_cast<int>(random.Next(256)));
         }
         const auto face = MakeSfntFace(bytes);
         for (std::int32_t glyph = 0; face && glyph < 4; ++glyph) static_cast<void>(face->Outline(glyph));
