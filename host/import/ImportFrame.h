@@ -40,7 +40,7 @@ public:
     std::vector<std::string> FontFolders() const final;
 
 protected:
-    // For the front; all of it runs on the thread that called the session.
+    // For the front; all of it runs while the thread that called the session waits.
     // The modal loop of the open import dialog. One that it leaves open counts as cancelled.
     virtual void AnswerDialog(CDialog& dialog) = 0;
     // Shows a message, which is in the drawing already. Answers the id of the button.

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <new>
 
+#include "import/DeepThread.h"
 #include "import/EnglishResources.h"
 #include "import/InputFile.h"
 #include "lib/HostSetup.h"
@@ -65,13 +66,13 @@ Drawing CImportSession::Import(const std::string& path, ImportCounters& counters
     tagPlugImportJob job{};
     std::memcpy(job.szPath, input.PathForPlugIn().c_str(), input.PathForPlugIn().size() + 1);
     job.pList = &list;
-    {
+    RunOnDeepStack([&] {
         CMemoryLimit limit(m_Settings.memoryLimit);
         m_Frame.BeginImport(m_Settings, drawing, counters, limit, stopCause);
         if (m_Settings.wantsInformation) RunCommand(job, CImportFrame::DialogUse::Information);
         RunCommand(job, CImportFrame::DialogUse::Import);
         m_Frame.EndImport();
-    }
+    });
     drawing.library = m_Plugin.Share();
     drawing.entities.reserve(list.GetCount());
     for (void* entity : list) drawing.entities.emplace_back(static_cast<CEntity*>(entity));
