@@ -197,10 +197,9 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     auto* timeoutOption = app.add_option("--timeout", timeout, "End each import after this time")
                               ->option_text("SECONDS")
                               ->check(CheckPositive);
-    auto* memoryOption =
-        app.add_option("--memory", megabytes, "Most memory that one import may take (3/4 of the machine's)")
-            ->option_text("MB")
-            ->check(CheckPositive);
+    auto* memoryOption = app.add_option("--memory", megabytes, "Most memory that one import may take (3/4 of all)")
+                             ->option_text("MB")
+                             ->check(CheckPositive);
     app.add_flag("--allow-file-access", options.import.allowFileAccess,
                  "Let programs in EPS files use the file system");
     app.add_flag("-q,--quiet", options.quiet, "Don't show message boxes on standard error");
