@@ -85,14 +85,27 @@ TEST(SfntFaceTest, DamageIsNothing) {
 }
 
 TEST(SfntFaceTest, GlyphsWithinGlyphsAreBounded) {
-    // Each glyph is the one before it, moved; the last one is itself.
+    const auto part = [](int index) { return "+" + std::to_string(index) + " 1 1"; };
+    // Each glyph is the one before it, moved; two at the end are each other, and the last one has a part beyond.
     std::vector<SfntGlyph> glyphs = {{".notdef", 0, 500, "0,0 9,0 9,9"}};
-    for (int i = 0; i < 2000; ++i) glyphs.push_back({"", 0, 500, "+" + std::to_string(i) + " 1 1"});
-    glyphs.push_back({"", 0, 500, "+" + std::to_string(glyphs.size()) + " 1 1"});
+    constexpr int chain = 60'000;
+    for (int i = 0; i < chain; ++i) glyphs.push_back({"", 0, 500, part(i)});
+    glyphs.push_back({"", 0, 500, part(chain + 2)});
+    glyphs.push_back({"", 0, 500, part(chain + 1)});
+    glyphs.push_back({"", 0, 500, part(chain + 9)});
     const auto face = MakeSfntFace(MakeSfnt(glyphs));
     ASSERT_TRUE(face);
+    EXPECT_EQ(OutlineOf(*face, chain), "none");
     EXPECT_EQ(OutlineOf(*face, 1), "m 0.001 0.001 l 0.01 0.001 l 0.01 0.01 z");
-    EXPECT_EQ(OutlineOf(*face, face->GlyphCount() - 1), "none");
+    EXPECT_NE(OutlineOf(*face, 500), "none");
+    for (int i = 1; i <= 3; ++i) EXPECT_EQ(OutlineOf(*face, chain + i), "none");
+    // Each is twice the one before it.
+    glyphs.resize(1);
+    for (int i = 0; i < 60; ++i) glyphs.push_back({"", 0, 500, part(i) + " " + part(i)});
+    const auto doubles = MakeSfntFace(MakeSfnt(glyphs));
+    ASSERT_TRUE(doubles);
+    EXPECT_NE(OutlineOf(*doubles, 8), "none");
+    EXPECT_EQ(OutlineOf(*doubles, 60), "none");
 }
 
 // SIDs 34 and 66 are A and a.

@@ -48,15 +48,18 @@ struct GlyphData {
 GlyphData GlyphDataOf(const SfntGlyph& glyph) {
     GlyphData data;
     if (glyph.contours.starts_with('+')) {
-        std::istringstream words(glyph.contours.substr(1));
-        int index = 0;
+        constexpr int argsAreWordsAndOffsets = 3;
+        constexpr int moreFollow = 32;
+        std::istringstream words(glyph.contours);
+        std::string parts;
         int dx = 0;
         int dy = 0;
-        words >> index >> dx >> dy;
-        constexpr int argsAreWordsAndOffsets = 3;
+        for (std::string part; words >> part >> dx >> dy;) {
+            const bool isLast = (words >> std::ws).eof();
+            parts += U16(argsAreWordsAndOffsets | (isLast ? 0 : moreFollow)) + U16(std::stoi(part)) + U16(dx) + U16(dy);
+        }
         data.left = dx;
-        data.bytes = U16(-1) + U16(dx) + U16(dy) + U16(dx) + U16(dy) + U16(argsAreWordsAndOffsets) + U16(index) +
-                     U16(dx) + U16(dy);
+        data.bytes = U16(-1) + U16(dx) + U16(dy) + U16(dx) + U16(dy) + parts;
         return data;
     }
     const auto contours = ParseContours(glyph.contours);

@@ -10,7 +10,7 @@ struct SfntGlyph {
     char32_t unicode = 0;  ///< 0 for none
     int advance = 0;
     /// Contours with a slash between them, of points "x,y", those off the curve "x,y*". Its left side bearing is the
-    /// least x. Or "+G dx dy": glyph G, moved.
+    /// least x. Or "+G dx dy", perhaps several: glyph G, moved.
     std::string contours;
 };
 

@@ -154,9 +154,9 @@ FreeTypeFace::~FreeTypeFace() {
 bool FreeTypeFace::Start(double emUnits) {
     if (!FT_IS_SCALABLE(m_pFace) || m_pFace->units_per_EM == 0) return false;
     const char* format = FT_Get_Font_Format(m_pFace);
-    const bool takesAnySize = format && std::string_view(format) == "TrueType";
+    m_bTrueType = format && std::string_view(format) == "TrueType";
     const int em = m_pFace->units_per_EM;
-    const int pixels = takesAnySize || em <= MAX_CFF_PIXELS ? em : USUAL_EM;
+    const int pixels = m_bTrueType || em <= MAX_CFF_PIXELS ? em : USUAL_EM;
     if (FT_Set_Pixel_Sizes(m_pFace, 0, static_cast<FT_UInt>(pixels)) != 0) return false;
     m_fUnit = emUnits / (pixels * PER_PIXEL);
     if (const char* name = FT_Get_Postscript_Name(m_pFace)) m_Name = name;
@@ -247,7 +247,59 @@ FreeTypeFace::Glyph* FreeTypeFace::Load(std::int32_t glyph) {
     return m_Glyphs.emplace(glyph, Make(glyph)).first->second.get();
 }
 
-std::unique_ptr<FreeTypeFace::Glyph> FreeTypeFace::Make(std::int32_t glyph) const {
+std::vector<std::int32_t> FreeTypeFace::PartsOf(std::int32_t glyph) const {
+    std::vector<std::int32_t> parts;
+    if (FT_Load_Glyph(m_pFace, static_cast<FT_UInt>(glyph), FT_LOAD_NO_RECURSE | FT_LOAD_NO_BITMAP) != 0) return parts;
+    const FT_GlyphSlot slot = m_pFace->glyph;
+    if (slot->format != FT_GLYPH_FORMAT_COMPOSITE) return parts;
+    for (FT_UInt i = 0; i < slot->num_subglyphs; ++i) {
+        FT_Int index = 0;
+        FT_UInt flags = 0;
+        FT_Int first = 0;
+        FT_Int second = 0;
+        FT_Matrix matrix;
+        if (FT_Get_SubGlyph_Info(slot, i, &index, &flags, &first, &second, &matrix) == 0) parts.push_back(index);
+    }
+    return parts;
+}
+
+bool FreeTypeFace::HasFewParts(std::int32_t glyph) {
+    struct Step {
+        std::int32_t glyph;
+        std::vector<std::int32_t> parts;
+        std::size_t next = 0;
+        std::uint32_t count = 1;
+    };
+    constexpr std::uint32_t tooMany = MAX_PARTS + 1;
+    if (const auto known = m_PartCounts.find(glyph); known != m_PartCounts.end()) return known->second <= MAX_PARTS;
+    // Until it is counted, a glyph has too many parts: one that meets itself is made of itself.
+    std::vector<Step> steps;
+    const auto begin = [&](std::int32_t index) {
+        m_PartCounts[index] = tooMany;
+        steps.push_back({index, PartsOf(index)});
+    };
+    begin(glyph);
+    while (!steps.empty()) {
+        Step& step = steps.back();
+        if (step.next == step.parts.size()) {
+            m_PartCounts[step.glyph] = step.count;
+            steps.pop_back();
+            continue;
+        }
+        const std::int32_t part = step.parts[step.next];
+        const auto known = m_PartCounts.find(part);
+        if (known == m_PartCounts.end()) {
+            begin(part);
+            continue;
+        }
+        step.count = std::min(step.count + known->second, tooMany);
+        ++step.next;
+    }
+    return m_PartCounts[glyph] <= MAX_PARTS;
+}
+
+std::unique_ptr<FreeTypeFace::Glyph> FreeTypeFace::Make(std::int32_t glyph) {
+    if (m_bTrueType && !HasFewParts(glyph)) return nullptr;
     constexpr auto flags = FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP;
     if (FT_Load_Glyph(m_pFace, static_cast<FT_UInt>(glyph), flags) != 0) return nullptr;
     const FT_GlyphSlot slot = m_pFace->glyph;

@@ -29,6 +29,7 @@ public:
     ~FreeTypeFace() override;
 
     static constexpr std::size_t MAX_BYTES = std::size_t{64} << 20;
+    static constexpr std::uint32_t MAX_PARTS = 1000;
 
     [[nodiscard]] std::string_view Name() const noexcept override { return m_Name; }
     [[nodiscard]] std::int32_t GlyphCount() const noexcept override;
@@ -54,12 +55,19 @@ private:
     void ReadNames() const;
     void ReadNamesOfCharacters() const;
     [[nodiscard]] Glyph* Load(std::int32_t glyph);
-    [[nodiscard]] std::unique_ptr<Glyph> Make(std::int32_t glyph) const;
+    [[nodiscard]] std::unique_ptr<Glyph> Make(std::int32_t glyph);
+    /// The glyphs that a glyph is directly made of (composite glyphs of TrueType); none for another one.
+    [[nodiscard]] std::vector<std::int32_t> PartsOf(std::int32_t glyph) const;
+    /// Whether a glyph is made of no more than MAX_PARTS, parts of parts included, and not of itself. FreeType, which
+    /// makes it by recursion, has no such bound.
+    [[nodiscard]] bool HasFewParts(std::int32_t glyph);
 
     std::string m_Bytes;  ///< that FreeType reads from for as long as the face is open
     FT_FaceRec_* m_pFace = nullptr;
     std::string m_Name;
     double m_fUnit = 0;  ///< a unit of FreeType's in one of the face's
+    bool m_bTrueType = false;
+    std::unordered_map<std::int32_t, std::uint32_t> m_PartCounts;  ///< by glyph, itself included; up to MAX_PARTS + 1
     NamesFrom m_NamesFrom = NamesFrom::Font;
     mutable bool m_bNamesRead = false;
     mutable std::vector<std::string> m_Names;  ///< by glyph
