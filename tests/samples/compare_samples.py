@@ -17,13 +17,15 @@ import svgelements
 TOLERANCE = 0.01  # mm
 TEXT_TOLERANCE = 0.002
 STEP = 0.2        # mm between the points that a geometry is sampled at
+TEXT_STEP = 0.05
+TEXT_CURVE = 8    # pieces of a curve of a glyph: as many on both sides, so that they lie on each other
 MM = 25.4 / 72.0  # of a point
 
 
-def sample_line(a, b, out):
+def sample_line(a, b, out, step=STEP):
     if a[0] == b[0] and a[1] == b[1]:
         return  # a point draws nothing
-    n = max(1, int(math.dist(a, b) / STEP))
+    n = max(1, int(math.dist(a, b) / step))
     out.extend(((a[0] + (b[0] - a[0]) * i / n, a[1] + (b[1] - a[1]) * i / n),
                 (a[0] + (b[0] - a[0]) * (i + 1) / n, a[1] + (b[1] - a[1]) * (i + 1) / n)) for i in range(n))
 
@@ -33,15 +35,15 @@ def bezier_point(p, t):
     return tuple(s ** 3 * p[0][k] + 3 * s * s * t * p[1][k] + 3 * s * t * t * p[2][k] + t ** 3 * p[3][k] for k in (0, 1))
 
 
-def sample_bezier(p, out):
+def sample_bezier(p, out, step=STEP, pieces=None):
     length = sum(math.dist(p[i], p[i + 1]) for i in range(3))
-    n = max(32, int(length / STEP * 2))
+    n = pieces or max(8, int(length / step * 2))
     points = [bezier_point(p, i / n) for i in range(n + 1)]
     for a, b in zip(points, points[1:]):
-        sample_line(a, b, out)
+        sample_line(a, b, out, step)
 
 
-def import_eps(epsimport, path, *options):
+def import_eps(epsimport, path, options=(), step=STEP, curve=None):
     """The drawing of an EPS file as short pieces of line, in mm."""
     command = [epsimport, path, "-o", "-", "-f", "json", "-q", "-t", "0.0001", *options]
     run = subprocess.run(command, capture_output=True, check=False)
@@ -51,14 +53,14 @@ def import_eps(epsimport, path, *options):
             points = section["points"]
             if section["type"] == "line":
                 for a, b in zip(points, points[1:]):
-                    sample_line(a, b, pieces)
+                    sample_line(a, b, pieces, step)
             else:
                 for i in range(0, len(points) - 3, 3):
-                    sample_bezier(points[i:i + 4], pieces)
+                    sample_bezier(points[i:i + 4], pieces, step, curve)
     return pieces, run.returncode
 
 
-def svg_pieces(path, change):
+def svg_pieces(path, change, step=STEP, curve=60):
     svg = svgelements.SVG.parse(path, reify=True, ppi=96, width=None, height=None)
     pieces = []
     for element in svg.elements(lambda e: isinstance(e, svgelements.Shape)):
@@ -67,14 +69,13 @@ def svg_pieces(path, change):
                 continue
             if isinstance(segment, (svgelements.Line, svgelements.Close)):
                 if segment.start is not None and segment.end is not None:
-                    sample_line(change(segment.start), change(segment.end), pieces)
+                    sample_line(change(segment.start), change(segment.end), pieces, step)
                 continue
             curves = segment.as_cubic_curves() if isinstance(segment, svgelements.Arc) else [segment]
-            for curve in curves:
-                n = 60
-                points = [change(curve.point(i / n)) for i in range(n + 1)]
+            for part in curves:
+                points = [change(part.point(i / curve)) for i in range(curve + 1)]
                 for a, b in zip(points, points[1:]):
-                    sample_line(a, b, pieces)
+                    sample_line(a, b, pieces, step)
     return pieces
 
 
@@ -86,9 +87,9 @@ def distance_to_piece(p, piece):
     return math.hypot(p[0] - ax - t * dx, p[1] - ay - t * dy)
 
 
-def farthest(points_of, near):
+def farthest(points_of, near, step=STEP):
     """The greatest distance from the ends of one set of pieces to the other set."""
-    cell = 2 * STEP
+    cell = 2 * step
     grid = {}
     for piece in near:
         for x, y in piece:
@@ -140,19 +141,29 @@ def is_installed(face):
     return bool(found.stdout.strip())
 
 
-def check(epsimport, folder, case, tolerance=TOLERANCE, options=()):
+def check(epsimport, folder, case):
     name, change, which = case
-    imported, status = import_eps(epsimport, os.path.join(folder, name + ".eps"), *options)
-    truth = svg_pieces(os.path.join(folder, name + ".svg"), change)
+    imported, status = import_eps(epsimport, os.path.join(folder, name + ".eps"))
+    return compare(imported, status, svg_pieces(os.path.join(folder, name + ".svg"), change), which)
+
+
+def check_text(epsimport, folder, name, change):
+    path = os.path.join(folder, name)
+    imported, status = import_eps(epsimport, path + ".eps", ["--complete"], TEXT_STEP, TEXT_CURVE)
+    truth = svg_pieces(path + ".svg", change, TEXT_STEP, TEXT_CURVE)
+    return compare(imported, status, truth, "both", TEXT_TOLERANCE, TEXT_STEP)
+
+
+def compare(imported, status, truth, which, tolerance=TOLERANCE, step=STEP):
     problems = [] if status == 0 else [f"exit status {status}"]
     if not imported or not truth:
         problems.append(f"{len(imported)} pieces imported, {len(truth)} in the truth")
     if which in ("both", "import"):
-        distance, where = farthest(imported, truth)
+        distance, where = farthest(imported, truth, step)
         if distance > tolerance:
             problems.append(f"imported point {where} lies {distance:.4f} mm beside the truth")
     if which in ("both", "truth"):
-        distance, where = farthest(truth, imported)
+        distance, where = farthest(truth, imported, step)
         if distance > tolerance:
             problems.append(f"point {where} of the truth lies {distance:.4f} mm beside the import")
     return problems
@@ -174,7 +185,7 @@ def main():
         if face and not is_installed(face):
             print(f"{name:32} left out: {face} is not installed")
             continue
-        problems = check(epsimport, folder, (name, change, "both"), TEXT_TOLERANCE, ("--complete",))
+        problems = check_text(epsimport, folder, name, change)
         failed += bool(problems)
         print(f"{name:32} {'ok' if not problems else '; '.join(problems)}")
     return 1 if failed else 0
