@@ -87,6 +87,7 @@ struct CharStringGlyph {
 /// The glyphs of one CharStrings dictionary, and what else they are made of.
 struct CharStringFace {
     std::uint64_t epoch = 0;
+    StorageKey priv;  ///< the dictionary that the following stood in
     bool isStarted = false;
     int lenIV = 4;
     std::vector<std::string> subrs;
@@ -104,6 +105,7 @@ void Renew(CharStringFace& face, const CDictionary& font, const CDictionary& cha
     int lenIV = 4;
     std::vector<std::string> subrs;
     const auto* priv = As<CDictionary>(font.GetValue(names.priv));
+    face.priv = priv ? KeyOf(*priv) : StorageKey{};
     if (priv && priv->GetBody()) {
         priv->GetBody()->MarkCopied();
         lenIV = LenIvOf(*priv);
@@ -409,7 +411,11 @@ bool CFontFaces::FindCharString(const CDictionary& font, const CName* name, cons
     const auto* charStrings = As<CDictionary>(font.GetValue(m_Names.charStrings));
     if (!charStrings || !charStrings->GetBody()) return false;
     CharStringFace& face = m_p->charStrings.At(KeyOf(*charStrings));
-    if (!face.isStarted || face.epoch != g_nSnapshotEpoch) Renew(face, font, *charStrings, m_Names);
+    const auto* priv = As<CDictionary>(font.GetValue(m_Names.priv));
+    const bool isSameFont = face.priv == (priv ? KeyOf(*priv) : StorageKey{});  // others may share the charstrings
+    if (!face.isStarted || !isSameFont || face.epoch != g_nSnapshotEpoch) {
+        Renew(face, font, *charStrings, m_Names);
+    }
     const auto known = face.glyphs.find(name);
     CharStringGlyph* entry = known != face.glyphs.end() ? &known->second : nullptr;
     if (!entry || entry->charString != charString.Bytes()) {
