@@ -6,6 +6,7 @@
 #include "complete/CMapOperators.h"
 #include "complete/ClipOperators.h"
 #include "complete/ColorOperators.h"
+#include "complete/ConversionOperators.h"
 #include "complete/DeviceOperators.h"
 #include "complete/EexecOperators.h"
 #include "complete/ErrorOperators.h"
@@ -47,6 +48,7 @@ std::span<const OpTable* const> CCompleteDialect::OperatorTables() const {
         &kCompleteShowOperators,
         &kEexecOperators,
         &kCMapOperators,
+        &kCompleteConversionOperators,
         &kKeptOperands,
     };
     return tables;
