@@ -39,16 +39,20 @@ inline constexpr int MAX_BRACE_DEPTH = 10000;
     }
 }
 
-/// Lookup tables of the bytes that end a token, for the loop over its bytes, and of those that are nothing but that.
+/// Lookup tables of the bytes that end a token, for the loop over its bytes; of these and the zero byte; and of those
+/// that do nothing else.
 struct CDelimiterTable {
     bool is[256] = {};
+    bool isOrZero[256] = {};
     bool isBlank[256] = {};
     constexpr explicit CDelimiterTable(bool fullSyntax) {
         for (int c = 0; c < 256; ++c) is[c] = IsDelimiter(static_cast<unsigned char>(c));
         for (const unsigned char c : {' ', '\r', '\n', '\f', '\t'}) isBlank[c] = true;
-        if (!fullSyntax) return;
-        is[0] = isBlank[0] = true;
-        is[static_cast<unsigned char>('\\')] = false;
+        if (fullSyntax) {
+            is[0] = isBlank[0] = true;
+            is[static_cast<unsigned char>('\\')] = false;
+        }
+        for (int c = 0; c < 256; ++c) isOrZero[c] = c == 0 || is[c];
     }
 };
 inline constexpr CDelimiterTable g_Delimiters{false};
@@ -260,7 +264,7 @@ private:
         size_t first = 0;
         while (first < bytes.size() && DELIMITERS.isBlank[at(first)]) ++first;
         size_t end = first;
-        while (end < bytes.size() && !DELIMITERS.is[at(end)] && bytes[end] != '\0') ++end;
+        while (end < bytes.size() && !DELIMITERS.isOrZero[at(end)]) ++end;
         if (end == first || end == bytes.size() || end - first > MAX_KEY_LENGTH) return false;
         if (Rules::fullSyntax ? IsBinaryToken(at(first)) : bytes[end] == '\0') return false;
         unsigned char delimiter = at(end);

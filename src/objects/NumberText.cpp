@@ -73,7 +73,7 @@ bool RadixNumber(std::string_view base, std::string_view digits, double& value) 
 NumberClass PlainNumber(std::string_view text, double& value) noexcept {
     constexpr std::ptrdiff_t mostDigits = 15;
     constexpr std::ptrdiff_t mostIntegerDigits = 9;
-    constexpr double powers[mostDigits + 1] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+    static constexpr double powers[mostDigits + 1] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                                1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     const char* at = text.data();
     const char* const end = at + text.size();
