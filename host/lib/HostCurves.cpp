@@ -6,6 +6,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "lib/Cells.h"
+
 namespace {
 
 constexpr double TURN = 2 * std::numbers::pi;
@@ -118,16 +120,13 @@ void FreeSections::operator()(CSectObject* first) const noexcept {
 
 // Chains of points
 
-CSectPoints::~CSectPoints() = default;
+void* CSectLine2D::operator new(std::size_t size) { return CCells<CSectLine2D>::Take(size); }
 
-void CSectPoints::Copy(const point_2d* points, int n) {
-    const size_t count = points && n > 0 ? static_cast<size_t>(n) : 0;
-    std::unique_ptr<point_2d[]> many;
-    if (count > FEW) many = std::make_unique<point_2d[]>(count);
-    std::copy_n(points, count, many ? many.get() : m_Few);
-    m_pMany = std::move(many);
-    m_nCount = count;
-}
+void CSectLine2D::operator delete(void* p, std::size_t size) noexcept { CCells<CSectLine2D>::Give(p, size); }
+
+void* CSectBezier::operator new(std::size_t size) { return CCells<CSectBezier>::Take(size); }
+
+void CSectBezier::operator delete(void* p, std::size_t size) noexcept { CCells<CSectBezier>::Give(p, size); }
 
 CSectObject* CSectLine2D::Clone() const {
     auto copy = std::make_unique<CSectLine2D>();

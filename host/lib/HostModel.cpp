@@ -3,6 +3,8 @@
 
 #include <memory>
 
+#include "lib/Cells.h"
+
 CEntity::~CEntity() = default;
 
 void CEntity::InsertToChildTail(CEntGroup* group) noexcept {
@@ -17,6 +19,10 @@ void CEntity::UpdateBox(int) noexcept {}
 void CEntity::Transform(int, const TRANSF_2D&) noexcept {}
 
 void CEntity::Release() noexcept {}
+
+void* CEntPLine::operator new(std::size_t size) { return CCells<CEntPLine>::Take(size); }
+
+void CEntPLine::operator delete(void* p, std::size_t size) noexcept { CCells<CEntPLine>::Give(p, size); }
 
 void CEntText::Transform(int, const TRANSF_2D& map) noexcept {
     m_ptPos = map.Map(m_ptPos);

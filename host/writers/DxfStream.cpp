@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
+#include <string_view>
 
 namespace {
 
@@ -14,48 +14,60 @@ constexpr double kViewAspect = 1.6;  // width to height of the window that a dra
 enum Group { kRecord = 0, kName = 2, kHandle = 5, kVariable = 9, kOwner = 330, kEntryHandle = 350 };
 enum ViewGroup { kCentreX = 12, kCentreY = 22, kViewHeight = 40, kAspect = 41 };
 
+constexpr std::size_t kCodeRoom = 16;
+
+// Puts a group code, right-aligned to three characters, on a line of its own. Answers where the value begins.
+char* PutCode(char* at, int code) {
+    char* const end = at + kCodeRoom;
+    if (code < 100) *at++ = ' ';
+    if (code < 10) *at++ = ' ';
+    at = std::to_chars(at, end, code).ptr;
+    *at++ = '\n';
+    return at;
+}
+
 }  // namespace
 
 CDxfStream::CDxfStream(COutputFile& out, const CBox& box, int handleSeed)
     : DL_WriterA("", DL_VERSION_2000), m_Out(out), m_Box(box), m_nHandleSeed(handleSeed) {}
 
-void CDxfStream::WriteCode(int code) const {
-    m_Out.Write(code < 10 ? "  " : code < 100 ? " " : "");
-    m_Out.WriteInteger(code);
-    m_Out.Write('\n');
-}
-
 void CDxfStream::dxfReal(int code, double value) const {
-    if (m_Record == "*Active" && !m_Box.IsEmpty()) {
+    if (m_bInView && !m_Box.IsEmpty()) {
         if (code == kCentreX) value = (m_Box.Min().x + m_Box.Max().x) / 2;
         if (code == kCentreY) value = (m_Box.Min().y + m_Box.Max().y) / 2;
         if (code == kViewHeight) value = std::max({m_Box.Height(), m_Box.Width() / kViewAspect, 1.0}) * kViewMargin;
         if (code == kAspect) value = kViewAspect;
     }
-    WriteCode(code);
-    char room[64];
+    char room[kCodeRoom + 64];
+    char* const text = PutCode(room, code);
     // A coordinate is a 32-bit float, if its unit is the millimetre; then the float's decimals say it all.
     const auto single = static_cast<float>(value);
-    char* end = static_cast<double>(single) == value ? std::to_chars(room, room + sizeof room, single).ptr
-                                                     : std::to_chars(room, room + sizeof room, value).ptr;
-    const std::string_view text(room, static_cast<std::size_t>(end - room));
-    m_Out.Write(text);
+    char* end = static_cast<double>(single) == value ? std::to_chars(text, room + sizeof room, single).ptr
+                                                     : std::to_chars(text, room + sizeof room, value).ptr;
     // A real without a point is allowed, but some readers take it for an integer.
-    m_Out.Write(text.find_first_of(".e") == std::string_view::npos ? ".0\n" : "\n");
+    if (std::find_if(text, end, [](char c) { return c == '.' || c == 'e'; }) == end) {
+        *end++ = '.';
+        *end++ = '0';
+    }
+    *end++ = '\n';
+    m_Out.Write({room, static_cast<std::size_t>(end - room)});
 }
 
 void CDxfStream::dxfInt(int code, int value) const {
-    WriteCode(code);
-    m_Out.WriteInteger(value);
-    m_Out.Write('\n');
+    char room[kCodeRoom + 16];
+    char* end = std::to_chars(PutCode(room, code), room + sizeof room, value).ptr;
+    *end++ = '\n';
+    m_Out.Write({room, static_cast<std::size_t>(end - room)});
 }
 
 void CDxfStream::dxfHex(int code, int value) const {
-    if (m_Record == "$HANDSEED") value = m_nHandleSeed;
-    WriteCode(code);
-    char room[16];
-    std::snprintf(room, sizeof room, "%X\n", static_cast<unsigned>(value));
-    m_Out.Write(room);
+    if (m_bInSeed) value = m_nHandleSeed;
+    char room[kCodeRoom + 16];
+    char* const text = PutCode(room, code);
+    char* end = std::to_chars(text, room + sizeof room, static_cast<unsigned>(value), 16).ptr;
+    std::transform(text, end, text, [](char c) { return c >= 'a' ? static_cast<char>(c - 'a' + 'A') : c; });
+    *end++ = '\n';
+    m_Out.Write({room, static_cast<std::size_t>(end - room)});
     if (!m_bObjects) return;
     // A dictionary stands before its entries and names them by their handles: so it is known who owns an
     // object.
@@ -67,8 +79,13 @@ void CDxfStream::dxfHex(int code, int value) const {
 }
 
 void CDxfStream::dxfString(int code, const char* value) const {
-    if (code == kRecord || code == kName || code == kVariable) m_Record = value;
-    WriteCode(code);
-    m_Out.Write(value);
+    const std::string_view text = value;
+    if (code == kRecord || code == kName || code == kVariable) {
+        m_bInView = text == "*Active";
+        m_bInSeed = text == "$HANDSEED";
+    }
+    char room[kCodeRoom];
+    m_Out.Write({room, static_cast<std::size_t>(PutCode(room, code) - room)});
+    m_Out.Write(text);
     m_Out.Write('\n');
 }

@@ -27,14 +27,13 @@ public:
     void dxfString(int code, const std::string& value) const override { dxfString(code, value.c_str()); }
 
 private:
-    void WriteCode(int code) const;
-
     COutputFile& m_Out;
     const CBox& m_Box;
     const int m_nHandleSeed;
     bool m_bObjects = false;
     // The interface of dxflib is const throughout.
-    mutable std::string m_Record;               // the last value of group 0, 2 or 9
+    mutable bool m_bInView = false;             // the last value of group 0, 2 or 9 was *Active
+    mutable bool m_bInSeed = false;             // it was $HANDSEED
     mutable int m_nObject = 0;                  // handle of the object being written
     mutable std::map<int, int> m_ObjectOwners;  // by handle
 };

@@ -55,9 +55,9 @@ private:
     const Survey m_Survey;
     CDxfStream m_Stream;
     DL_Dxf m_Dxf;
-    std::map<std::uint32_t, std::string> m_Layers;  // by colour
-    std::vector<Point> m_Points;                    // scratch
-    std::vector<DxfVertex> m_Vertices;              // scratch
+    std::map<std::uint32_t, DL_Attributes> m_Attributes;  // of the figures of a colour
+    std::vector<Point> m_Points;                          // scratch
+    std::vector<DxfVertex> m_Vertices;                    // scratch
 };
 
 void CDxfWriter::Write() {
@@ -98,7 +98,8 @@ void CDxfWriter::WriteTables() {
     m_Stream.tableLayers(static_cast<int>(m_Survey.colors.size()) + 1);
     m_Dxf.writeLayer(m_Stream, DL_LayerData("0", 0), DL_Attributes("", 7, kNoTrueColor, kDefaultWeight, "CONTINUOUS"));
     for (const std::uint32_t color : m_Survey.colors) {
-        const std::string& name = m_Layers[color] = ColorName(color);
+        const std::string name = ColorName(color);
+        m_Attributes.emplace(color, DL_Attributes(name, kByLayer, kNoTrueColor, kByLayerWeight, "BYLAYER"));
         const auto trueColor = static_cast<int>(Red(color) << 16 | Green(color) << 8 | Blue(color));
         m_Dxf.writeLayer(m_Stream, DL_LayerData(name, 0),
                          DL_Attributes("", NearestColorIndex(color), trueColor, kDefaultWeight, "CONTINUOUS"));
@@ -129,7 +130,7 @@ void CDxfWriter::WriteBlocks() {
 }
 
 void CDxfWriter::WriteFigure(const Figure& figure) {
-    const DL_Attributes attributes(m_Layers[figure.color], kByLayer, kNoTrueColor, kByLayerWeight, "BYLAYER");
+    const DL_Attributes& attributes = m_Attributes.at(figure.color);
     if (figure.segments.empty())
         m_Dxf.writePoint(m_Stream, DL_PointData(figure.points.front().x, figure.points.front().y, 0.0), attributes);
     else if (figure.IsCircle())

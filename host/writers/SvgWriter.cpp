@@ -2,7 +2,6 @@
 #include "writers/SvgWriter.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <numbers>
@@ -11,9 +10,6 @@
 #include "drawing/Survey.h"
 
 namespace {
-
-// Decimals of a millimetre: a tenth of a micrometre is finer than any machine that a drawing is made for.
-constexpr int kDecimals = 4;
 
 // An arc that turns by more is written in parts: of half a circle, a last decimal of its ends or its radius would move
 // the middle by the root of that.
@@ -32,7 +28,8 @@ public:
     void WriteEnd() { m_Out.Write("</g>\n</svg>\n"); }
 
 private:
-    void WriteNumber(double value);
+    // A tenth of a micrometre is finer than any machine that a drawing is made for.
+    void WriteNumber(double value) { m_Out.WriteFixed(value); }
     void WritePoint(const Point& point);
     void WriteStroke(const Figure& figure);
     void WriteCircle(const Figure& circle);
@@ -40,15 +37,6 @@ private:
 
     COutputFile& m_Out;
 };
-
-void CSvgWriter::WriteNumber(double value) {
-    char room[512];  // the largest double has 309 digits before its point
-    char* end = std::to_chars(room, room + sizeof room, value, std::chars_format::fixed, kDecimals).ptr;
-    while (end[-1] == '0') --end;
-    if (end[-1] == '.') --end;
-    const std::string_view text(room, static_cast<std::size_t>(end - room));
-    m_Out.Write(text == "-0" ? "0" : text);
-}
 
 void CSvgWriter::WritePoint(const Point& point) {
     WriteNumber(point.x);

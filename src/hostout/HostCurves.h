@@ -2,6 +2,7 @@
 // angles radians unless told otherwise.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -61,38 +62,52 @@ struct FreeSections {
 /// A chain of sections with its owner.
 using CSectChain = std::unique_ptr<CSectObject, FreeSections>;
 
-/// Points of a section; the few of an ordinary line or curve stand in the section itself, so that it costs
-/// one allocation.
-class HOST_API CSectPoints : public CSectObject {
+/// Points of a section; so few as an ordinary line or curve has stand in the section itself.
+template <std::size_t Few>
+class CSectPoints : public CSectObject {
 public:
-    ~CSectPoints() override;
+    ~CSectPoints() override {
+        if (m_nCount > Few) delete[] m_pMany;
+    }
     /// Takes a copy of n points.
-    void Copy(const point_2d* points, int n);
+    void Copy(const point_2d* points, int n) {
+        const std::size_t count = points && n > 0 ? static_cast<std::size_t>(n) : 0;
+        point_2d* const many = count > Few ? new point_2d[count] : nullptr;
+        const std::unique_ptr<point_2d[]> before(m_nCount > Few ? m_pMany : nullptr);
+        std::copy_n(points, count, many ? many : m_Few);
+        if (many) m_pMany = many;
+        m_nCount = count;
+    }
     [[nodiscard]] std::span<const point_2d> GetPoints() const noexcept override {
-        return {m_pMany ? m_pMany.get() : m_Few, m_nCount};
+        return {m_nCount > Few ? m_pMany : m_Few, m_nCount};
     }
 
 protected:
-    CSectPoints() noexcept = default;
+    CSectPoints() noexcept {}
 
 private:
-    static constexpr std::size_t FEW = 4;
     std::size_t m_nCount = 0;
-    point_2d m_Few[FEW];
-    std::unique_ptr<point_2d[]> m_pMany;
+    union {
+        point_2d m_Few[Few];
+        point_2d* m_pMany;  ///< owned; when there are more
+    };
 };
 
-/// A chain of straight lines.
-class HOST_API CSectLine2D final : public CSectPoints {
+/// A chain of straight lines. Those of two points are what most of a drawing is made of.
+class HOST_API CSectLine2D final : public CSectPoints<2> {
 public:
+    static void* operator new(std::size_t size);
+    static void operator delete(void* p, std::size_t size) noexcept;
     [[nodiscard]] SectionKind GetKind() const noexcept override { return SECT_LINE; }
     [[nodiscard]] CSectObject* Clone() const override;
     void Flatten(float tolerance, std::vector<point_2d>& out) const override;
 };
 
 /// A chain of cubic Bézier curves: 4, 7, 10 ... control points.
-class HOST_API CSectBezier final : public CSectPoints {
+class HOST_API CSectBezier final : public CSectPoints<4> {
 public:
+    static void* operator new(std::size_t size);
+    static void operator delete(void* p, std::size_t size) noexcept;
     [[nodiscard]] SectionKind GetKind() const noexcept override { return SECT_BEZIER; }
     [[nodiscard]] CSectObject* Clone() const override;
     void Flatten(float tolerance, std::vector<point_2d>& out) const override;

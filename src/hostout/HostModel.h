@@ -1,6 +1,7 @@
 // hostmodel: the entities that an import makes, and the group that collects them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -74,6 +75,8 @@ using EntityPtr = std::unique_ptr<CEntity, ReleaseEntity>;
 
 class HOST_API CEntPLine final : public CEntity {
 public:
+    static void* operator new(std::size_t size);
+    static void operator delete(void* p, std::size_t size) noexcept;
     CEntPLine() noexcept : CEntity(ENT_PLINE) {}
 
     CSectionList m_Sections;

@@ -11,7 +11,15 @@ struct point_2d {
     float x = 0;
     float y = 0;
 
-    [[nodiscard]] float DistFrom(const point_2d& other) const noexcept { return std::hypot(x - other.x, y - other.y); }
+    [[nodiscard]] float DistFrom(const point_2d& other) const noexcept {
+        const float dx = x - other.x;
+        const float dy = y - other.y;
+        // Squares of floats are exact in double, and their sum neither vanishes nor overflows: this is what hypot gives,
+        // without a call.
+        const double square = static_cast<double>(dx) * dx + static_cast<double>(dy) * dy;
+        if (!std::isfinite(square)) return std::hypot(dx, dy);
+        return static_cast<float>(std::sqrt(square));
+    }
 };
 
 /// A rotation or other affine map in the row order of PostScript: x' = m[0] x + m[2] y + m[4],

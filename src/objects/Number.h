@@ -6,8 +6,8 @@
 #include <new>
 
 #include "objects/Element.h"
-#include "objects/FreeCells.h"
 #include "objects/Limits.h"
+#include "platform/FreeCells.h"
 
 /// Numbers closer to each other than this are equal: to `eq` and its relatives, and as keys of dictionaries.
 inline constexpr double NUMBER_TOLERANCE = 1e-6;
@@ -91,6 +91,24 @@ inline void CNumberElement::MarkInUse() noexcept {
     assert(this == g_pOfferedNumber);
     g_pOfferedNumber = nullptr;
     m_bInUse = true;
+}
+
+/// A new number that is in use and the caller's.
+[[nodiscard]] inline TypedPtr<CNumberElement> NewNumber(double value, bool isReal) {
+    CNumberElement* number = AllocNumberElement();
+    number->m_nNumKind = isReal ? 1 : 0;
+    number->m_fValue = value;
+    number->MarkInUse();
+    return TypedPtr<CNumberElement>(number);
+}
+/// The copy of any object: what Clone answers, for a number without the call.
+[[nodiscard]] inline ElementPtr CopyOf(const CElement& e) {
+    if (e.m_nType != ET_NUMBER) return e.Clone();
+    const auto& number = static_cast<const CNumberElement&>(e);
+    TypedPtr<CNumberElement> copy = NewNumber(number.GetReal(), number.IsReal());
+    copy->m_bExec = e.m_bExec;
+    copy->m_nAccess = e.m_nAccess;
+    return copy;
 }
 
 /// A new integer or real, in use and owned by the caller.

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <new>
 
-#include "objects/FreeCells.h"
 #include "objects/Limits.h"
+#include "platform/FreeCells.h"
 
 /// Base for a class T whose objects come from free cells of their own. When the last object is gone, so is the memory.
 /// Under AddressSanitizer the plain heap is used, which keeps dropped memory out of use for longer than poisoned cells.

@@ -525,7 +525,7 @@ TEST(ExportFace, FlattensCirclesWithinOneLengthInEitherHostUnit) {
 }
 
 /// A section that comes as two lines, which meet at x = the tolerance.
-class Zigzag final : public CSectPoints {
+class Zigzag final : public CSectPoints<4> {
 public:
     [[nodiscard]] SectionKind GetKind() const noexcept override { return SECT_POINTS; }
     [[nodiscard]] CSectObject* Clone() const override { return nullptr; }

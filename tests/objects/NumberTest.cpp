@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "objects/FreeCells.h"
+#include "platform/FreeCells.h"
 
 namespace {
 

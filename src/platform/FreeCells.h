@@ -1,5 +1,5 @@
 // Cells of one size for the objects that a run makes and drops by the million: a dropped object's cell is handed out
-// again without going to the heap. What numbers and the other elements have in common.
+// again without going to the heap. What numbers, the other elements, and the sections of the host have in common.
 #pragma once
 
 #include <cstddef>
