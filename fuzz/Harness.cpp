@@ -61,7 +61,7 @@ private:
     }
 };
 
-std::uint64_t ImportAndExport(const std::string& bytes, std::int32_t blockSize) {
+std::uint64_t ImportAndExport(const std::string& bytes, std::int32_t blockSize, int compileAtEntry) {
     FuzzFrame frame;
     Digest curves;
     curves.m_nOutFlags |= OUT_BEZIER;
@@ -69,6 +69,7 @@ std::uint64_t ImportAndExport(const std::string& bytes, std::int32_t blockSize) 
     CEntGroup group;
     {
         CFilterEPS machine(5);
+        machine.m_nCompileAtEntry = compileAtEntry;
         machine.OpenInputSource(std::make_unique<CMemorySource>(bytes), blockSize);
         machine.RunFile(&group);
         machine.CloseInputFile();
@@ -96,7 +97,7 @@ void FuzzRun(const std::uint8_t* data, std::size_t size) {
     const std::string bytes(reinterpret_cast<const char*>(data), size);
     // A small block that goes by the input, so that boundaries fall everywhere.
     const auto small = static_cast<std::int32_t>(1 + size % 13);
-    if (ImportAndExport(bytes, CFileBody::BLOCK_SIZE) != ImportAndExport(bytes, small)) std::abort();
+    if (ImportAndExport(bytes, CFileBody::BLOCK_SIZE, 1) != ImportAndExport(bytes, small, 0)) std::abort();
 }
 
 void FuzzFileInfo(const std::uint8_t* data, std::size_t size) {

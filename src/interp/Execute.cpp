@@ -1,5 +1,6 @@
 // The execution engine: what a name means, and how the elements of a procedure run. There is no execution stack:
 // everything here is recursion, bounded by a count and by the room left on the thread's stack.
+#include <optional>
 #include <utility>
 
 #include "hostout/HostCore.h"
@@ -65,7 +66,7 @@ int CFilterEPS::ExecuteName(const CName* name) {
         if (result == 1) return 1;
         if (result != 0) return RaiseError(name);
     }
-    Push(value->Clone());
+    PushCopy(*value);
     return 1;
 }
 
@@ -131,44 +132,101 @@ int CFilterEPS::ExecuteFile(const CFileElement& file) {
     return m_pDialect->ScanFile(*this);
 }
 
+int CFilterEPS::RunElement(const CElement& e, bool& ran) {
+    switch (e.m_nType) {
+        case ET_RAWTOKEN: {
+            const CName* name = static_cast<const CSimpElement&>(e).m_pName;
+            ran = !name->IsNumber();
+            return ExecuteToken(name);
+        }
+        case ET_OPERATOR:
+            ran = true;
+            return ExecuteOperator(static_cast<const COperatorElement&>(e).m_pName);
+        case ET_NAME:
+        case ET_STRING:
+            if (e.m_bExec) {
+                ran = e.m_nType == ET_NAME;
+                return ExecuteObject(e);
+            }
+            break;
+        default:
+            break;
+    }
+    PushCopy(e);
+    return 1;
+}
+
+int CFilterEPS::RunTogether(const CArrayBody& body, size_t at, size_t left) {
+    const Step& step = body.Code()[at];
+    const size_t operands = step.kind == StepKind::proceduresThenOp ? 2 : 1;
+    if (left <= operands) return 0;  // of a view that ends here
+    const Step& last = (&step)[operands];
+    const OpRow* op = OperatorOf(last);
+    if (!op) return 0;
+    // An executable name counts as a level: see ExecuteObject.
+    std::optional<CallScope> scope;
+    if (last.kind == StepKind::nameObject && !scope.emplace(*this).Fits()) return 0;
+    int result = 0;
+    if (step.kind == StepKind::numberThenOp) {
+        if (op->onNumber) result = op->onNumber(*this, step.number, step.isReal);
+    } else {
+        const auto& procedure = static_cast<const CArrayElement&>(body.Contents().At(at));
+        if (step.kind == StepKind::procedureThenOp) {
+            if (op->onProcedure) result = op->onProcedure(*this, procedure);
+        } else if (op->onProcedures) {
+            const auto& second = static_cast<const CArrayElement&>(body.Contents().At(at + 1));
+            result = op->onProcedures(*this, procedure, second);
+        }
+    }
+    if (result == 0) return 0;
+    if (result != 1 && RaiseError(InternName(op->name)) != 1) return -1;
+    return static_cast<int>(operands) + 1;
+}
+
 int CFilterEPS::ExecuteProcedure(const CArrayElement* array) {
     if (IsInterrupted()) return -1;
     CallScope scope(*this);
     if (!scope.Fits()) return Fail(PSERR_RANGE, "execstackoverflow");
-    // The element may be dropped by what runs, and the body by a restore: the body is asked for anew at each step.
+    // The element may be dropped by what runs, the body by a restore, and its code by a change to it, behind which the
+    // run goes on at the same place: body and code are asked for anew at each step.
     const CBodyRef<CArrayBody> ref = array->m_Body;
-    const std::int32_t first = array->m_bView ? array->m_nStart : 0;
-    const std::int32_t length = array->GetLength();
-    for (std::int32_t i = 0; i < length; ++i) {
+    const size_t first = array->m_bView ? static_cast<size_t>(array->m_nStart) : 0;
+    const size_t end = first + static_cast<size_t>(array->GetLength());
+    if (CArrayBody* body = ref.Get(); body && !body->Code() && body->IsToCompile(m_nCompileAtEntry)) Compile(*body);
+    for (size_t at = first; at < end; ++at) {
         const CArrayBody* body = ref.Get();
         if (!body) return 1;
-        const CElement& e = body->Contents().At(static_cast<size_t>(first + i));
-        bool ran = false;  // Departure: the flags are looked at behind a name or an operator, not behind a string
-        switch (e.m_nType) {
-            case ET_RAWTOKEN: {
-                const CName* name = static_cast<const CSimpElement&>(e).m_pName;
-                if (ExecuteToken(name) != 1) return -1;
-                ran = !name->IsNumber();
+        const Step* code = body->Code();
+        assert(!code || IsStepOf(code[at], body->Contents().At(at)));
+        switch (code ? code[at].kind : StepKind::element) {
+            case StepKind::number:
+                Push(NewNumber(code[at].number, code[at].isReal));
+                continue;
+            case StepKind::name:
+                if (ExecuteName(code[at].name) != 1) return -1;
+                break;
+            case StepKind::op:
+                if (ExecuteOperator(code[at].name) != 1) return -1;
+                break;
+            case StepKind::numberThenOp:
+            case StepKind::procedureThenOp:
+            case StepKind::proceduresThenOp:
+                if (const int taken = RunTogether(*body, at, end - at); taken != 0) {
+                    if (taken < 0) return -1;
+                    at += static_cast<size_t>(taken) - 1;
+                    break;
+                }
+                [[fallthrough]];
+            case StepKind::nameObject:
+            case StepKind::element: {
+                bool ran = false;
+                if (RunElement(body->Contents().At(at), ran) != 1) return -1;
+                if (!ran) continue;
                 break;
             }
-            case ET_OPERATOR:
-                if (ExecuteOperator(static_cast<const COperatorElement&>(e).m_pName) != 1) return -1;
-                ran = true;
-                break;
-            case ET_NAME:
-            case ET_STRING:
-                if (e.m_bExec) {
-                    ran = e.m_nType == ET_NAME;
-                    if (ExecuteObject(e) != 1) return -1;
-                } else {
-                    Push(e.Clone());
-                }
-                break;
-            default:
-                Push(e.Clone());
-                break;
         }
-        if (ran && (g_bExitFlag || g_bStopFlag)) return 1;
+        // Departure: the flags are looked at behind a name or an operator, not behind a string.
+        if (g_bExitFlag || g_bStopFlag) return 1;
     }
     return 1;
 }

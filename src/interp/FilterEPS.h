@@ -74,7 +74,8 @@ public:
     /// Looks the name up on the dictionary stack and acts by what it finds.
     [[nodiscard]] int ExecuteName(const CName* name);
     [[nodiscard]] int ExecuteName(std::string_view name) { return ExecuteName(InternName(name)); }
-    /// Runs the elements of a procedure. The array element stays the caller's and may be gone before the run ends.
+    /// Runs the elements of a procedure, by its code from the second entry on. The array element stays the caller's and
+    /// may be gone before the run ends.
     [[nodiscard]] int ExecuteProcedure(const CArrayElement* array);
     /// Runs the operator of that name; 0 with PSERR_UNSUPPORTED when no group of the chain claims it.
     [[nodiscard]] int ExecuteOperator(const CName* name) {
@@ -149,6 +150,7 @@ public:
 
     // Small change of the operators.
     void Push(ElementPtr e) { m_OperandStack.Push(std::move(e)); }
+    void PushCopy(const CElement& e) { m_OperandStack.Push(CopyOf(e)); }
     void PushInt(std::int32_t n) { m_OperandStack.Push(NewInt(n)); }
     void PushReal(double f) { m_OperandStack.Push(NewReal(f)); }
     void PushBool(bool b) { m_OperandStack.Push(MakeElement<CBoolElement>(b)); }
@@ -235,6 +237,8 @@ public:
     float m_fCloseTolerance = 0.001f;  ///< shortest closing segment, millimetres
     bool m_bFillOutline = true;
     std::int32_t m_nError = PSERR_NONE;
+    /// At which entry the code of a procedure is made; 0 for never. Nothing comes out differently.
+    int m_nCompileAtEntry = 2;
 
 private:
     class CallScope;
@@ -249,6 +253,16 @@ private:
     [[nodiscard, gnu::cold]] int RefuseOperator(const CName* name);
     [[nodiscard]] bool IsProgramNext();
     [[nodiscard]] int ExecuteToken(const CName* name);
+    /// Runs one element of a procedure. ran tells whether the flags of `exit` and `stop` are looked at behind it.
+    [[nodiscard]] int RunElement(const CElement& e, bool& ran);
+    /// Tries a step and those of `left` steps behind it in one. The count of steps that have run, 0 when none has; -1.
+    [[nodiscard]] int RunTogether(const CArrayBody& body, size_t at, size_t left);
+    /// Makes the code of a body; without memory for it there is none.
+    void Compile(CArrayBody& body) const;
+    /// The row of the operator that a step runs; null for any other step.
+    [[nodiscard]] const OpRow* OperatorOf(const Step& step) const;
+    /// Whether a step of a body's code is what its element comes to, as it must be.
+    [[nodiscard]] static bool IsStepOf(const Step& step, const CElement& e);
     [[nodiscard]] bool PollHost();
     void HandleExhaustedMemory();
 

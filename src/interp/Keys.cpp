@@ -1,13 +1,5 @@
-// Reading keys and reaching the two key spaces of a dictionary.
+// Reaching the two key spaces of a dictionary.
 #include "interp/Keys.h"
-
-const CName* KeyNameOf(const CElement& e) {
-    if (e.m_nType == ET_NAME) return static_cast<const CSimpElement&>(e).m_pName;
-    if (const auto* string = As<CStringElement>(&e)) return InternName(string->KeyText());
-    return nullptr;
-}
-
-CKey::CKey(const CElement& e) : m_pName(KeyNameOf(e)), m_pOther(m_pName ? nullptr : &e) {}
 
 const CElement* CKey::FindIn(const CDictionary& dict) const {
     if (m_pName) return dict.GetValue(m_pName);

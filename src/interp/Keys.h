@@ -3,11 +3,18 @@
 
 #include "interp/FilterEPS.h"
 
+/// The text of a name or string operand as a key; null for another type. No test of the length.
+[[nodiscard]] inline const CName* KeyNameOf(const CElement& e) {
+    if (e.m_nType == ET_NAME) return static_cast<const CSimpElement&>(e).m_pName;
+    if (const auto* string = As<CStringElement>(&e)) return InternName(string->KeyText());
+    return nullptr;
+}
+
 /// A dictionary key read from an operand; refers to the operand, which must outlive it.
 class CKey {
 public:
     /// Reads an element as a key. A string counts up to its first zero byte.
-    explicit CKey(const CElement& e);
+    explicit CKey(const CElement& e) : m_pName(KeyNameOf(e)), m_pOther(m_pName ? nullptr : &e) {}
 
     /// Whether the text, if it is one, is short enough for a key (MAX_KEY_LENGTH).
     [[nodiscard]] bool IsValid() const noexcept { return !m_pName || m_pName->IsKey(); }
@@ -25,9 +32,6 @@ public:
     void RemoveFrom(CDictionary& dict) const;
 
 private:
-    const CName* m_pName = nullptr;
-    const CElement* m_pOther = nullptr;
+    const CName* m_pName;
+    const CElement* m_pOther;
 };
-
-/// The text of a name or string operand as a key; null for another type. No test of the length.
-[[nodiscard]] const CName* KeyNameOf(const CElement& e);

@@ -84,7 +84,9 @@ void ResolveOperators(const CDialect& dialect) {
     const auto offer = [](const OpTable& table) {
         for (const OpRow& row : table) {
             const CName* name = InternName(row.name);
-            if (!name->m_pfnOperator) name->m_pfnOperator = row.run;
+            if (name->m_pfnOperator) continue;
+            name->m_pfnOperator = row.run;
+            name->m_pRow = &row;
         }
     };
     for (const OpTable* table : dialect.OperatorTables()) offer(*table);

@@ -1,9 +1,11 @@
 // Arrays, packed arrays and procedures: views of a shared body of elements.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "objects/Body.h"
+#include "objects/BodyCode.h"
 #include "objects/Element.h"
 #include "objects/Pooled.h"
 
@@ -35,6 +37,29 @@ class CArrayBody final : public CBodyOf<CElementList> {
 public:
     explicit CArrayBody(std::vector<ElementPtr> elements) noexcept
         : CBodyOf(BK_ARRAY, CElementList(std::move(elements))) {}
+
+    /// As of any body. The code goes with what it was made of.
+    [[nodiscard]] CElementList& Change() noexcept {
+        m_pCode = nullptr;
+        return CBodyOf::Change();
+    }
+    /// The code of the elements, or null. Whatever runs may change the body: ask again behind it.
+    [[nodiscard]] const Step* Code() const noexcept { return m_pCode.get(); }
+    void SetCode(std::unique_ptr<Step[]> code) noexcept { m_pCode = std::move(code); }
+    /// Counts an entry of a procedure without code, and answers whether it is the one to make the code at. A body that is
+    /// changed again and again is given up after a few times.
+    [[nodiscard]] bool IsToCompile(int atEntry) noexcept {
+        if (m_nCompiled >= MOST_COMPILED || atEntry <= 0 || ++m_nEntries < atEntry) return false;
+        m_nEntries = 0;
+        ++m_nCompiled;
+        return true;
+    }
+
+private:
+    static constexpr int MOST_COMPILED = 4;
+    std::unique_ptr<Step[]> m_pCode;
+    std::uint8_t m_nEntries = 0;
+    std::uint8_t m_nCompiled = 0;
 };
 
 class CArrayElement final : public CElement, public CPooled<CArrayElement> {

@@ -43,6 +43,8 @@ public:
         if (older) CopyToLevel();
         return m_Newest.value.get();
     }
+    /// The same for a look at what kind of value it is: nothing is copied, so that nothing shows.
+    [[nodiscard]] const CElement& Peek() const noexcept { return *m_Newest.value; }
     /// Stores at the current level and drops what stood there.
     void SetValue(ElementPtr value);
     /// Drops the value of the current level. Answers true when no older one is left: the key is gone.

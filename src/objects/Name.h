@@ -10,6 +10,7 @@
 
 class CDictNode;
 class CFilterEPS;
+struct OpRow;
 
 /// Stands for what is on the dictionary stack: while the shape is the same, so are the dictionaries and their order
 /// (interp/DictStack.h). 0 is no shape.
@@ -30,6 +31,7 @@ struct CName {
     bool m_bValidNumber;               ///< false for a radix number that has no value
     double m_fNumber;                  ///< the value when it is a valid number
     mutable OperatorFn m_pfnOperator;  ///< the operator of this name, or null; filled by the operator chain
+    mutable const OpRow* m_pRow;       ///< where that stands in the tables
 
     /// The entry that the name means under a dictionary stack of that shape; null when that isn't known.
     [[nodiscard]] const CDictNode* Meaning(DictStackShape shape) const noexcept {

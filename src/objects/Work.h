@@ -14,4 +14,6 @@ inline constexpr std::size_t BYTES_PER_STEP = 64;
 inline std::int64_t g_nWorkLeft = WORK_INTERVAL;
 
 inline void CountWork(std::int64_t steps) noexcept { g_nWorkLeft -= steps; }
-inline void CountWorkOnBytes(std::size_t bytes) noexcept { CountWork(static_cast<std::int64_t>(bytes / BYTES_PER_STEP)); }
+inline void CountWorkOnBytes(std::size_t bytes) noexcept {
+    CountWork(static_cast<std::int64_t>(bytes / BYTES_PER_STEP));
+}

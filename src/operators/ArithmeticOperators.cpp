@@ -13,6 +13,18 @@
 
 namespace {
 
+// Beside each operator of two numbers stands its form for a second one that has not been pushed.
+
+template <class Function>
+void Combine(CNumberElement& a, double b, bool isReal) {
+    const double result = Function{}(a.GetReal(), b);
+    if (a.IsReal() || isReal) {
+        a.SetReal(result);
+    } else {
+        a.SetInt(TruncateToInt(result));
+    }
+}
+
 // num1 num2  add sub mul  result             STACKUNDERFLOW TYPECHECK
 template <class Function>
 int OpBinary(CFilterEPS& m) {
@@ -20,13 +32,16 @@ int OpBinary(CFilterEPS& m) {
     const CNumberElement* b = in.Number(0);
     CNumberElement* a = in.Number(1);
     if (!in) return -1;
-    const double result = Function{}(a->GetReal(), b->GetReal());
-    if (a->IsReal() || b->IsReal()) {
-        a->SetReal(result);
-    } else {
-        a->SetInt(TruncateToInt(result));
-    }
+    Combine<Function>(*a, b->GetReal(), b->IsReal());
     m.Drop(1);
+    return 1;
+}
+
+template <class Function>
+int OnBinary(CFilterEPS& m, double b, bool isReal) {
+    auto* a = As<CNumberElement>(m.m_OperandStack.Top());
+    if (!a) return 0;
+    Combine<Function>(*a, b, isReal);
     return 1;
 }
 
@@ -42,6 +57,20 @@ int OpBinaryReal(CFilterEPS& m) {
     return 1;
 }
 
+template <double (*Function)(double, double)>
+int OnBinaryReal(CFilterEPS& m, double b, bool) {
+    auto* a = As<CNumberElement>(m.m_OperandStack.Top());
+    if (!a) return 0;
+    a->SetReal(Function(a->GetReal(), b));
+    return 1;
+}
+
+// In 64 bits, -2147483648 by -1 has a result, which then goes the way of every other that is too large.
+template <std::int64_t (*Function)(std::int64_t, std::int64_t)>
+void Divide(CNumberElement& dividend, std::int32_t divisor) {
+    dividend.SetInt(TruncateToInt(static_cast<double>(Function(dividend.GetInt(), divisor))));
+}
+
 // num1 num2  idiv mod  int                   STACKUNDERFLOW TYPECHECK; RANGE for a zero divisor
 // Departure: real operands are truncated.
 template <std::int64_t (*Function)(std::int64_t, std::int64_t)>
@@ -51,9 +80,17 @@ int OpDivision(CFilterEPS& m) {
     CNumberElement* dividend = in.Number(1);
     in.Require(divisor != 0, PSERR_RANGE);
     if (!in) return -1;
-    // In 64 bits, -2147483648 by -1 has a result, which then goes the way of every other that is too large.
-    dividend->SetInt(TruncateToInt(static_cast<double>(Function(dividend->GetInt(), divisor))));
+    Divide<Function>(*dividend, divisor);
     m.Drop(1);
+    return 1;
+}
+
+template <std::int64_t (*Function)(std::int64_t, std::int64_t)>
+int OnDivision(CFilterEPS& m, double b, bool) {
+    auto* dividend = As<CNumberElement>(m.m_OperandStack.Top());
+    const std::int32_t divisor = TruncateToInt(b);
+    if (!dividend || divisor == 0) return 0;
+    Divide<Function>(*dividend, divisor);
     return 1;
 }
 
@@ -92,7 +129,7 @@ int OpReal(CFilterEPS& m) {
     return 1;
 }
 
-double Divide(double a, double b) { return a / b; }
+double RealQuotient(double a, double b) { return a / b; }
 double Power(double base, double exponent) { return std::pow(base, exponent); }
 
 /// The angle of the vector (den, num) in degrees, 0 up to but not including 360.
@@ -162,16 +199,16 @@ int OpRrand(CFilterEPS& m) {
 
 // Place 2 of the chain, compared after kStackCoreOperators.
 constexpr OpRow kCoreRows[] = {
-    {"add", OpBinary<std::plus<>>},
-    {"sub", OpBinary<std::minus<>>},
-    {"mul", OpBinary<std::multiplies<>>},
-    {"div", OpBinaryReal<Divide>},
+    {"add", OpBinary<std::plus<>>, OnBinary<std::plus<>>},
+    {"sub", OpBinary<std::minus<>>, OnBinary<std::minus<>>},
+    {"mul", OpBinary<std::multiplies<>>, OnBinary<std::multiplies<>>},
+    {"div", OpBinaryReal<RealQuotient>, OnBinaryReal<RealQuotient>},
 };
 
 // Place 11 of the chain.
 constexpr OpRow kMathRows[] = {
-    {"idiv", OpDivision<Quotient>},
-    {"mod", OpDivision<Remainder>},
+    {"idiv", OpDivision<Quotient>, OnDivision<Quotient>},
+    {"mod", OpDivision<Remainder>, OnDivision<Remainder>},
     {"abs", OpSign<AbsReal, AbsInt>},
     {"neg", OpSign<NegateReal, NegateInt>},
     {"ceiling", OpToWhole<Ceiling>},

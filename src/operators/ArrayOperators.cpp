@@ -129,7 +129,7 @@ int OpGet(CFilterEPS& m) {
     }
     const CElement* element = static_cast<const CArrayElement*>(object)->GetAt(index);
     if (!element) return m.Fail(PSERR_RANGE);
-    ElementPtr any = element->Clone();
+    ElementPtr any = CopyOf(*element);
     m.Drop(2);
     m.Push(std::move(any));
     return 1;
@@ -238,7 +238,7 @@ int OpAload(CFilterEPS& m) {
     const std::int32_t length = array->GetLength();
     CountWork(length);
     for (std::int32_t i = 0; i < length; ++i) {
-        if (const CElement* element = array->GetAt(i)) m.Push(element->Clone());
+        if (const CElement* element = array->GetAt(i)) m.PushCopy(*element);
     }
     m.Push(std::move(array));
     return 1;

@@ -6,6 +6,7 @@
 #include "operators/ControlOperators.h"
 
 #include <cmath>
+#include <optional>
 
 #include "interp/Operands.h"
 
@@ -41,6 +42,28 @@ int OpIfelse(CFilterEPS& m) {
     const auto then = Take<CArrayElement>(m);
     m.Drop(1);
     return m.ExecuteProcedure(condition ? then.get() : otherwise.get());
+}
+
+/// Takes the condition off the stack; none for anything else there.
+std::optional<bool> TakeCondition(CFilterEPS& m) {
+    const auto* condition = As<CBoolElement>(m.m_OperandStack.Top());
+    if (!condition) return std::nullopt;
+    const bool value = condition->GetValue();
+    m.Drop(1);
+    return value;
+}
+
+// The forms of if and ifelse for procedures that have not been pushed.
+int OnIf(CFilterEPS& m, const CArrayElement& procedure) {
+    const std::optional<bool> condition = TakeCondition(m);
+    if (!condition) return 0;
+    return *condition ? m.ExecuteProcedure(&procedure) : 1;
+}
+
+int OnIfelse(CFilterEPS& m, const CArrayElement& then, const CArrayElement& otherwise) {
+    const std::optional<bool> condition = TakeCondition(m);
+    if (!condition) return 0;
+    return m.ExecuteProcedure(*condition ? &then : &otherwise);
 }
 
 /// How many passes of `for` come after the first; negative when not even that one runs. The count is settled
@@ -153,8 +176,8 @@ int OpStopped(CFilterEPS& m) {
 // clang-format off
 // Place 5 of the chain.
 constexpr OpRow kCoreRows[] = {
-    {"if", OpIf},
-    {"ifelse", OpIfelse},
+    {"if", OpIf, nullptr, OnIf},
+    {"ifelse", OpIfelse, nullptr, nullptr, OnIfelse},
     {"for", OpFor},
     {"repeat", OpRepeat},
     {"loop", OpLoop},

@@ -13,9 +13,9 @@
 namespace {
 
 /// 0 within the tolerance, else 1 when a is greater and -1 when not. A not-a-number is less than anything.
-int CompareNumbers(const CNumberElement& a, const CNumberElement& b) {
-    if (std::fabs(a.GetReal() - b.GetReal()) < NUMBER_TOLERANCE) return 0;
-    return a.GetReal() > b.GetReal() ? 1 : -1;
+int CompareNumbers(double a, double b) {
+    if (std::fabs(a - b) < NUMBER_TOLERANCE) return 0;
+    return a > b ? 1 : -1;
 }
 
 /// The order of the bytes as values from 0 to 255; of two strings that agree as far as both reach the longer
@@ -93,11 +93,22 @@ int OpOrder(CFilterEPS& m) {
     const CElement* a = in.OneOf(1, {ET_NUMBER, ET_STRING});
     in.Require(a && b && a->m_nType == b->m_nType, PSERR_TYPECHECK);
     if (!in) return -1;
-    const int order =
-        a->m_nType == ET_NUMBER
-            ? CompareNumbers(static_cast<const CNumberElement&>(*a), static_cast<const CNumberElement&>(*b))
-            : CompareStrings(static_cast<const CStringElement&>(*a), static_cast<const CStringElement&>(*b));
+    const int order = a->m_nType == ET_NUMBER ? CompareNumbers(static_cast<const CNumberElement*>(a)->GetReal(),
+                                                               static_cast<const CNumberElement*>(b)->GetReal())
+                                              : CompareStrings(static_cast<const CStringElement&>(*a),
+                                                               static_cast<const CStringElement&>(*b));
     m.Drop(2);
+    m.PushBool(Accepts{}(order, 0));
+    return 1;
+}
+
+/// Its form for a second number that has not been pushed.
+template <class Accepts>
+int OnOrder(CFilterEPS& m, double b, bool) {
+    const auto* a = As<CNumberElement>(m.m_OperandStack.Top());
+    if (!a) return 0;
+    const int order = CompareNumbers(a->GetReal(), b);
+    m.Drop(1);
     m.PushBool(Accepts{}(order, 0));
     return 1;
 }
@@ -129,10 +140,10 @@ int OpBitshift(CFilterEPS& m) {
 
 // Place 15 of the chain.
 constexpr OpRow kRows[] = {
-    {"ge", OpOrder<std::greater_equal<>>},
-    {"gt", OpOrder<std::greater<>>},
-    {"le", OpOrder<std::less_equal<>>},
-    {"lt", OpOrder<std::less<>>},
+    {"ge", OpOrder<std::greater_equal<>>, OnOrder<std::greater_equal<>>},
+    {"gt", OpOrder<std::greater<>>, OnOrder<std::greater<>>},
+    {"le", OpOrder<std::less_equal<>>, OnOrder<std::less_equal<>>},
+    {"lt", OpOrder<std::less<>>, OnOrder<std::less<>>},
     {"xor", OpBitwise<std::bit_xor<>>},
     {"true", OpTrue},
     {"false", OpFalse},

@@ -26,22 +26,27 @@ int OpExch(CFilterEPS& m) {
 int OpDup(CFilterEPS& m) {
     const CElement* any = m.m_OperandStack.Top();
     if (!any) return m.Fail(PSERR_STACKUNDERFLOW);
-    m.Push(any->Clone());
+    m.PushCopy(*any);
     return 1;
 }
 
 // any(1)..any(n) n  copy  any(1)..any(n) any(1)..any(n)     RANGE, with n gone
-int CopyFromStack(CFilterEPS& m) {
-    const int count = Take<CNumberElement>(m)->GetInt();
+int CopyFromStack(CFilterEPS& m, int count) {
     if (count > m.m_OperandStack.GetCount()) return m.Fail(PSERR_RANGE);
     if (count < 1) return 1;  // Departure: a negative count is no error
     const CElement* source = m.m_OperandStack.AtFromTop(count - 1);
     for (int i = 0; i < count; ++i) {
         if (m.IsInterrupted()) return -1;
-        m.Push(source->Clone());
+        m.PushCopy(*source);
         source = source->m_pNext;
     }
     return 1;
+}
+
+/// The form of copy for a number that has not been pushed.
+int OnCopy(CFilterEPS& m, double value, bool) {
+    const int count = TruncateToInt(value);
+    return count > m.m_OperandStack.GetCount() ? 0 : CopyFromStack(m, count);
 }
 
 // array1 array2  copy  subarray2             TYPECHECK; SYNTAX, with both gone
@@ -100,7 +105,7 @@ int OpCopy(CFilterEPS& m) {
     if (!in) return -1;
     switch (top->m_nType) {
         case ET_NUMBER:
-            return CopyFromStack(m);
+            return CopyFromStack(m, Take<CNumberElement>(m)->GetInt());
         case ET_STRING:
             return CopyString(m);
         case ET_DICT:
@@ -120,7 +125,15 @@ int OpIndex(CFilterEPS& m) {
     m.Drop(1);
     const CElement* any = m.m_OperandStack.AtFromTop(depth);  // Departure: a negative n reads as 0
     if (!any) return m.Fail(PSERR_RANGE);
-    m.Push(any->Clone());
+    m.PushCopy(*any);
+    return 1;
+}
+
+/// Its form for a number that has not been pushed.
+int OnIndex(CFilterEPS& m, double value, bool) {
+    const CElement* any = m.m_OperandStack.AtFromTop(TruncateToInt(value));
+    if (!any) return 0;
+    m.PushCopy(*any);
     return 1;
 }
 
@@ -141,8 +154,8 @@ constexpr OpRow kCoreRows[] = {
     {"pop", OpPop},
     {"exch", OpExch},
     {"dup", OpDup},
-    {"copy", OpCopy},
-    {"index", OpIndex},
+    {"copy", OpCopy, OnCopy},
+    {"index", OpIndex, OnIndex},
     {"roll", OpRoll},
 };
 // clang-format on

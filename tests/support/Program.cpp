@@ -104,6 +104,7 @@ RunResult Run(const RunSettings& settings, Scan scan) {
     CEntGroup group;
     {
         CFilterEPS machine(settings.hostVersion, settings.dialect());
+        machine.m_nCompileAtEntry = settings.compileAtEntry;
         machine.SetMergeTolerance(settings.mergeTolerance);
         machine.SetFillOutline(settings.fillOutline ? 1 : 0);
         result.result = scan(machine, group);

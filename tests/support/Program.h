@@ -26,9 +26,10 @@ struct RunSettings {
     bool fillOutline = true;
     /// Makes the dialect of the machine.
     std::unique_ptr<CDialect> (*dialect)() = MakeDialect<CDialect>;
-    bool onDisk = false;  ///< the input is a disk file, not memory
-    int blockSize = 0;    ///< of the input, bytes; 0 as the system has it
-    int patience = -1;    ///< how often the user is asked before wanting out; below 0 the user never does
+    bool onDisk = false;     ///< the input is a disk file, not memory
+    int blockSize = 0;       ///< of the input, bytes; 0 as the system has it
+    int compileAtEntry = 2;  ///< m_nCompileAtEntry of the machine
+    int patience = -1;       ///< how often the user is asked before wanting out; below 0 the user never does
 };
 
 struct RunResult {
