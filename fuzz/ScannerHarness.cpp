@@ -233,7 +233,7 @@ std::vector<Item> LexemesOfFile(const std::string& text, std::int32_t blockSize)
 
 void FuzzScanner(const std::uint8_t* data, std::size_t size) {
     const std::string text(reinterpret_cast<const char*>(data), size);
-    static const CFilterEPS machine(5);  // what the elements of a file stand on
+    const CFilterEPS machine(5);  // what the elements of a file stand on; there is one at a time
     const std::vector<Item> ofFile = ReferenceScanner(text, true).Run();
     for (const std::int32_t blockSize : {1, 2, 3, 7, 64, CFileBody::BLOCK_SIZE}) {
         if (LexemesOfFile(text, blockSize) != ofFile) std::abort();
