@@ -207,6 +207,20 @@ class Arguments(CliTest):
 
 
 class Json(CliTest):
+    def test_fonts_of_texts(self):
+        nothing = self.dir / "fonts.conf"  # a system without fonts
+        nothing.write_text("<fontconfig></fontconfig>")
+        env = {**os.environ, "FONTCONFIG_FILE": str(nothing)}
+        drawing = self.file(LINE + "/Helvetica findfont 10 scalefont setfont 10 10 moveto (abc) show")
+        run = self.run_it(drawing, "--complete", "--report", "report", env=env)
+        fonts = [{"name": "Helvetica", "used": None, "embedded": False, "glyphs": 0, "missing": 3}]
+        self.assertEqual((run.status, run.json["fonts"], len(run.json["entities"])), (0, fonts, 1), run.err)
+        self.assertEqual(json.loads((self.dir / "report").read_text())["fonts"], fonts)
+        self.assertIn(": 3 characters left out: no font for Helvetica (the package fonts-urw-base35 has them)", run.err)
+        self.assertNotIn("not drawn", run.err)
+        self.assertNotIn("fonts", self.run_it(drawing).json)
+        self.assertNotIn("fonts", self.run_it(self.file(LINE), "--complete", env=env).json)
+
     def test_the_object(self):
         drawing = self.import_json(CURVE + "1 0 0 setrgbcolor 0 0 moveto 72 0 lineto 72 72 lineto closepath stroke\n")
         self.assertEqual(list(drawing), ["source", "dialect", "hostVersion", "unit", "settings", "messages", "entities"])
