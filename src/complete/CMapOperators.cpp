@@ -1,5 +1,5 @@
-// The operators that make a CMap (PLRM, CMap Dictionaries, and CID-keyed fonts) work on the current dictionary, and leave
-// what they gather in two hidden entries of it. StartData reads the data that stand behind a CIDFont or a set of fonts.
+// The operators that make a CMap (PLRM, CMap Dictionaries) work on the current dictionary, and leave what they gather
+// in two hidden entries of it. StartData reads the data that stand behind a CIDFont or a set of fonts.
 #include "complete/CMapOperators.h"
 
 #include <vector>

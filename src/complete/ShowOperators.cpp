@@ -1,5 +1,5 @@
-// Showing text. One loop stands behind all operators (PLRM, Character Operators): the next character, its glyph, how far
-// it goes, its outline or procedure, and what the operator adds.
+// Showing text. One loop stands behind all operators (PLRM, Character Operators): the next character, its glyph, how
+// far it goes, its outline or procedure, and what the operator adds.
 #include "complete/ShowOperators.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-// The show family in the complete dialect, over fonts that the programs define: what is drawn, where the point ends, and
-// how each operator fails.
+// The show family in the complete dialect, over fonts that the programs define: what is drawn, where the point ends,
+// and how each operator fails.
 #include "complete/CompleteDialect.h"
 #include "complete/FontPrograms.h"
 #include "support/Program.h"

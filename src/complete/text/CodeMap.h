@@ -43,8 +43,8 @@ public:
     /// Of ranges that share codes the last one counts.
     void Add(const Range& range);
 
-    /// What the front of a text, which is not empty, selects: the CID of a notdef range, else 0, for a code that nothing
-    /// is said of.
+    /// What the front of a text, which is not empty, selects: the CID of a notdef range, else 0, for a code that
+    /// nothing is said of.
     [[nodiscard]] Mapping Map(std::string_view text) const;
 
     // The form in which a program's dictionary keeps the contents: records one behind the other, so that two texts
