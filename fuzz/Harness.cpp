@@ -61,14 +61,15 @@ private:
     }
 };
 
-std::uint64_t ImportAndExport(const std::string& bytes, std::int32_t blockSize, int compileAtEntry) {
+std::uint64_t ImportAndExport(const std::string& bytes, std::int32_t blockSize, DialectMaker dialect,
+                              int compileAtEntry) {
     FuzzFrame frame;
     Digest curves;
     curves.m_nOutFlags |= OUT_BEZIER;
     Digest lines;
     CEntGroup group;
     {
-        CFilterEPS machine(5);
+        CFilterEPS machine(5, dialect());
         machine.m_nCompileAtEntry = compileAtEntry;
         machine.OpenInputSource(std::make_unique<CMemorySource>(bytes), blockSize);
         machine.RunFile(&group);
@@ -92,12 +93,13 @@ std::string Analysis(const std::string& bytes, std::int32_t blockSize) {
 
 }  // namespace
 
-void FuzzRun(const std::uint8_t* data, std::size_t size) {
+void FuzzRun(const std::uint8_t* data, std::size_t size, DialectMaker dialect) {
     if (size > 64u << 10) return;  // long inputs only cost time
     const std::string bytes(reinterpret_cast<const char*>(data), size);
     // A small block that goes by the input, so that boundaries fall everywhere.
     const auto small = static_cast<std::int32_t>(1 + size % 13);
-    if (ImportAndExport(bytes, CFileBody::BLOCK_SIZE, 1) != ImportAndExport(bytes, small, 0)) std::abort();
+    if (ImportAndExport(bytes, CFileBody::BLOCK_SIZE, dialect, 1) != ImportAndExport(bytes, small, dialect, 0))
+        std::abort();
 }
 
 void FuzzFileInfo(const std::uint8_t* data, std::size_t size) {

@@ -3,11 +3,17 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+
+#include "interp/Dialect.h"
+
+/// Makes the dialect that a run is in.
+using DialectMaker = std::unique_ptr<CDialect> (*)();
 
 /// Imports the bytes as a file, within bounds of steps, and gives what was drawn to the export face, with curves as
 /// curves and as lines. Traps when a second import of the same bytes, in blocks of another size and without the code of
 /// procedures, draws anything else.
-void FuzzRun(const std::uint8_t* data, std::size_t size);
+void FuzzRun(const std::uint8_t* data, std::size_t size, DialectMaker dialect = MakeLibraryDialect);
 
 /// Analyses the bytes in blocks of two sizes, which must say the same, and has the import dialog do it with a file.
 void FuzzFileInfo(const std::uint8_t* data, std::size_t size);

@@ -24,17 +24,29 @@ std::string LimitText(const std::optional<std::uint64_t>& bytes) {
 
 std::string LineText(std::int64_t line) { return "line " + std::to_string(line) + ": "; }
 
-// Cut short: a token may be as long as the file.
-std::string Quoted(const std::string& token) {
+// A name out of a file, cut short, as it may be as long as the file, and with bytes that no terminal should see as \ooo.
+std::string Printable(const std::string& token) {
     constexpr std::size_t kMost = 40;
-    return '"' + (token.size() > kMost ? token.substr(0, kMost) + "..." : token) + '"';
+    std::string text;
+    for (const char c : token.substr(0, kMost)) {
+        if (c >= ' ' && c <= '~') {
+            text += c;
+        } else {
+            char octal[5];
+            std::snprintf(octal, sizeof octal, "\\%03o", static_cast<unsigned>(static_cast<unsigned char>(c)));
+            text += octal;
+        }
+    }
+    return token.size() > kMost ? text + "..." : text;
 }
+
+std::string Quoted(const std::string& token) { return '"' + Printable(token) + '"'; }
 
 // "line 41: typecheck in add (operand of the wrong type)"
 std::string FailureText(const std::optional<tagRunFailure>& failure) {
     if (!failure) return "the import ended with an error";
-    std::string text = LineText(failure->nLine) + failure->strError;
-    if (!failure->strOperator.empty()) text += " in " + failure->strOperator;
+    std::string text = LineText(failure->nLine) + Printable(failure->strError);
+    if (!failure->strOperator.empty()) text += " in " + Printable(failure->strOperator);
     const std::string_view meaning = EnglishErrorText(failure->nError);
     if (!meaning.empty()) text += " (" + std::string(meaning) + ")";
     return text;

@@ -59,10 +59,38 @@ int SetSpecialColorOperands(CFilterEPS& m) {
     return SetSpecialColor(m, *kept, components);
 }
 
+/// The space under that of the pattern, when it is no device space and the pattern on top of the stack has no colour of
+/// its own; else null.
+const CElement* SpaceUnderPattern(const CFilterEPS& m) {
+    const CGraphState& state = *m.GetCurrentGState();
+    const auto* pattern = As<CDictionary>(m.m_OperandStack.Top());
+    const auto* paint = pattern ? As<CNumberElement>(pattern->GetValue("PaintType")) : nullptr;
+    constexpr std::int32_t UNCOLORED = 2;
+    if (state.m_nColorKind != COLOR_PATTERN || !paint || paint->GetInt() != UNCOLORED) return nullptr;
+    const CArrayElement* space = state.PeekColorSpace();
+    const auto* under = space && space->GetLength() > 1 ? As<CArrayElement>(space->GetAt(1)) : nullptr;
+    const auto* family = under ? As<CSimpElement>(under->GetAt(0)) : nullptr;
+    return family && ColorKindOf(family->m_pName) < 0 && ComponentsOf(under) > 0 ? under : nullptr;
+}
+
+/// setcolor with such a pattern: the state keeps it with its components, as it keeps those over device spaces.
+int SetPatternOver(CFilterEPS& m, const CElement& space) {
+    const int count = ComponentsOf(&space);
+    Operands in(m);
+    for (int i = 1; i <= count; ++i) in.Number(i);
+    if (!in) return -1;
+    std::vector<ElementPtr> color(static_cast<std::size_t>(count) + 1);
+    color[0] = m.Pop();
+    for (std::size_t i = color.size(); --i > 0;) color[i] = m.Pop();
+    m.GetCurrentGState()->SetPatternColor(MakeElement<CArrayElement>(std::move(color)));
+    return 1;
+}
+
 // comp1..compN  setcolor  -                  stackunderflow typecheck, and what a lookup or tint transform meets
 // comp1..compN pattern  setcolor  -
 int OpSetcolor(CFilterEPS& m) {
     static const OperatorFn plain = ChainOperator("setcolor");
+    if (const CElement* under = SpaceUnderPattern(m)) return SetPatternOver(m, *under);
     constexpr int MOST_KEPT = 5;  // a pattern and the components of a device space
     const CArrayElement* space = SpecialSpace(*m.GetCurrentGState());
     return space ? RunKept(m, ComponentsOf(space), SetSpecialColorOperands) : RunKept(m, MOST_KEPT, plain);

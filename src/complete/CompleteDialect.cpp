@@ -3,10 +3,11 @@
 
 #include <limits>
 
+#include "complete/BinaryObjects.h"
 #include "complete/CMapOperators.h"
+#include "complete/CheckedOperators.h"
 #include "complete/ClipOperators.h"
 #include "complete/ColorOperators.h"
-#include "complete/ConversionOperators.h"
 #include "complete/DeviceOperators.h"
 #include "complete/EexecOperators.h"
 #include "complete/ErrorOperators.h"
@@ -22,9 +23,11 @@
 #include "complete/PatternOperators.h"
 #include "complete/ResourceOperators.h"
 #include "complete/ShowOperators.h"
+#include "complete/StateOperators.h"
 #include "complete/SystemDictionaries.h"
 #include "complete/SystemOperators.h"
 #include "complete/UserPathOperators.h"
+#include "interp/Keys.h"
 
 std::span<const OpTable* const> CCompleteDialect::OperatorTables() const {
     // Operators of this room first; behind them the operators of the chain that need help to leave their operands.
@@ -48,16 +51,22 @@ std::span<const OpTable* const> CCompleteDialect::OperatorTables() const {
         &kCompleteShowOperators,
         &kEexecOperators,
         &kCMapOperators,
-        &kCompleteConversionOperators,
+        &kCompleteStateOperators,
+        &kBinaryObjectOperators,
+        &kValueOperators,
+        &kCheckedOperators,
         &kKeptOperands,
     };
     return tables;
 }
 
+CCompleteDialect::~CCompleteDialect() { g_nKeyLimit = MAX_KEY_LENGTH; }
+
 std::int32_t CCompleteDialect::PathLimit() const { return std::numeric_limits<std::int32_t>::max(); }
 
 void CCompleteDialect::FinishStartup(CFilterEPS& m) {
     m_pFonts = std::make_unique<CFontFaces>();
+    g_nKeyLimit = MAX_STRING_LENGTH;
     BuildErrorHandlers(m);
     BuildResources(m);
     BuildPageDevice(m);

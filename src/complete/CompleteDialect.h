@@ -4,6 +4,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "complete/ClipOperators.h"
 #include "complete/DeviceOperators.h"
@@ -29,6 +30,8 @@ inline constexpr std::int32_t MAX_SAVES = 10000;
 
 class CCompleteDialect final : public CDialect {
 public:
+    ~CCompleteDialect() override;
+
     /// The dialect of a machine that runs this one.
     [[nodiscard]] static CCompleteDialect& Of(const CFilterEPS& m) noexcept {
         return static_cast<CCompleteDialect&>(m.Dialect());
@@ -81,6 +84,8 @@ public:
     [[nodiscard]] const CDictionary* RootFont() const noexcept { return m_pRootFont; }
     void SetRootFont(const CDictionary* font) noexcept { m_pRootFont = font; }
     [[nodiscard]] ResourceDirectories& Resources() noexcept { return m_Resources; }
+    /// For each active save the depth of the graphics state stack behind it.
+    [[nodiscard]] std::vector<int>& SaveDepths() noexcept { return m_SaveDepths; }
     [[nodiscard]] SystemParameters& Parameters() noexcept { return m_Parameters; }
     /// How many pages were shown since the last setpagedevice.
     [[nodiscard]] std::int32_t& PageCount() noexcept { return m_nPageCount; }
@@ -101,6 +106,7 @@ private:
     geometry::Box m_FilePage = DEFAULT_PAGE;
     std::int32_t m_nPageCount = 0;
     PatternProbe* m_pProbe = nullptr;
+    std::vector<int> m_SaveDepths;
     ResourceDirectories m_Resources;
     SystemParameters m_Parameters;
     std::unique_ptr<CFontFaces> m_pFonts;

@@ -250,15 +250,6 @@ int OpFlushfile(CFilterEPS& m) {
     return 1;
 }
 
-// file  resetfile  -                         stackunderflow typecheck
-int OpResetfile(CFilterEPS& m) {
-    Operands in(m);
-    in.Get<CFileElement>(0);
-    if (!in) return -1;
-    m.Drop(1);
-    return 1;
-}
-
 // file  status  bool                         stackunderflow typecheck
 // string  status  pages bytes referenced created true
 // string  status  false
@@ -370,7 +361,7 @@ constexpr OpRow kRows[] = {
     {"writehexstring", OpWritestring<InHex>},
     {"closefile", OpClosefile},
     {"flushfile", OpFlushfile},
-    {"resetfile", OpResetfile},
+    {"resetfile", OpDiscard<&Operands::Get<CFileElement>>},
     {"status", OpStatus},
     {"bytesavailable", OpBytesavailable},
     {"fileposition", OpFileposition},

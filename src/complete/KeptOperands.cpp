@@ -18,9 +18,8 @@ struct KeptRow {
 };
 
 constexpr KeptRow kKept[] = {
-    {"astore", 1},     {"cvi", 1},        {"cvr", 1},           {"packedarray", 1}, {"load", 1},
-    {"deletefile", 1}, {"renamefile", 2}, {"setcolorspace", 1}, {"setpattern", 5},  {"undefineuserobject", 1},
-    {"index", 1},
+    {"astore", 1},     {"cvr", 1},        {"packedarray", 1},   {"load", 1},
+    {"deletefile", 1}, {"renamefile", 2}, {"setcolorspace", 1}, {"undefineuserobject", 1},
 };
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "graphics/GraphState.h"
 #include "graphics/MatrixOperators.h"
 #include "graphics/PaintOperators.h"
+#include "graphics/PathBuilder.h"
 #include "interp/Operands.h"
 
 namespace {
@@ -114,8 +115,16 @@ int OpRectstroke(CFilterEPS& m) {
     return PaintLines(m);
 }
 
+void AddLoop(CFilterEPS& m, const std::vector<MeshPoint>& loop) {
+    for (std::size_t i = 0; i < loop.size(); ++i) {
+        double point[2] = {loop[i].first, loop[i].second};
+        AddUserPoints(m, 1, point, i == 0 ? PATH_MOVE : PATH_LINE);
+    }
+}
+
 // shading  shfill  -                         stackunderflow typecheck rangecheck undefined
-// Departure: one outline in one colour, for what is a transition between many.
+// Departure: one outline in one colour, for what is a transition between many: of the BBox, of the triangles, or else of
+// the clip.
 int OpShfill(CFilterEPS& m) {
     Operands in(m);
     const CDictionary* operand = in.Dict(0);
@@ -125,7 +134,8 @@ int OpShfill(CFilterEPS& m) {
     const int depth = m.m_OperandStack.GetCount();
     RgbColor color;
     bool isKnown = false;
-    if (FindShadingColor(m, *shading, color, isKnown) != 1) return -1;
+    MeshOutline outline;
+    if (FindShadingColor(m, *shading, color, isKnown, &outline) != 1) return -1;
     std::vector<double> box;
     const CElement* bounds = shading->GetValue("BBox");
     const bool hasBox = bounds && ReadNumbers(*bounds, box) == PSERR_NONE && box.size() == 4;
@@ -135,6 +145,8 @@ int OpShfill(CFilterEPS& m) {
     if (hasBox) {
         m.AddRectPath(static_cast<float>(box[0]), static_cast<float>(box[1]), static_cast<float>(box[2] - box[0]),
                       static_cast<float>(box[3] - box[1]));
+    } else if (!outline.empty()) {
+        for (const std::vector<MeshPoint>& loop : outline) AddLoop(m, loop);
     } else {
         ReplacePath(m, CurrentClip(m).Outline());
     }

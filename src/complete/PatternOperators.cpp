@@ -10,6 +10,7 @@
 #include "complete/ShadingColor.h"
 #include "graphics/MatrixOperators.h"
 #include "graphics/PaintOperators.h"
+#include "graphics/PatternOperators.h"
 #include "interp/Operands.h"
 
 namespace {
@@ -102,35 +103,42 @@ int OpMakepattern(CFilterEPS& m) {
     return 1;
 }
 
-// form  execform  -                          stackunderflow typecheck rangecheck
-int OpExecform(CFilterEPS& m) {
+// color(1)..color(n) pattern  setpattern  -  stackunderflow typecheck rangecheck undefined
+// The current space, whatever its family, is that of an uncoloured pattern's components (PLRM, setpattern).
+int OpSetpattern(CFilterEPS& m) {
     Operands in(m);
-    const CDictionary* form = in.Dict(0);
+    in.Dict(0);
     if (!in) return -1;
-    const auto* matrix = As<CArrayElement>(form->GetValue("Matrix"));
-    const CElement* paint = form->GetValue("PaintProc");
-    if (!matrix || !paint || !paint->IsProcedure()) return m.Fail(PSERR_TYPECHECK);
-    double six[6];
-    if (const ErrorCode error = ReadMatrix(*matrix, six); error != PSERR_NONE) return m.Fail(error);
-    std::vector<double> box;
-    const CElement* bounds = form->GetValue("BBox");
-    if (bounds && (ReadNumbers(*bounds, box) != PSERR_NONE || box.size() != 4)) return m.Fail(PSERR_TYPECHECK);
-    const ElementPtr procedure = paint->Clone();
-    const CGStateScope scope(m);
-    m.GetCurrentGState()->Concat(six);
-    m.NewPath();
-    if (!box.empty()) {
-        m.AddRectPath(static_cast<float>(box[0]), static_cast<float>(box[1]), static_cast<float>(box[2] - box[0]),
-                      static_cast<float>(box[3] - box[1]));
-        ClipTo(m, ToGeometry(m.GetCurrentGState()->m_Path), geometry::FillRule::NonZero);
-        m.NewPath();
+    CGraphState& state = *m.GetCurrentGState();
+    if (state.m_nColorKind != COLOR_PATTERN) {
+        std::vector<ElementPtr> space;
+        space.push_back(MakeElement<CSimpElement>(std::string_view("Pattern")));
+        space.push_back(state.GetColorSpace()->Clone());
+        m.Push(MakeElement<CArrayElement>(std::move(space)));
+        if (m.ExecuteOperator("setcolorspace") != 1) return -1;
     }
-    // The form dictionary stays on the operand stack: PaintProc takes it.
-    return m.ExecuteProcedure(static_cast<const CArrayElement*>(procedure.get()));
+    return m.ExecuteOperator("setcolor");
 }
+
+/// Clips to the box of a form.
+int ClipToForm(CFilterEPS& m, const CDictionary& form) {
+    std::vector<double> box;
+    const CElement* bounds = form.GetValue("BBox");
+    if (!bounds) return 1;
+    if (ReadNumbers(*bounds, box) != PSERR_NONE || box.size() != 4) return m.Fail(PSERR_TYPECHECK);
+    m.AddRectPath(static_cast<float>(box[0]), static_cast<float>(box[1]), static_cast<float>(box[2] - box[0]),
+                  static_cast<float>(box[3] - box[1]));
+    ClipTo(m, ToGeometry(m.GetCurrentGState()->m_Path), geometry::FillRule::NonZero);
+    m.NewPath();
+    return 1;
+}
+
+// form  execform  -                          stackunderflow typecheck rangecheck
+int OpExecform(CFilterEPS& m) { return RunForm(m, ClipToForm); }
 
 constexpr OpRow kRows[] = {
     {"makepattern", OpMakepattern},
+    {"setpattern", OpSetpattern},
     {"execform", OpExecform},
 };
 

@@ -9,7 +9,7 @@
 
 class CFilterEPS;
 
-/// makepattern, execform.
+/// makepattern, setpattern, execform.
 extern constinit const OpTable kCompletePatternOperators;
 
 /// Red, green and blue from 0 to 1.

@@ -3,7 +3,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <set>
 #include <string>
+#include <utility>
 
 #include "complete/Functions.h"
 #include "complete/PathBridge.h"
@@ -77,10 +80,16 @@ public:
         flag = static_cast<int>(std::clamp(value, 0.0, 255.0)) & 3;
         return true;
     }
-    bool SkipPoints(int count) {
-        double value = 0;
-        for (int i = 0; i < 2 * count; ++i) {
-            if (!Take(m_nPointBits, value)) return false;
+    bool AddPoints(int count, std::vector<MeshPoint>& points) {
+        for (int i = 0; i < count; ++i) {
+            double pair[2];
+            for (std::size_t k = 0; k < 2; ++k) {
+                if (!Take(m_nPointBits, pair[k])) return false;
+                if (m_bArray) continue;
+                const double low = m_Decode[2 * k];
+                pair[k] = low + pair[k] * (m_Decode[2 * k + 1] - low) / (std::exp2(m_nPointBits) - 1);
+            }
+            points.push_back({pair[0], pair[1]});
         }
         return true;
     }
@@ -133,8 +142,73 @@ private:
     std::size_t m_nAt = 0;  ///< of the numbers of an array, else of the bits
 };
 
-/// The mean of what the vertices of a mesh say. Nothing for a mesh without a whole one.
-Numbers MeanOfMesh(const CDictionary& shading, int type, int components) {
+/// The outline of an area of polygons that share edges: an edge that two polygons run along in opposite directions lies
+/// within it.
+class OutlineOfPolygons {
+public:
+    void Add(std::vector<MeshPoint> corners) {
+        double area = 0;
+        for (std::size_t i = 0; i < corners.size(); ++i) {
+            const auto& [x, y] = corners[i];
+            const auto& [nextX, nextY] = corners[(i + 1) % corners.size()];
+            area += x * nextY - nextX * y;
+        }
+        if (area < 0) std::reverse(corners.begin(), corners.end());
+        for (std::size_t i = 0; i < corners.size(); ++i) AddEdge(corners[i], corners[(i + 1) % corners.size()]);
+    }
+    [[nodiscard]] MeshOutline Loops() {
+        MeshOutline loops;
+        while (!m_Edges.empty()) {
+            std::vector<MeshPoint> loop;
+            for (auto edge = m_Edges.begin(); edge != m_Edges.end(); edge = m_Edges.lower_bound({loop.back(), LEAST})) {
+                if (!loop.empty() && edge->first != loop.back()) break;
+                if (loop.empty()) loop.push_back(edge->first);
+                loop.push_back(edge->second);
+                m_Edges.erase(edge);
+            }
+            if (loop.front() == loop.back()) loop.pop_back();
+            loops.push_back(std::move(loop));
+        }
+        return loops;
+    }
+
+private:
+    static constexpr MeshPoint LEAST{-std::numeric_limits<double>::infinity(),
+                                     -std::numeric_limits<double>::infinity()};
+
+    void AddEdge(const MeshPoint& from, const MeshPoint& to) {
+        if (from == to || m_Edges.erase({to, from}) > 0) return;
+        m_Edges.insert({from, to});
+    }
+
+    std::set<std::pair<MeshPoint, MeshPoint>> m_Edges;
+};
+
+/// The outline of a mesh of triangles: by the flags of its vertices (PLRM, Type 4 Shadings).
+MeshOutline OutlineOfTriangles(const std::vector<MeshPoint>& points, const std::vector<int>& flags) {
+    OutlineOfPolygons outline;
+    std::vector<MeshPoint> corners;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        if (corners.size() == 3 && flags[i] == 0) corners.clear();
+        if (corners.size() == 3) corners.erase(corners.begin() + (flags[i] == 1 ? 0 : 1));
+        corners.push_back(points[i]);
+        if (corners.size() == 3) outline.Add(corners);
+    }
+    return outline.Loops();
+}
+
+/// The outline of a lattice of rows of that many vertices.
+MeshOutline OutlineOfLattice(const std::vector<MeshPoint>& points, std::size_t row) {
+    OutlineOfPolygons outline;
+    for (std::size_t i = row; row >= 2 && i + 1 < points.size(); ++i) {
+        if (i % row + 1 == row) continue;
+        outline.Add({points[i - row], points[i - row + 1], points[i + 1], points[i]});
+    }
+    return outline.Loops();
+}
+
+/// The mean of what the vertices of a mesh say, and the outline of triangles. Nothing for a mesh without a whole one.
+Numbers MeanOfMesh(const CDictionary& shading, int type, int components, MeshOutline* outline) {
     // Points and colours of a vertex, of a patch, and of a patch that goes on along an edge of the one before.
     struct Layout {
         bool hasFlag;
@@ -149,16 +223,27 @@ Numbers MeanOfMesh(const CDictionary& shading, int type, int components) {
     Numbers sum(static_cast<std::size_t>(components));
     Numbers mean;
     int count = 0;
+    std::vector<MeshPoint> points;
+    std::vector<int> flags;
     while (!mesh.IsAtEnd()) {
         int flag = 0;
         if (layout.hasFlag && !mesh.Flag(flag)) break;
         const int colors = flag == 0 ? layout.colors : layout.nextColors;
-        if (!mesh.SkipPoints(flag == 0 ? layout.points : layout.nextPoints) || !mesh.AddColors(colors, sum)) break;
+        if (type >= COONS) points.clear();
+        if (!mesh.AddPoints(flag == 0 ? layout.points : layout.nextPoints, points) || !mesh.AddColors(colors, sum))
+            break;
         mesh.Align();
+        flags.push_back(flag);
         count += colors;
         mean = sum;
     }
     for (double& component : mean) component /= count;
+    points.resize(std::min(points.size(), flags.size()));
+    if (outline && type == FREE_TRIANGLES) *outline = OutlineOfTriangles(points, flags);
+    if (outline && type == LATTICE) {
+        *outline =
+            OutlineOfLattice(points, static_cast<std::size_t>(std::max(IntegerOf(shading, "VerticesPerRow"), 0)));
+    }
     return mean;
 }
 
@@ -176,7 +261,7 @@ int CountComponents(const CElement& space) {
 
 }  // namespace
 
-int FindShadingColor(CFilterEPS& m, const CDictionary& shading, RgbColor& color, bool& isKnown) {
+int FindShadingColor(CFilterEPS& m, const CDictionary& shading, RgbColor& color, bool& isKnown, MeshOutline* outline) {
     isKnown = false;
     const CElement* number = shading.GetValue("ShadingType");
     const CElement* space = shading.GetValue("ColorSpace");
@@ -188,7 +273,7 @@ int FindShadingColor(CFilterEPS& m, const CDictionary& shading, RgbColor& color,
     const CElement* function = shading.GetValue("Function");
     Numbers components;
     if (type >= FREE_TRIANGLES) {
-        components = MeanOfMesh(shading, type, function ? 1 : CountComponents(*space));
+        components = MeanOfMesh(shading, type, function ? 1 : CountComponents(*space), outline);
     } else {
         Numbers domain = NumbersOf(shading, "Domain");
         const std::size_t bounds = type == FUNCTION_BASED ? 4 : 2;

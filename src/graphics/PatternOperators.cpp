@@ -36,7 +36,20 @@ int OpSetpattern(CFilterEPS& m) {
 }
 
 // form  execform  -                          STACKUNDERFLOW TYPECHECK
-int OpExecform(CFilterEPS& m) {
+int OpExecform(CFilterEPS& m) { return RunForm(m, nullptr); }
+
+// Place 26 of the chain.
+constexpr OpRow kRows[] = {
+    {"makepattern", OpMakepattern},
+    {"setpattern", OpSetpattern},
+    {"execform", OpExecform},
+};
+
+}  // namespace
+
+constinit const OpTable kPatternOperators{kRows};
+
+int RunForm(CFilterEPS& m, int (*begin)(CFilterEPS&, const CDictionary&)) {
     Operands in(m);
     const CDictionary* form = in.Dict(0);
     if (!in) return -1;
@@ -49,17 +62,7 @@ int OpExecform(CFilterEPS& m) {
     const CGStateScope scope(m);
     m.GetCurrentGState()->Concat(six);
     m.NewPath();
+    if (begin && begin(m, *form) != 1) return -1;
     // The form dictionary stays on the operand stack: PaintProc takes it.
     return m.ExecuteProcedure(static_cast<const CArrayElement*>(procedure.get()));
 }
-
-// Place 26 of the chain.
-constexpr OpRow kRows[] = {
-    {"makepattern", OpMakepattern},
-    {"setpattern", OpSetpattern},
-    {"execform", OpExecform},
-};
-
-}  // namespace
-
-constinit const OpTable kPatternOperators{kRows};

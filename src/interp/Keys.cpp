@@ -1,6 +1,8 @@
 // Reaching the two key spaces of a dictionary.
 #include "interp/Keys.h"
 
+std::uint32_t g_nKeyLimit = MAX_KEY_LENGTH;
+
 const CElement* CKey::FindIn(const CDictionary& dict) const {
     if (m_pName) return dict.GetValue(m_pName);
     const CDictNode2* node = dict.FindOther(m_pOther);

@@ -3,6 +3,9 @@
 
 #include "interp/FilterEPS.h"
 
+/// Most bytes of a key, unless the dialect of the machine that there is has another limit while it lives.
+extern std::uint32_t g_nKeyLimit;
+
 /// The text of a name or string operand as a key; null for another type. No test of the length.
 [[nodiscard]] inline const CName* KeyNameOf(const CElement& e) {
     if (e.m_nType == ET_NAME) return static_cast<const CSimpElement&>(e).m_pName;
@@ -16,8 +19,8 @@ public:
     /// Reads an element as a key. A string counts up to its first zero byte.
     explicit CKey(const CElement& e) : m_pName(KeyNameOf(e)), m_pOther(m_pName ? nullptr : &e) {}
 
-    /// Whether the text, if it is one, is short enough for a key (MAX_KEY_LENGTH).
-    [[nodiscard]] bool IsValid() const noexcept { return !m_pName || m_pName->IsKey(); }
+    /// Whether the text, if it is one, is short enough for a key (g_nKeyLimit).
+    [[nodiscard]] bool IsValid() const noexcept { return !m_pName || m_pName->m_nLength <= g_nKeyLimit; }
     /// The text, or null for an element key.
     [[nodiscard]] const CName* Text() const noexcept { return m_pName; }
 

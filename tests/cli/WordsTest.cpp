@@ -18,6 +18,9 @@ TEST(WordsTest, WhyAndWhereAFileFailed) {
     EXPECT_NE(RemedyOf(options, drawing).find("--allow-file-access"), std::string::npos);
     drawing.report.failure = {99, "configurationerror", "", 1, 0};
     EXPECT_EQ(ReasonOf(options, drawing), "line 1: configurationerror");
+    drawing.report.failure = {2, "undefined", std::string("a\x1b[31m\xe4") + std::string(90, 'x'), 1, 0};
+    EXPECT_EQ(ReasonOf(options, drawing),
+              "line 1: undefined in a\\033[31m\\344" + std::string(33, 'x') + "... (undefined name)");
 }
 
 TEST(WordsTest, WhatALimitSays) {

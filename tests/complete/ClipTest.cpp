@@ -22,7 +22,7 @@ TEST(CompleteClipTest, Regions) {
              "0 0 moveto 72 0 lineto 72 72 lineto 0 72 lineto closepath 36 0 moveto 72 0 lineto 72 72 lineto 36 72 "
              "lineto closepath eoclip clippath pathbbox 4 {round 4 1 roll} repeat",
              "0.0 0.0 36.0 72.0"},
-            {"nothing left has a point", "newpath clip clippath pathbbox 3 {pop} repeat type", "/realtype"},
+            {"nothing left has a point", "newpath clip clippath pathbbox 3 {pop} repeat type", "realtype"},
             {"initclip", "0 0 9 9 rectclip initclip clippath pathbbox", "0.0 0.0 612.0 792.0"},
             {"initgraphics", "0 0 9 9 rectclip initgraphics clippath pathbbox", "0.0 0.0 612.0 792.0"},
             {"gsave", "gsave 0 0 9 9 rectclip grestore clippath pathbbox", "0.0 0.0 612.0 792.0"},

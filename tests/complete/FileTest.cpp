@@ -21,7 +21,7 @@ TEST(CompleteFileTest, FiltersDecode) {
              "(aa) false"},
             {"a chain", "(36 31 36 32 3E>) /ASCIIHexDecode filter /ASCIIHexDecode filter 2 string readstring",
              "(ab) true"},
-            {"a type of its own", "(>) /ASCIIHexDecode filter type", "/filetype"},
+            {"a type of its own", "(>) /ASCIIHexDecode filter type", "filetype"},
             {"SubFile by dictionary",
              "(a--b--c) <</EODCount 0 /EODString (--)>> /SubFileDecode filter "
              "9 string readstring",
@@ -90,7 +90,7 @@ TEST(CompleteFileTest, FilesAreRead) {
             {"a line too long",
              "{(abc\\n) 0 () /SubFileDecode filter 2 string readline} stopped "
              "$error /errorname get",
-             "-file- (00) true /rangecheck"},
+             "-file- (\\000\\000) true /rangecheck"},
             {"readhexstring", "(6 1zz62) 0 () /SubFileDecode filter 2 string readhexstring", "(ab) true"},
             {"no room", "{(ab) 0 () /SubFileDecode filter 0 string readstring} stopped $error /errorname get",
              "-file- () true /rangecheck"},
@@ -151,7 +151,8 @@ TEST(CompleteFileTest, ReusableStreams) {
 TEST(CompleteFileTest, EncodersWrite) {
     CheckStacks(
         {
-            {"to a string", "/s 9 string def s /ASCIIHexEncode filter dup (ab) writestring closefile s", "(6162>0000)"},
+            {"to a string", "/s 9 string def s /ASCIIHexEncode filter dup (ab) writestring closefile s",
+             "(6162>\\000\\000\\000\\000)"},
             {"a byte, and hex", "/s 5 string def s /NullEncode filter dup 97 write dup (bc) writehexstring closefile s",
              "(a6263)"},
             {"what finds no room is lost",
@@ -165,7 +166,7 @@ TEST(CompleteFileTest, EncodersWrite) {
             {"a chain",
              "/s 9 string def s /ASCIIHexEncode filter dup <</CloseTarget true>> /ASCIIHexEncode filter "
              "dup (a) writestring closefile status s",
-             "false (36313E>00)"},
+             "false (36313E>\\000\\000)"},
             {"run lengths by records",
              "/s 20 string def s 2 /RunLengthEncode filter dup (aaaa) writestring closefile "
              "s 0 get",

@@ -70,6 +70,12 @@ TEST(CompletePaintTest, PatternsHaveAColour) {
         ColorOf(Pattern("pop 0 0 1 setrgbcolor 0 0 moveto 4 4 lineto stroke") + "setpattern 0 0 moveto 9 0 lineto "
                                                                                 "9 9 lineto fill"),
         kBlue);
+    // An uncoloured one over a space of any family.
+    EXPECT_EQ(
+        ColorOf("[/Separation /x /DeviceRGB {0 0}] setcolorspace 1 <</PatternType 1 /PaintType 2 /TilingType 1 /BBox "
+                "[0 0 9 9] /XStep 9 /YStep 9 /PaintProc {pop 0 0 9 9 rectfill}>> matrix makepattern setpattern" +
+                kSquare),
+        kRed);
     EXPECT_EQ(ColorOf(Pattern("pop 0 0 1 setrgbcolor") + "setpattern" + kSquare), kBlue);
     EXPECT_EQ(
         ColorOf(Pattern("pop 0 0 1 setrgbcolor {0 0 4 4 rectfill} stopped pop 1 0 0 setrgbcolor 0 0 4 4 rectfill") +
@@ -145,6 +151,25 @@ TEST(CompletePaintTest, ShadingsHaveAColour) {
         Drawn("0 0 72 72 rectclip" + Shading("/ShadingType 2 /Coords [0 0 9 9] /Domain [0 0] " + kRedToBlue) + "shfill",
               kComplete),
         "#ff0000 closed L 0,0 25.4,0 L 25.4,0 25.4,25.4 L 25.4,25.4 0,25.4 L 0,25.4 0,0");
+    // Of triangles and lattices their outline: edges within the area don't count.
+    const char* square = "#ff00ff closed L 0,0 25.4,0 L 25.4,0 25.4,25.4 L 25.4,25.4 0,25.4 L 0,25.4 0,0";
+    const auto vertices = [](std::initializer_list<const char*> points) {
+        std::string data;
+        for (const char* point : points) data += std::string(point) + " 1 0 1 ";
+        return "/DataSource [" + data + "]";
+    };
+    EXPECT_EQ(
+        Drawn(Shading("/ShadingType 4 " + vertices({"0 0 0", "0 72 0", "0 0 72", "1 72 72"})) + "shfill", kComplete),
+        square);
+    EXPECT_EQ(
+        Drawn(Shading("/ShadingType 4 " + vertices({"0 0 72", "0 0 0", "0 72 0", "2 72 72"})) + "shfill", kComplete),
+        square);
+    EXPECT_EQ(
+        Drawn(Shading("/ShadingType 5 /VerticesPerRow 2 " + vertices({"0 0", "72 0", "0 72", "72 72"})) + "shfill",
+              kComplete),
+        square);
+    EXPECT_EQ(Drawn(Shading("/ShadingType 4 " + vertices({"0 0 0", "0 72 0"})) + "shfill", kComplete).substr(0, 14),
+              "#ff00ff closed");
     CheckStacks(
         {
             {"no colour space", "{<</ShadingType 2>> shfill} stopped $error /errorname get exch pop",

@@ -70,7 +70,7 @@ TEST(CompleteProgramTest, MemoryAndTime) {
             {"time goes on", "usertime realtime usertime exch sub exch pop 0 gt", "true"},
             {"waiting ends", "usertime 100 add {dup usertime lt {exit} if} loop pop", ""},
             {"about itself", "languagelevel version type product type revision type serialnumber type",
-             "3 /stringtype /stringtype /integertype /integertype"},
+             "3 stringtype stringtype integertype integertype"},
         },
         kComplete);
 }

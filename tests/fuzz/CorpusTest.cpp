@@ -6,7 +6,9 @@
 #include <iterator>
 #include <string>
 
+#include "complete/CompleteDialect.h"
 #include "fuzz/Harness.h"
+#include "support/Program.h"
 
 namespace {
 
@@ -22,7 +24,16 @@ int Replay(const char* corpus, void (*target)(const std::uint8_t*, std::size_t))
     return count;
 }
 
-TEST(CorpusTest, Run) { EXPECT_GT(Replay("run", FuzzRun), 0); }
+void RunPlain(const std::uint8_t* data, std::size_t size) { FuzzRun(data, size); }
+
+void RunComplete(const std::uint8_t* data, std::size_t size) { FuzzRun(data, size, MakeDialect<CCompleteDialect>); }
+
+TEST(CorpusTest, Run) { EXPECT_GT(Replay("run", RunPlain), 0); }
+
+TEST(CorpusTest, RunInTheCompleteDialect) {
+    EXPECT_GT(Replay("run", RunComplete), 0);
+    EXPECT_GT(Replay("complete", RunComplete), 0);
+}
 
 TEST(CorpusTest, Scanner) { EXPECT_GT(Replay("scanner", FuzzScanner), 0); }
 

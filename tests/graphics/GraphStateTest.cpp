@@ -14,7 +14,7 @@ namespace {
 
 TEST(GraphStateTest, Lines) {
     CheckStacks({
-        {"at the start",
+        {"departure: at the start",
          "currentlinewidth currentlinecap currentlinejoin currentmiterlimit currentstrokeadjust currentdash",
          "0.0 0 0 0.0 false [] 0.0"},
         {"nothing is clamped",
@@ -29,7 +29,7 @@ TEST(GraphStateTest, Lines) {
         {"no boolean", "1 setstrokeadjust", "1", PSERR_TYPECHECK},
         {"nothing", "setlinecap", "", PSERR_STACKUNDERFLOW},
         {"clip stack", "clipsave cliprestore cliprestore", ""},
-        {"initgraphics",
+        {"departure: initgraphics",
          "4 setlinewidth 1 setlinecap 2 setlinejoin 3 setmiterlimit 5 setflat [1] 2 setdash 1 2 3 "
          "setrgbcolor .5 setgray "
          "2 2 scale initgraphics currentlinewidth currentlinecap currentlinejoin currentmiterlimit "
@@ -49,7 +49,7 @@ TEST(GraphStateTest, Color) {
          "0.0 0.0 0.0 1.0 2.0 3.0 [/DeviceRGB]"},
         {"setcolor by the space", "/DeviceCMYK setcolorspace 1 2 3 4 setcolor currentcolor currentgray",
          "1.0 2.0 3.0 4.0 0.0"},
-        {"setcolorspace leaves the values",
+        {"departure: setcolorspace leaves the values",
          "7 setgray [/DeviceRGB] setcolorspace [/DeviceGray] setcolorspace currentcolor", "7.0"},
         {"a program's space array is changed in place", "[/DeviceRGB] dup setcolorspace 0 setgray", "[/DeviceGray]"},
         {"a longer one is replaced", "[/Pattern /DeviceRGB] dup setcolorspace 0 setgray currentcolorspace",
@@ -60,9 +60,9 @@ TEST(GraphStateTest, Color) {
          "exch",
          "true true DeviceRGB"},
         {"until another kind is set", "/DeviceRGB cvx setcolorspace 0 setgray currentcolorspace 0 get xcheck", "false"},
-        {"another family", "[/Separation (a) /DeviceGray {}] setcolorspace", "", PSERR_UNSUPPORTED},
-        {"another name", "/CIEBasedABC setcolorspace", "", PSERR_UNSUPPORTED},
-        {"an array without name", "[] setcolorspace", "", PSERR_TYPECHECK},
+        {"departure: another family", "[/Separation (a) /DeviceGray {}] setcolorspace", "", PSERR_UNSUPPORTED},
+        {"departure: another name", "/CIEBasedABC setcolorspace", "", PSERR_UNSUPPORTED},
+        {"departure: an array without name", "[] setcolorspace", "", PSERR_TYPECHECK},
         {"no space", "(DeviceRGB) setcolorspace", "(DeviceRGB)", PSERR_TYPECHECK},
         {"neither number nor pattern", "/a setcolor", "/a", PSERR_TYPECHECK},
         {"a pattern in a device space", "1 dict setcolor", "<<0>>", PSERR_TYPECHECK},
@@ -84,14 +84,14 @@ TEST(GraphStateTest, Patterns) {
          "[/Pattern [/DeviceGray]] setcolorspace 1 << /PatternType 1 /PaintType 2 >> setcolor "
          "currentcolor",
          "<<2>> 1"},
-        {"nothing under it", "/Pattern setcolorspace 1 << /PatternType 1 /PaintType 2 >> setcolor", "1",
+        {"departure: nothing under it", "/Pattern setcolorspace 1 << /PatternType 1 /PaintType 2 >> setcolor", "1",
          PSERR_TYPECHECK},
-        {"no device space under it", "[/Pattern /Indexed] setcolorspace 1 << /PatternType 1 /PaintType 2 >> setcolor",
-         "1", PSERR_UNSUPPORTED},
-        {"too few operands", "[/Pattern /DeviceRGB] setcolorspace 1 << /PatternType 1 /PaintType 2 >> setcolor", "1",
-         PSERR_STACKUNDERFLOW},
+        {"departure: no device space under it",
+         "[/Pattern /Indexed] setcolorspace 1 << /PatternType 1 /PaintType 2 >> setcolor", "1", PSERR_UNSUPPORTED},
+        {"departure: too few operands",
+         "[/Pattern /DeviceRGB] setcolorspace 1 << /PatternType 1 /PaintType 2 >> setcolor", "1", PSERR_STACKUNDERFLOW},
         {"a number", "/Pattern setcolorspace 1 setcolor", "1", PSERR_TYPECHECK},
-        {"an empty dictionary", "/Pattern setcolorspace 1 dict setcolor", "", PSERR_TYPECHECK},
+        {"departure: an empty dictionary", "/Pattern setcolorspace 1 dict setcolor", "", PSERR_TYPECHECK},
     });
 }
 
@@ -215,7 +215,8 @@ TEST(GraphStateTest, CopiesShareNothing) {
         {"putinterval",
          "/f << /S (abc) >> def f setfont gsave grestore f /S get 1 (XY) putinterval gsave currentfont /S get",
          "(aXY)"},
-        {"bind", "/f << /P {add} >> def f setfont gsave grestore f /P get bind pop gsave currentfont /P get 0 get type",
+        {"departure: bind",
+         "/f << /P {add} >> def f setfont gsave grestore f /P get bind pop gsave currentfont /P get 0 get type",
          "/operatortype"},
         {"growth of the user objects",
          "0 1 defineuserobject userdict setfont gsave grestore 12 2 defineuserobject gsave currentfont /UserObjects "
@@ -332,7 +333,7 @@ TEST(GraphStateTest, ValuesOfAnyShape) {
         {"an array in itself", "1 array dup dup 0 exch put 0 setdash gsave currentdash pop length grestore", "1"},
         {"twice", "2 array dup dup 0 exch put dup dup 1 exch put 0 setdash gsave gsave currentdash pop length", "2"},
         {"a font in an array of itself", "/f 2 dict def f /A [f f] put f setfont gsave currentfont /A get length", "2"},
-        {"an element without storage", "save [1] exch restore 0 setdash gsave currentdash pop length", "0"},
+        {"departure: an element without storage", "save [1] exch restore 0 setdash gsave currentdash pop length", "0"},
         {"a state in a font", "<< /G gstate >> setfont gsave grestore gsave currentfont /G get", "-gstate-"},
     });
 }

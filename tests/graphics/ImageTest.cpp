@@ -24,8 +24,8 @@ TEST(ImageTest, Procedures) {
         {"several in the order of the program", "1 1 8 matrix {/r (a)} {/g (a)} {/b (a)} true 3 colorimage",
          "/r /g /b"},
         {"all of them in each pass", "2 1 8 matrix {/r (a)} {/g (a)} {/b (a)} true 3 colorimage", "/r /g /b /r /g /b"},
-        {"no string", "1 1 8 matrix {7} image", "7", PSERR_TYPECHECK},
-        {"nothing at all", "1 1 8 matrix {} image", "", PSERR_STACKUNDERFLOW},
+        {"departure: no string", "1 1 8 matrix {7} image", "7", PSERR_TYPECHECK},
+        {"departure: nothing at all", "1 1 8 matrix {} image", "", PSERR_STACKUNDERFLOW},
         {"a failing one", "1 1 8 matrix {nosuch} image", "", PSERR_UNDEFINED},
         {"a packed one", "1 1 8 matrix (abc) 1 packedarray cvx image", ""},
     });
@@ -34,16 +34,18 @@ TEST(ImageTest, Procedures) {
 TEST(ImageTest, Strings) {
     CheckStacks({
         {"long enough", "7 5 2 8 matrix (0123456789) image", "7"},
-        {"too short", "7 5 2 8 matrix (012345678) image", "7", PSERR_IO},
+        {"departure: too short", "7 5 2 8 matrix (012345678) image", "7", PSERR_IO},
         {"a mask", "5 2 true matrix (01) imagemask", ""},
-        {"components", "1 1 8 matrix (012) false 3 colorimage 1 1 8 matrix (012) false 4 colorimage", "", PSERR_IO},
+        {"departure: components", "1 1 8 matrix (012) false 3 colorimage 1 1 8 matrix (012) false 4 colorimage", "",
+         PSERR_IO},
         {"together long enough", "1 1 8 matrix (a) () (bc) true 3 colorimage", ""},
-        {"together too short", "1 1 8 matrix (a) () (b) true 3 colorimage", "", PSERR_IO},
-        {"one of another type", "1 1 8 matrix (a) 7 (bc) true 3 colorimage", "", PSERR_TYPECHECK},
-        {"a total beyond all numbers", "2147483647 dup 32 matrix () false 2147483647 colorimage", "", PSERR_IO},
-        {"a width below zero", "-1 10 8 matrix (a) image", "", PSERR_RANGE},
-        {"two sizes below zero", "-8 10 -8 matrix (a) image", "", PSERR_RANGE},
-        {"a height below zero", "10 -1 true matrix (a) imagemask", "", PSERR_RANGE},
+        {"departure: together too short", "1 1 8 matrix (a) () (b) true 3 colorimage", "", PSERR_IO},
+        {"departure: one of another type", "1 1 8 matrix (a) 7 (bc) true 3 colorimage", "", PSERR_TYPECHECK},
+        {"departure: a total beyond all numbers", "2147483647 dup 32 matrix () false 2147483647 colorimage", "",
+         PSERR_IO},
+        {"departure: a width below zero", "-1 10 8 matrix (a) image", "", PSERR_RANGE},
+        {"departure: two sizes below zero", "-8 10 -8 matrix (a) image", "", PSERR_RANGE},
+        {"departure: a height below zero", "10 -1 true matrix (a) imagemask", "", PSERR_RANGE},
     });
 }
 
@@ -57,11 +59,11 @@ TEST(ImageTest, Operands) {
         {"nothing", "image", "", PSERR_STACKUNDERFLOW},
         {"no components", "1 1 8 matrix (a) false 0 colorimage", "1 1 8 [1.0 0.0 0.0 1.0 0.0 0.0] (a) false 0",
          PSERR_RANGE},
-        {"more components than operands", "1 1 8 1 (a) true 2147483647 colorimage", "1 1 8 1 (a) true 2147483647",
-         PSERR_STACKUNDERFLOW},
+        {"departure: more components than operands", "1 1 8 1 (a) true 2147483647 colorimage",
+         "1 1 8 1 (a) true 2147483647", PSERR_STACKUNDERFLOW},
         {"neither true nor false", "1 1 8 1 (a) 1 1 colorimage", "1 1 8 1 (a) 1 1", PSERR_TYPECHECK},
-        {"another source of one", "1 1 8 1 /a false 3 colorimage", "", PSERR_UNSUPPORTED},
-        {"another first source of several", "1 1 8 1 (a) (a) /a true 3 colorimage", "", PSERR_TYPECHECK},
+        {"departure: another source of one", "1 1 8 1 /a false 3 colorimage", "", PSERR_UNSUPPORTED},
+        {"departure: another first source of several", "1 1 8 1 (a) (a) /a true 3 colorimage", "", PSERR_TYPECHECK},
         {"the path stays", "72 0 moveto 1 1 8 matrix (a) image currentpoint", "72.0 0.0"},
     });
 }
@@ -74,33 +76,35 @@ TEST(ImageTest, Dictionaries) {
          "/DeviceRGB setcolorspace << /ImageType 1 /Width 1 /Height 1 /BitsPerComponent 8 /DataSource (0) >> "
          "image",
          ""},
-        {"too short", "<< /ImageType 4 /Width 5 /Height 2 /BitsPerComponent 8 /DataSource (012345678) >> image", "",
-         PSERR_IO},
+        {"departure: too short",
+         "<< /ImageType 4 /Width 5 /Height 2 /BitsPerComponent 8 /DataSource (012345678) >> image", "", PSERR_IO},
         {"several sources",
          "<< /ImageType 1 /Width 1 /Height 1 /BitsPerComponent 8 /MultipleDataSources true /DataSource [{/a "
          "(1)} {/b "
          "(2)}] >> image",
          "/a /b"},
-        {"several sources together too short",
+        {"departure: several sources together too short",
          "<< /ImageType 1 /Width 1 /Height 1 /BitsPerComponent 8 /MultipleDataSources true /DataSource [(1) "
          "()] >> "
          "image",
          "", PSERR_IO},
-        {"no list of sources",
+        {"departure: no list of sources",
          "<< /ImageType 1 /Width 1 /Height 1 /BitsPerComponent 8 /MultipleDataSources true /DataSource (1) "
          ">> image",
          "", PSERR_TYPECHECK},
-        {"the data below a mask",
+        {"departure: the data below a mask",
          "<< /ImageType 3 /DataDict << /Width 1 /Height 1 /BitsPerComponent 8 /DataSource (1) >> >> image", ""},
-        {"no data below a mask", "<< /ImageType 3 >> image", "", PSERR_SYNTAX},
-        {"another type", "<< /ImageType 2 >> image", "", PSERR_RANGE},
-        {"no type", "<< /Width 1 >> image", "", PSERR_TYPECHECK},
-        {"no width", "<< /ImageType 1 /Height 1 /BitsPerComponent 8 /DataSource (1) >> image", "", PSERR_TYPECHECK},
-        {"no source", "<< /ImageType 1 /Width 1 /Height 1 /BitsPerComponent 8 >> image", "", PSERR_TYPECHECK},
-        {"a source of another type is let be",
+        {"departure: no data below a mask", "<< /ImageType 3 >> image", "", PSERR_SYNTAX},
+        {"departure: another type", "<< /ImageType 2 >> image", "", PSERR_RANGE},
+        {"departure: no type", "<< /Width 1 >> image", "", PSERR_TYPECHECK},
+        {"departure: no width", "<< /ImageType 1 /Height 1 /BitsPerComponent 8 /DataSource (1) >> image", "",
+         PSERR_TYPECHECK},
+        {"departure: no source", "<< /ImageType 1 /Width 1 /Height 1 /BitsPerComponent 8 >> image", "",
+         PSERR_TYPECHECK},
+        {"departure: a source of another type is let be",
          "<< /ImageType 1 /Width 1 /Height 1 /BitsPerComponent 8 /DataSource /a >> image", ""},
-        {"but not by a mask", "<< /Width 1 /Height 1 /DataSource /a >> imagemask", "", PSERR_TYPECHECK},
-        {"a mask", "/n 0 def << /Width 9 /Height 1 /DataSource {/n n 1 add def (a)} >> imagemask n", "2"},
+        {"departure: but not by a mask", "<< /Width 1 /Height 1 /DataSource /a >> imagemask", "", PSERR_TYPECHECK},
+        {"departure: a mask", "/n 0 def << /Width 9 /Height 1 /DataSource {/n n 1 add def (a)} >> imagemask n", "2"},
     });
 }
 

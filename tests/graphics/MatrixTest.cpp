@@ -7,7 +7,7 @@ namespace {
 
 TEST(MatrixTest, FillsTheNumbersOfItsOperand) {
     CheckStacks({
-        {"matrix is reals", "matrix dup 1 get type", "[1.0 0.0 0.0 1.0 0.0 0.0] /realtype"},
+        {"departure: matrix is reals", "matrix dup 1 get type", "[1.0 0.0 0.0 1.0 0.0 0.0] /realtype"},
         {"each call makes another", "matrix dup 0 9 put matrix", "[9 0.0 0.0 1.0 0.0 0.0] [1.0 0.0 0.0 1.0 0.0 0.0]"},
         {"identmatrix", "[1 2 3 4 5 6] identmatrix", "[1.0 0.0 0.0 1.0 0.0 0.0]"},
         {"defaultmatrix is the identity under any CTM", "2 3 scale [1 2 3 4 5 6] defaultmatrix",

@@ -109,14 +109,14 @@ TEST(PaintTest, Rectangles) {
         {"not wanted", "0 0 72 72 rectfill [1 2] rectfill (a) rectfill", "", kNoFills},
     });
     CheckStacks({
-        {"all operands go", "7 [0 0 72 72] matrix rectstroke 1 2 3 4 rectstroke (a) rectstroke", "7"},
-        {"what is no rectangle stays", "/a matrix rectstroke", "/a"},
-        {"no multiple of four", "7 [1 2 3] rectstroke", "7", PSERR_SYNTAX},
-        {"nor below a matrix", "7 [1 2 3] matrix rectstroke", "7", PSERR_SYNTAX},
-        {"no number in it", "[1 2 3 (a)] rectstroke", "", PSERR_TYPECHECK},
-        {"a matrix of names", "1 2 3 4 [/a /b /c /d /e /f] rectstroke", "1 2 3 4", PSERR_TYPECHECK},
-        {"nothing below a matrix", "matrix rectstroke", "", PSERR_STACKUNDERFLOW},
-        {"a packed array", "1 2 3 4 4 packedarray rectstroke", "[1 2 3 4]", PSERR_TYPECHECK},
+        {"departure: all operands go", "7 [0 0 72 72] matrix rectstroke 1 2 3 4 rectstroke (a) rectstroke", "7"},
+        {"departure: what is no rectangle stays", "/a matrix rectstroke", "/a"},
+        {"departure: no multiple of four", "7 [1 2 3] rectstroke", "7", PSERR_SYNTAX},
+        {"departure: nor below a matrix", "7 [1 2 3] matrix rectstroke", "7", PSERR_SYNTAX},
+        {"departure: no number in it", "[1 2 3 (a)] rectstroke", "", PSERR_TYPECHECK},
+        {"departure: a matrix of names", "1 2 3 4 [/a /b /c /d /e /f] rectstroke", "1 2 3 4", PSERR_TYPECHECK},
+        {"departure: nothing below a matrix", "matrix rectstroke", "", PSERR_STACKUNDERFLOW},
+        {"departure: a packed array", "1 2 3 4 4 packedarray rectstroke", "[1 2 3 4]", PSERR_TYPECHECK},
         {"three numbers", "1 2 3 rectstroke", "1 2 3", PSERR_STACKUNDERFLOW},
         {"the CTM stays", "1 2 3 4 [2 0 0 2 0 0] rectstroke matrix currentmatrix", "[1.0 0.0 0.0 1.0 0.0 0.0]"},
     });
@@ -150,9 +150,9 @@ TEST(PaintTest, UserPaths) {
     });
     CheckStacks({
         {"all operands go", "7 {0 0 moveto} matrix ustroke", "7"},
-        {"six elements are a matrix", "7 {0 0 moveto 1 1 lineto} ustroke", "7", PSERR_TYPECHECK},
-        {"nothing below six numbers", "7 {1 2 3 4 5 6} ustroke", "7", PSERR_TYPECHECK},
-        {"an encoded path", "7 [1 2] ustroke", "7", PSERR_UNSUPPORTED},
+        {"departure: six elements are a matrix", "7 {0 0 moveto 1 1 lineto} ustroke", "7", PSERR_TYPECHECK},
+        {"departure: nothing below six numbers", "7 {1 2 3 4 5 6} ustroke", "7", PSERR_TYPECHECK},
+        {"departure: an encoded path", "7 [1 2] ustroke", "7", PSERR_UNSUPPORTED},
         {"no path", "(a) ustroke", "(a)", PSERR_TYPECHECK},
         {"nothing", "ufill", "", PSERR_STACKUNDERFLOW},
         {"the matrix is gone behind it", "{0 0 moveto} [2 0 0 2 0 0] ustroke matrix currentmatrix 0 get", "1.0"},

@@ -15,19 +15,19 @@ TEST(PathUtilityTest, OperatorsThatLeaveThePathAlone) {
     }
     CheckStacks({
         {"no path operand", "(a) ustrokepath", "(a)", PSERR_TYPECHECK},
-        {"no path below the matrix", "1 matrix ustrokepath", "1", PSERR_TYPECHECK},
-        {"half of charpath", "(a) charpath", "(a)", PSERR_STACKUNDERFLOW},
+        {"departure: no path below the matrix", "1 matrix ustrokepath", "1", PSERR_TYPECHECK},
+        {"departure: half of charpath", "(a) charpath", "(a)", PSERR_STACKUNDERFLOW},
         {"three numbers", "1 2 3 setbbox", "1 2 3", PSERR_STACKUNDERFLOW},
-        {"upath", "true upath", "true", PSERR_UNSUPPORTED},
+        {"departure: upath", "true upath", "true", PSERR_UNSUPPORTED},
     });
 }
 
 TEST(PathUtilityTest, RectClip) {
     CheckStacks({
         {"numbers", "7 0 0 moveto 1 2 3 4 rectclip currentpoint", "7", PSERR_NOCURRENTPOINT},
-        {"an array", "7 0 0 moveto [1 2 3] rectclip currentpoint", "7", PSERR_NOCURRENTPOINT},
-        {"a string", "7 (1) rectclip", "7"},
-        {"another type", "72 0 moveto /a {rectclip} stopped", "/a", PSERR_TYPECHECK},
+        {"departure: an array", "7 0 0 moveto [1 2 3] rectclip currentpoint", "7", PSERR_NOCURRENTPOINT},
+        {"departure: a string", "7 (1) rectclip", "7"},
+        {"departure: another type", "72 0 moveto /a {rectclip} stopped", "/a", PSERR_TYPECHECK},
         {"too few numbers", "2 3 4 rectclip", "2 3 4", PSERR_STACKUNDERFLOW},
     });
 }
@@ -39,9 +39,9 @@ TEST(PathUtilityTest, PathBBox) {
         {"user space", "2 2 scale 36 36 moveto 72 72 lineto pathbbox", "36.0 36.0 72.0 72.0"},
         {"departure: each corner is mapped by itself", "0 0 moveto 72 36 lineto [0 1 -1 0 0 0] setmatrix pathbbox",
          "0.0 0.0 36.0 -72.0"},
-        {"no path", "pathbbox", "", PSERR_SYNTAX},
-        {"one point has no box", "0 0 moveto pathbbox", "", PSERR_SYNTAX},
-        {"clippath makes no path", "clippath pathbbox", "", PSERR_SYNTAX},
+        {"departure: no path", "pathbbox", "", PSERR_SYNTAX},
+        {"departure: one point has no box", "0 0 moveto pathbbox", "", PSERR_SYNTAX},
+        {"departure: clippath makes no path", "clippath pathbbox", "", PSERR_SYNTAX},
     });
 }
 
@@ -73,7 +73,7 @@ TEST(PathUtilityTest, UAppend) {
         {"a literal array of tokens", "[0 0 /moveto cvx] uappend currentpoint", "0.0 0.0"},
         {"names mean the operators", "/lineto {nosuch} def {0 0 moveto 72 0 lineto} uappend currentpoint", "72.0 0.0"},
         {"dictionaries that it left", "{1 dict begin 0 0 moveto 2 dict begin} uappend countdictstack", "3"},
-        {"an encoded path", "7 [(a) (b)] uappend", "7", PSERR_UNSUPPORTED},
+        {"departure: an encoded path", "7 [(a) (b)] uappend", "7", PSERR_UNSUPPORTED},
         {"no array", "(a) uappend", "(a)", PSERR_TYPECHECK},
         {"nothing", "uappend", "", PSERR_STACKUNDERFLOW},
     });

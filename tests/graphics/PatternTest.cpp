@@ -5,8 +5,9 @@ namespace {
 
 TEST(PatternTest, MakePattern) {
     CheckStacks({
-        {"the dictionary itself", "1 dict dup matrix makepattern /x 1 put /x known", "true"},
-        {"a packed matrix", "1 dict 1 0 0 1 0 0 6 packedarray makepattern", "<<0>> [1 0 0 1 0 0]", PSERR_TYPECHECK},
+        {"departure: the dictionary itself", "1 dict dup matrix makepattern /x 1 put /x known", "true"},
+        {"departure: a packed matrix", "1 dict 1 0 0 1 0 0 6 packedarray makepattern", "<<0>> [1 0 0 1 0 0]",
+         PSERR_TYPECHECK},
         {"no dictionary", "1 matrix makepattern", "1 [1.0 0.0 0.0 1.0 0.0 0.0]", PSERR_TYPECHECK},
         {"nothing", "matrix makepattern", "[1.0 0.0 0.0 1.0 0.0 0.0]", PSERR_STACKUNDERFLOW},
     });
@@ -23,11 +24,12 @@ TEST(PatternTest, SetPattern) {
         {"a second one leaves the space alone",
          "/p << /PatternType 1 /PaintType 1 >> def p setpattern p setpattern currentcolorspace",
          "[/Pattern [/DeviceGray]]"},
-        {"nothing under the space", "/Pattern setcolorspace .5 << /PatternType 1 /PaintType 2 >> setpattern", "0.5",
-         PSERR_SYNTAX},
-        {"no kind", "1 dict setpattern", "", PSERR_TYPECHECK},
-        {"too few operands", "<< /PatternType 1 /PaintType 2 >> setpattern", "", PSERR_STACKUNDERFLOW},
-        {"an operand of another type", "(a) << /PatternType 1 /PaintType 2 >> setpattern", "(a)", PSERR_TYPECHECK},
+        {"departure: nothing under the space", "/Pattern setcolorspace .5 << /PatternType 1 /PaintType 2 >> setpattern",
+         "0.5", PSERR_SYNTAX},
+        {"departure: no kind", "1 dict setpattern", "", PSERR_TYPECHECK},
+        {"departure: too few operands", "<< /PatternType 1 /PaintType 2 >> setpattern", "", PSERR_STACKUNDERFLOW},
+        {"departure: an operand of another type", "(a) << /PatternType 1 /PaintType 2 >> setpattern", "(a)",
+         PSERR_TYPECHECK},
         {"no dictionary", "1 setpattern", "1", PSERR_TYPECHECK},
     });
     EXPECT_EQ(Drawn("1 setgray << /PatternType 1 /PaintType 1 /PaintProc {nosuch} >> setpattern 0 0 moveto "
@@ -51,7 +53,7 @@ TEST(PatternTest, ExecForm) {
          "2.0"},
         {"a state that it popped",
          "2 setlinewidth << /Matrix matrix /PaintProc {pop grestore} >> execform currentlinewidth", "2.0"},
-        {"an older save restored",
+        {"departure: an older save restored",
          "/s save def 2 setlinewidth << /Matrix matrix /PaintProc {pop s restore} >> execform "
          "currentlinewidth",
          "0.0"},

@@ -38,14 +38,14 @@ TEST(ExecuteTest, ValuesOfNames) {
         {"a literal array is pushed", "/a [1 2] def a", "[1 2]"},
         {"a procedure runs", "/a {1 2} def a", "1 2"},
         {"a packed procedure runs", "/a /add load 1 packedarray cvx def 1 2 a", "3"},
-        {"a literal packed array is pushed as an array", "/a 1 2 2 packedarray def a type", "/arraytype"},
+        {"departure: a literal packed array is pushed as an array", "/a 1 2 2 packedarray def a type", "/arraytype"},
         {"an executable name runs", "/a /b cvx def /b 7 def a", "7"},
         {"a literal name is pushed", "/a /b def a", "/b"},
         {"an executable string runs", "/a (1 2 add) cvx def a", "3"},
         {"a literal string is pushed", "/a (1 2 add) def a", "(1 2 add)"},
-        {"an executable file is pushed", "/a (%lineedit) (r) file cvx def a", "-file-"},
+        {"departure: an executable file is pushed", "/a (%lineedit) (r) file cvx def a", "-file-"},
         {"unknown", "1 nosuch 2", "1", PSERR_UNDEFINED},
-        {"a name that no family claims", "1 vmstatus 2", "1", PSERR_UNSUPPORTED},
+        {"departure: a name that no family claims", "1 vmstatus 2", "1", PSERR_UNSUPPORTED},
         {"the innermost dictionary wins", "/a 1 def 1 dict begin /a 2 def a end a", "2 1"},
     });
 }
@@ -63,7 +63,7 @@ TEST(ExecuteTest, ElementsOfProcedures) {
 
 TEST(ExecuteTest, FontDirectoryCannotBeHidden) {
     CheckStacks({
-        {"a definition is not seen", "/FontDirectory 5 def FontDirectory type", "/dicttype"},
+        {"departure: a definition is not seen", "/FontDirectory 5 def FontDirectory type", "/dicttype"},
         {"global mode", "/Foo 1 dict definefont pop true setglobal FontDirectory /Foo known", "false"},
         {"local mode", "/Foo 1 dict definefont pop FontDirectory /Foo known", "true"},
     });
@@ -71,19 +71,20 @@ TEST(ExecuteTest, FontDirectoryCannotBeHidden) {
 
 TEST(ExecuteTest, FlagsTravel) {
     CheckStacks({
-        {"exit at the top level stays up until a loop", "{1 2 exit 3} exec {4 count pop 5} exec", "1 2 4 3"},
-        {"behind an executable string the flag is not looked at", "/p [ (exit) cvx 1 2 /count cvx 3 ] cvx def p",
-         "1 2 2"},
+        {"departure: exit at the top level stays up until a loop", "{1 2 exit 3} exec {4 count pop 5} exec", "1 2 4 3"},
+        {"departure: behind an executable string the flag is not looked at",
+         "/p [ (exit) cvx 1 2 /count cvx 3 ] cvx def p", "1 2 2"},
         {"exit leaves the innermost loop", "2 {1 {exit 9} repeat 3} repeat", "3 3"},
-        {"stop ends a loop and is swallowed", "{{stop} loop 5} stopped", "5 false"},
+        {"departure: stop ends a loop and is swallowed", "{{stop} loop 5} stopped", "5 false"},
         {"stop without a loop", "{1 stop 2} stopped", "1 true"},
         {"exit passes stopped", "{{exit} stopped 7} loop 8", "false 8"},
     });
 }
 
 TEST(ExecuteTest, ErrorsPassStopped) {
-    CheckStacks({{"in stopped", "{1 0 get} stopped 5", "1 0", PSERR_TYPECHECK},
-                 {"errordict is not asked", "errordict /undefined {pop 5} put nosuch", "", PSERR_UNDEFINED}});
+    CheckStacks(
+        {{"departure: in stopped", "{1 0 get} stopped 5", "1 0", PSERR_TYPECHECK},
+         {"departure: errordict is not asked", "errordict /undefined {pop 5} put nosuch", "", PSERR_UNDEFINED}});
     const RunResult result =
         RunAsFile("%!PS\n0 0 moveto 9 9 lineto stroke {nosuch} stopped 0 0 moveto 5 5 lineto stroke ");
     EXPECT_EQ(result.entities.size(), 1u);

@@ -13,7 +13,7 @@ TEST(ScannerTest, StringsAndEscapes) {
         {"departure: 8 and 9 count with their face value", R"((\081))", "(A)"},
         {"letters", R"((\n\r\t\b\f) {} forall (\q\(\)\\) {} forall)", "10 13 9 8 12 113 40 41 92"},
         {"line ends behind a backslash vanish", "(a\\\nb\\\r\nc\\\rd)", "(abcd)"},
-        {"line ends in strings stay", "(a\r\nb) length", "4"},
+        {"departure: line ends in strings stay", "(a\r\nb) length", "4"},
         {"cut off", "1 (abc", "1", PSERR_SYNTAX},
         {"cut off behind a backslash", "(a\\", "", PSERR_SYNTAX},
     });
@@ -25,7 +25,7 @@ TEST(ScannerTest, HexStrings) {
         {"digits in both cases", "<09afAFg> {} forall", "9 175 175"},
         {"empty", "<>", "()"},
         {"foreign bytes are ignored", "<4x1 (4) 2>", "(AB)"},
-        {"no ASCII base-85: only the digits count", "<~41~>", "(A)"},
+        {"departure: no ASCII base-85: only the digits count", "<~41~>", "(A)"},
         {"comment inside", "<41 %42\n43>", "(AC)"},
         {"a brace is an ignored byte", "<4{1}>", "(A)"},
         {"cut off", "<41", "", PSERR_SYNTAX},
@@ -35,10 +35,10 @@ TEST(ScannerTest, HexStrings) {
 
 TEST(ScannerTest, NamesAndNumbers) {
     CheckStacks({
-        {"the slash waits for the next token", "/ abc", "/abc"},
+        {"departure: the slash waits for the next token", "/ abc", "/abc"},
         {"delimiters complete a token", "/a/b[/c]", "/a /b [/c]"},
         {"stray closers complete a token and vanish", "1)2}3", "1 2 3"},
-        {"backslash is a delimiter", "1\\2", "1 2"},
+        {"departure: backslash is a delimiter", "1\\2", "1 2"},
         {"order of the bytes is not checked", "1-2 --5 1.2.3 1e +7 -.5", "1 0 1.2 1.0 7 -0.5"},
         {"a real without digits is zero without a sign", "-. +. -.e5 -0.", "0.0 0.0 0.0 -0.0"},
         {"signs and dots alone are names", "+", "", PSERR_UNDEFINED},
@@ -50,12 +50,12 @@ TEST(ScannerTest, NamesAndNumbers) {
         {"reals beyond double", "1e400 1e-400", "inf 0.0"},
         {"immediate", "//true 1 //true 0", "--true-- 1 --true-- 0"},
         {"immediate, unknown", "//nosuch", "", PSERR_UNDEFINED},
-        {"a slash at the end", "1 /", "1", PSERR_SYNTAX},
+        {"departure: a slash at the end", "1 /", "1", PSERR_SYNTAX},
         {"last word of a text counts", "1 2 add", "3"},
     });
     const std::string longest(127, 'a');
     CheckStacks({{"a token of 127 bytes", ("/" + longest + " length").c_str(), "127"},
-                 {"a token of 128 bytes", ("/" + longest + "a length").c_str(), "", PSERR_SYNTAX}});
+                 {"departure: a token of 128 bytes", ("/" + longest + "a length").c_str(), "", PSERR_SYNTAX}});
 }
 
 TEST(ScannerTest, ArraysAndDictionaries) {
@@ -63,10 +63,10 @@ TEST(ScannerTest, ArraysAndDictionaries) {
         {"array", "[1 [2] /a]", "[1 [2] /a]"},
         {"array without a mark", "1 ]", "1", PSERR_UNMATCHEDMARK},
         {"dictionary", "<< /a 1 (b) 2 >> dup /b get", "<<2>> 2"},
-        {"the pair nearest the mark is stored last", "<< /a 1 /a 2 >> /a get", "1"},
-        {"an odd element goes, and the mark stays", "<< /x /a 1 >>", "mark <<1>>"},
-        {"one element alone", "<< /a >>", "mark <<0>>"},
-        {"a key that is no text", "<< 1 2 >>", "mark", PSERR_UNMATCHEDMARK},
+        {"departure: the pair nearest the mark is stored last", "<< /a 1 /a 2 >> /a get", "1"},
+        {"departure: an odd element goes, and the mark stays", "<< /x /a 1 >>", "mark <<1>>"},
+        {"departure: one element alone", "<< /a >>", "mark <<0>>"},
+        {"departure: a key that is no text", "<< 1 2 >>", "mark", PSERR_UNMATCHEDMARK},
     });
 }
 
@@ -76,12 +76,12 @@ TEST(ScannerTest, Procedures) {
         {"brackets stay raw", "{[1 2]} exec", "[1 2]"},
         {"double brackets: the mark is finished", "{<< /a 1 >>} exec", "<<1>>"},
         {"nested", "{1 {2 {3}} 4}", "{1 {2 {3}} 4}"},
-        {"a brace in a string counts: what is left is an open string", "{ (}) }", "", PSERR_SYNTAX},
+        {"departure: a brace in a string counts: what is left is an open string", "{ (}) }", "", PSERR_SYNTAX},
         {"balanced braces in a string", "{({})} exec", "({})"},
         {"a comment hides what it holds, but not braces", "{1 %2 {3}\n4}", "{1 4}"},
         {"immediate names are resolved when made", "/x 5 def {//x} /x 6 def exec", "5"},
         {"immediate name unknown", "{//nosuch}", "", PSERR_UNDEFINED},
-        {"packed", "true setpacking {1} type {1} exec", "/packedarraytype 1"},
+        {"departure: packed", "true setpacking {1} type {1} exec", "/packedarraytype 1"},
         {"a bad radix number shows when it runs", "{8#9} pop {8#9} exec", "", PSERR_SYNTAX},
         {"cut off", "{1 2", "", PSERR_SYNTAX},
         {"hex string cut off in a procedure", "{<41}", "", PSERR_SYNTAX},
@@ -90,15 +90,15 @@ TEST(ScannerTest, Procedures) {
 
 TEST(ScannerTest, Token) {
     CheckStacks({
-        {"rest, object, true", "( 12 x) token", "( x) 12 true"},
-        {"end of the text ends a token", "(abc) token", "() /abc true"},
+        {"departure: rest, object, true", "( 12 x) token", "( x) 12 true"},
+        {"departure: end of the text ends a token", "(abc) token", "() /abc true"},
         {"nothing", "() token (  ) token", "false false"},
-        {"a comment stops it", "(%a\n1) token", "false"},
-        {"a slash looks at nothing", "(//a b) token", "( b) /a true"},
-        {"brackets come as names", "([1]) token (<<) token", "(1]) /[ true () /<< true"},
+        {"departure: a comment stops it", "(%a\n1) token", "false"},
+        {"departure: a slash looks at nothing", "(//a b) token", "( b) /a true"},
+        {"departure: brackets come as names", "([1]) token (<<) token", "(1]) /[ true () /<< true"},
         {"string and procedure", "((a)b) token ({1 2}3) token", "(b) (a) true (3) {1 2} true"},
-        {"cut off", "(<41) token", "", PSERR_SYNTAX},
-        {"lone bracket", "(>a) token", "", PSERR_SYNTAX},
+        {"departure: cut off", "(<41) token", "", PSERR_SYNTAX},
+        {"departure: lone bracket", "(>a) token", "", PSERR_SYNTAX},
     });
 }
 

@@ -10,14 +10,15 @@ TEST(StartupTest, WellKnownEntries) {
         {"about itself", "version languagelevel product revision", "(3010) 3 (Orvelle 5.0) 704"},
         {"product in both", "statusdict /product get product eq", "true"},
         {"departure: encodings are empty", "StandardEncoding 65 get ISOLatin1Encoding length", "/.notdef 256"},
-        {"operators are entries", "systemdict /add get type systemdict /true get type", "/operatortype /operatortype"},
+        {"departure: operators are entries", "systemdict /add get type systemdict /true get type",
+         "/operatortype /operatortype"},
         {"the dictionary stack", "countdictstack currentdict userdict eq currentglobal", "3 true false"},
         {"what is global", "systemdict gcheck userdict gcheck globaldict gcheck statusdict gcheck",
          "true false true false"},
         {"errordict", "errordict length errordict /typecheck get xcheck", "28 true"},
         {"$error", "$error length $error /newerror get", "6 false"},
         {"the internal dictionary", "1183615869 internaldict /superexec known", "true"},
-        {"superexec is refused", "{} 1183615869 internaldict /superexec get exec", "{}", PSERR_UNSUPPORTED},
+        {"departure: superexec is refused", "{} 1183615869 internaldict /superexec get exec", "{}", PSERR_UNSUPPORTED},
         {"the default font", "/Any findfont dup /FontType get exch /FontName get", "1 /Helvetica"},
         {"its numbers",
          "/Any findfont dup /PaintType get exch dup /UniqueID get exch dup /WMode get exch /FontBBox get",
@@ -31,7 +32,7 @@ TEST(StartupTest, WellKnownEntries) {
          "[/versiont /Notice /FullName /FamilyName /Weight /ItalicAngle /isFixedPitch /UnderlinePosition "
          "/UnderlineThickness] {1 index exch get exch} forall pop",
          "9 9 (1.05) () () () (Regular) 0.0 false -151 50"},
-        {"capacities", "systemdict maxlength userdict maxlength", "348 200"},
+        {"departure: capacities", "systemdict maxlength userdict maxlength", "348 200"},
     });
 }
 

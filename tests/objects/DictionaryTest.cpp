@@ -18,10 +18,10 @@ TEST(DictionaryTest, KeySpaces) {
         {"booleans, null and operators",
          "<< >> begin true 1 def null 2 def /add load 3 def true load null load /add load load", "1 2 3"},
         {"arrays are keys by identity", "<< >> begin /k [1] def k 5 def k load currentdict [1] known", "5 false"},
-        {"a not-a-number finds nothing", "<< >> begin -1 sqrt 1 def currentdict length -1 sqrt load", "1",
+        {"departure: a not-a-number finds nothing", "<< >> begin -1 sqrt 1 def currentdict length -1 sqrt load", "1",
          PSERR_UNDEFINED},
-        {"capacity limits nothing", "0 dict begin 0 1 999 {dup def} for currentdict maxlength currentdict length",
-         "0 1000"},
+        {"departure: capacity limits nothing",
+         "0 dict begin 0 1 999 {dup def} for currentdict maxlength currentdict length", "0 1000"},
     });
 }
 

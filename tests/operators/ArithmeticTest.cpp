@@ -9,11 +9,11 @@ TEST(ArithmeticTest, SumsAndProducts) {
         {"one real makes a real", "3 4.0 add 3.0 4 sub 3 4.0 mul", "7.0 -1.0 12.0"},
         {"departure: too large an integer", "2147483647 1 add", "-2147483648"},
         {"a real may be larger", "2147483647 1.0 add 2147483648.0 eq", "true"},
-        {"a product beyond 53 bits", "2147483647 2147483647 mul", "-2147483648"},
+        {"departure: a product beyond 53 bits", "2147483647 2147483647 mul", "-2147483648"},
         {"the lower operand is the minuend", "1 10 sub", "-9"},
         {"the other operand is not touched", "/a 5 def a 1 add a", "6 5"},
         {"the upper operand is looked at first", "(a) /b add", "(a) /b", PSERR_TYPECHECK},
-        {"a raw token is no number", "1 {2} 0 get add", "1 2", PSERR_TYPECHECK},
+        {"departure: a raw token is no number", "1 {2} 0 get add", "1 2", PSERR_TYPECHECK},
         {"one operand", "1 add", "1", PSERR_STACKUNDERFLOW},
     });
 }
@@ -27,8 +27,8 @@ TEST(ArithmeticTest, Division) {
         {"departure: idiv of reals", "7.9 2.1 idiv", "3"},
         {"mod has the sign of the dividend", "-7 2 mod 7 -2 mod 7.9 2.9 mod", "-1 1 1"},
         {"the one quotient without a result", "-2147483648 -1 idiv -2147483648 -1 mod", "-2147483648 0"},
-        {"idiv by zero", "1 0 idiv", "1 0", PSERR_RANGE},
-        {"mod by what truncates to zero", "1 0.5 mod", "1 0.5", PSERR_RANGE},
+        {"departure: idiv by zero", "1 0 idiv", "1 0", PSERR_RANGE},
+        {"departure: mod by what truncates to zero", "1 0.5 mod", "1 0.5", PSERR_RANGE},
         {"idiv of a string", "(a) 1 idiv", "(a) 1", PSERR_TYPECHECK},
     });
 }
@@ -54,7 +54,8 @@ TEST(ArithmeticTest, Round) {
         {"a tie goes up", "2.5 round -2.5 round 0.5 round -0.5 round", "3.0 -2.0 1.0 0.0"},
         {"departure: almost a tie", "0.4999999 round -0.5000001 round", "1.0 0.0"},
         {"single precision", "16777217.4 round cvi", "16777218"},
-        {"beyond 32 bits nothing changes", "3e9 round 3e9 eq -1e300 round 1 0 div round", "true -1e+300 inf"},
+        {"departure: beyond 32 bits nothing changes", "3e9 round 3e9 eq -1e300 round 1 0 div round",
+         "true -1e+300 inf"},
     });
 }
 

@@ -53,16 +53,17 @@ TEST(ControlOperatorsTest, RepeatAndLoop) {
 
 TEST(ControlOperatorsTest, TheFlags) {
     CheckStacks({
-        {"exit at the top ends the next procedure behind its first name", "{1 2 exit 3} exec {4 pop 5} exec", "1 2"},
-        {"a loop clears it", "exit {} loop {4 pop 5} exec", "5"},
-        {"strings go on scanning", "{(1 exit 2) cvx exec 3} exec", "1 2"},
+        {"departure: exit at the top ends the next procedure behind its first name", "{1 2 exit 3} exec {4 pop 5} exec",
+         "1 2"},
+        {"departure: a loop clears it", "exit {} loop {4 pop 5} exec", "5"},
+        {"departure: strings go on scanning", "{(1 exit 2) cvx exec 3} exec", "1 2"},
         {"departure: no look behind an executable string element", "[(exit) cvx 1 2 /pop cvx 3] cvx exec", "1"},
         {"stop", "{1 stop 2} stopped", "1 true"},
         {"no stop", "{1} stopped", "1 false"},
         {"through calls", "/p {stop 9} def {{p 8} exec 7} stopped", "true"},
         {"departure: a loop swallows stop",
          "{{stop} loop 1} stopped {1 {stop} repeat 2} stopped {[1] {stop} forall} stopped", "1 false 2 false 1 false"},
-        {"exit passes through stopped", "{{exit} stopped 1} loop 2", "false 2"},
+        {"departure: exit passes through stopped", "{{exit} stopped 1} loop 2", "false 2"},
         {"departure: errors pass through stopped", "{1 0 get} stopped", "1 0", PSERR_TYPECHECK},
     });
 }
@@ -74,11 +75,12 @@ TEST(ControlOperatorsTest, ExecAndStopped) {
         {"literals stay", "/x exec 5 exec [1] exec", "/x 5 [1]"},
         {"literals stay under stopped", "5 stopped /x stopped", "5 false /x false"},
         {"executable objects that don't run stay", "mark cvx exec 5 cvx exec 1 dict cvx stopped", "mark 5 <<0>> false"},
-        {"raw tokens stay, made executable they run as in a procedure",
+        {"departure: raw tokens stay, made executable they run as in a procedure",
          "{add 7} 0 get exec pop 1 2 {add 7} 0 get cvx exec {add 7} 1 get cvx exec", "3 7"},
-        {"as the value of a name they are pushed", "/x {add} 0 get cvx def 1 2 x dup xcheck count", "1 2 add true 4"},
-        {"files are refused", "(%lineedit) (r) file cvx exec", "-file-", PSERR_UNSUPPORTED},
-        {"under stopped, too", "() /ASCIIHexDecode filter cvx stopped", "-filter-", PSERR_UNSUPPORTED},
+        {"departure: as the value of a name they are pushed", "/x {add} 0 get cvx def 1 2 x dup xcheck count",
+         "1 2 add true 4"},
+        {"departure: files are refused", "(%lineedit) (r) file cvx exec", "-file-", PSERR_UNSUPPORTED},
+        {"departure: under stopped, too", "() /ASCIIHexDecode filter cvx stopped", "-filter-", PSERR_UNSUPPORTED},
         {"an unknown name", "/nothing cvx exec", "", PSERR_UNDEFINED},
         {"exec on nothing", "exec", "", PSERR_STACKUNDERFLOW},
         {"stopped on nothing", "stopped", "", PSERR_STACKUNDERFLOW},
@@ -109,8 +111,8 @@ TEST(ControlOperatorsTest, Eexec) {
     EXPECT_EQ(RunAsFile("%!PS\ncurrentfile eexec 0000 /wrong load\n").error, PSERR_NONE) << "the end of the file";
     CheckStacks({
         {"a string is dropped", "1 dict (abc) eexec", "<<0>>"},
-        {"a file that is not open", "(%lineedit) (r) file eexec", "mark", PSERR_IO},
-        {"a filter is refused", "() /ASCIIHexDecode filter eexec", "-filter-", PSERR_TYPECHECK},
+        {"departure: a file that is not open", "(%lineedit) (r) file eexec", "mark", PSERR_IO},
+        {"departure: a filter is refused", "() /ASCIIHexDecode filter eexec", "-filter-", PSERR_TYPECHECK},
         {"nothing", "eexec", "", PSERR_STACKUNDERFLOW},
     });
 }

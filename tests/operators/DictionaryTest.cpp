@@ -22,7 +22,7 @@ TEST(DictionaryOperatorsTest, Keys) {
 
 TEST(DictionaryOperatorsTest, MakingAndFilling) {
     CheckStacks({
-        {"maxlength stays", "0 dict 0 1 999 {1 index exch 5 put} for dup maxlength exch length", "0 1000"},
+        {"departure: maxlength stays", "0 dict 0 1 999 {1 index exch 5 put} for dup maxlength exch length", "0 1000"},
         {"a huge capacity is only a number", "2147483647 dict maxlength", "2147483647"},
         {"negative", "-1 dict", "-1", PSERR_RANGE},
         {"no number", "(1) dict", "(1)", PSERR_TYPECHECK},
@@ -32,9 +32,9 @@ TEST(DictionaryOperatorsTest, MakingAndFilling) {
         {"def on one operand", "/a def", "/a", PSERR_STACKUNDERFLOW},
         {"dictionary literal", "<< /a 1 (b) 2 >> dup length exch /b get", "2 2"},
         {"as operators", "{<< /a 1 >>} exec /a get", "1"},
-        {"the first of a key given twice", "<< /a 1 /a 2 >> /a get", "1"},
-        {"odd: the lowest goes, the mark stays", "<< /x /a 1 >> /a known", "mark true"},
-        {"a key that is no text", "<< 1 2 >>", "mark", PSERR_UNMATCHEDMARK},
+        {"departure: the first of a key given twice", "<< /a 1 /a 2 >> /a get", "1"},
+        {"departure: odd: the lowest goes, the mark stays", "<< /x /a 1 >> /a known", "mark true"},
+        {"departure: a key that is no text", "<< 1 2 >>", "mark", PSERR_UNMATCHEDMARK},
         {"no mark", "1 2 >>", "1 2", PSERR_UNMATCHEDMARK},
         {"no mark at all", ">>", "", PSERR_UNMATCHEDMARK},
     });
@@ -44,7 +44,7 @@ TEST(DictionaryOperatorsTest, LookingUp) {
     CheckStacks({
         {"load from the top", "/a 1 def 5 dict begin /a 2 def /a load end /a load", "2 1"},
         {"load pushes procedures", "/p {1} def /p load", "{1}"},
-        {"load: undefined, key gone", "1 /nothing load", "1", PSERR_UNDEFINED},
+        {"departure: load: undefined, key gone", "1 /nothing load", "1", PSERR_UNDEFINED},
         {"known", "<< /a 1 >> dup /a known exch /b known", "true false"},
         {"known by element key", "5 dict dup 2.5 1 put dup 2.5 known exch 2 known", "true false"},
         {"known without a dictionary", "1 /a known", "1 /a", PSERR_TYPECHECK},
@@ -73,7 +73,7 @@ TEST(DictionaryOperatorsTest, TheStack) {
     CheckStacks({
         {"begin and end", "countdictstack 5 dict begin countdictstack end countdictstack", "3 4 3"},
         {"begin of no dictionary", "1 begin", "1", PSERR_TYPECHECK},
-        {"the last three stay", "end", "", PSERR_DICTSTACKUNDERFLOW},
+        {"departure: the last three stay", "end", "", PSERR_DICTSTACKUNDERFLOW},
         {"cleardictstack",
          "cleardictstack 5 dict begin 5 dict begin cleardictstack countdictstack currentdict userdict eq", "3 true"},
         {"dictstack, bottom first", "5 array dictstack dup length exch dup 0 get systemdict eq exch 2 get userdict eq",
@@ -82,9 +82,10 @@ TEST(DictionaryOperatorsTest, TheStack) {
          "true null"},
         {"dictstack: too short", "2 array dictstack", "[null null]", PSERR_RANGE},
         {"dictstack: a packed array", "1 2 3 4 4 packedarray dictstack", "[1 2 3 4]", PSERR_TYPECHECK},
-        {"internaldict", "1183615869 internaldict /superexec known 1183615869.5 internaldict type", "true /dicttype"},
+        {"departure: internaldict", "1183615869 internaldict /superexec known 1183615869.5 internaldict type",
+         "true /dicttype"},
         {"internaldict: wrong", "1 internaldict", "1", PSERR_TYPECHECK},
-        {"superexec is there and refused", "1183615869 internaldict begin superexec", "", PSERR_UNSUPPORTED},
+        {"departure: superexec is there and refused", "1183615869 internaldict begin superexec", "", PSERR_UNSUPPORTED},
     });
 }
 
@@ -96,14 +97,14 @@ TEST(DictionaryOperatorsTest, Bind) {
         {"an operator above systemdict", "/add /sub load def {add} bind", "{add}"},
         {"a procedure of systemdict", "{findfont} bind", "{findfont}"},
         {"the text of the operator that was found", "systemdict /plus /add load put {plus} bind", "{--add--}"},
-        {"name objects stay", "[/add cvx] cvx bind", "{add}"},
+        {"departure: name objects stay", "[/add cvx] cvx bind", "{add}"},
         {"attributes don't protect", "{add} readonly bind", "{--add--}"},
         {"views bind their part", "{add sub mul} dup 1 1 getinterval bind pop", "{add --sub-- mul}"},
         {"views of one body in one procedure",
          "/b {add sub mul div} def [/b load 0 1 getinterval /b load 1 2 getinterval] cvx bind pop /b load",
          "{--add-- --sub-- --mul-- div}"},
         {"a procedure that contains itself", "{add 0} dup dup 1 exch put bind 0 get", "--add--"},
-        {"no body", "save {add} exch restore bind", "{}"},
+        {"departure: no body", "save {add} exch restore bind", "{}"},
         {"no procedure", "[1] bind", "[1]", PSERR_TYPECHECK},
         {"bound operators survive a redefinition", "/p {1 2 add} bind def /add {pop} def p", "3"},
     });

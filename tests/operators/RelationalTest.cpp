@@ -16,7 +16,7 @@ TEST(RelationalTest, Equality) {
         {"the rest", "null null eq true true eq true false eq mark mark eq /add load /add load eq",
          "true true false true true"},
         {"types that never meet", "1 true eq 1 (1) eq null /null eq", "false false false"},
-        {"infinity is not equal to itself", "1 0 div dup eq", "false"},
+        {"departure: infinity is not equal to itself", "1 0 div dup eq", "false"},
         {"ne", "1 2 ne (a) /a ne", "true false"},
         {"one operand", "1 eq", "1", PSERR_STACKUNDERFLOW},
     });
@@ -32,7 +32,8 @@ TEST(RelationalTest, Order) {
          "true true false false"},
         {"strings", "(abc) (abd) lt (ab) (abc) lt (b) (abc) gt () () ge () (a) ge", "true true true true false"},
         {"bytes have no sign", "(\\377) (a) gt", "true"},
-        {"a not-a-number is less than anything", "-1 sqrt 0 lt 0 -1 sqrt lt -1 sqrt 0 ge", "true true false"},
+        {"departure: a not-a-number is less than anything", "-1 sqrt 0 lt 0 -1 sqrt lt -1 sqrt 0 ge",
+         "true true false"},
         {"a number and a string", "1 (a) lt", "1 (a)", PSERR_TYPECHECK},
         {"booleans", "true false lt", "true false", PSERR_TYPECHECK},
         {"one operand", "1 gt", "1", PSERR_STACKUNDERFLOW},
@@ -56,7 +57,7 @@ TEST(RelationalTest, Bitshift) {
         {"right", "142 -3 bitshift", "17"},
         {"departure: the sign is copied", "-8 -1 bitshift -2147483648 -31 bitshift", "-4 -1"},
         {"departure: the count modulo 32", "1 33 bitshift 5 32 bitshift 1 -33 bitshift 5 -32 bitshift", "2 5 0 5"},
-        {"the smallest count", "5 -2147483648 bitshift", "5"},
+        {"departure: the smallest count", "5 -2147483648 bitshift", "5"},
         {"by nothing", "5 0 bitshift", "5"},
         {"no number", "5 true bitshift", "5 true", PSERR_TYPECHECK},
     });

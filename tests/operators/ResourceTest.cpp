@@ -11,7 +11,7 @@ TEST(ResourceOperatorsTest, Fonts) {
          "/X 1 dict /Font defineresource pop FontDirectory /X known "
          "true setglobal FontDirectory /X known",
          "true false"},
-        {"a global font in both",
+        {"departure: a global font in both",
          "true setglobal /X 1 dict /Font defineresource pop FontDirectory /X known "
          "false setglobal FontDirectory /X known",
          "true true"},
@@ -22,7 +22,7 @@ TEST(ResourceOperatorsTest, Fonts) {
          "true setglobal /X 1 dict /Font defineresource pop /X /Font undefineresource "
          "FontDirectory /X known false setglobal FontDirectory /X known",
          "false false"},
-        {"no dictionary", "/X 5 /Font defineresource", "", PSERR_TYPECHECK},
+        {"departure: no dictionary", "/X 5 /Font defineresource", "", PSERR_TYPECHECK},
     });
 }
 
@@ -31,9 +31,9 @@ TEST(ResourceOperatorsTest, CMaps) {
         {"define and find", "/X << /a 1 >> /CMap defineresource pop /X /CMap findresource /a get", "1"},
         {"status", "/X /CMap resourcestatus /X 1 dict /CMap defineresource pop /X /CMap resourcestatus",
          "false 0 -1 true"},
-        {"unknown", "1 /X /CMap findresource", "1", PSERR_UNDEFINED},
+        {"departure: unknown", "1 /X /CMap findresource", "1", PSERR_UNDEFINED},
         {"undefine", "/X 1 dict /CMap defineresource pop /X /CMap undefineresource /X /CMap resourcestatus", "false"},
-        {"no dictionary", "/X 5 /CMap defineresource", "", PSERR_TYPECHECK},
+        {"departure: no dictionary", "/X 5 /CMap defineresource", "", PSERR_TYPECHECK},
         {"goes with its save level", "save /X 1 dict /CMap defineresource pop restore /X /CMap resourcestatus",
          "false"},
     });
@@ -41,24 +41,25 @@ TEST(ResourceOperatorsTest, CMaps) {
 
 TEST(ResourceOperatorsTest, ListsAndRefusals) {
     CheckStacks({
-        {"categories", "/Pattern /Category resourcestatus /NoSuch /Category resourcestatus", "0 -1 true false"},
-        {"procedure sets", "/BitmapFontInit /ProcSet resourcestatus /NoSuch /ProcSet resourcestatus",
+        {"departure: categories", "/Pattern /Category resourcestatus /NoSuch /Category resourcestatus",
          "0 -1 true false"},
-        {"a listed set that is not there", "/BitmapFontInit /ProcSet findresource", "", PSERR_UNSUPPORTED},
-        {"a category can't be found", "/Font /Category findresource", "", PSERR_UNSUPPORTED},
+        {"departure: procedure sets", "/BitmapFontInit /ProcSet resourcestatus /NoSuch /ProcSet resourcestatus",
+         "0 -1 true false"},
+        {"departure: a listed set that is not there", "/BitmapFontInit /ProcSet findresource", "", PSERR_UNSUPPORTED},
+        {"departure: a category can't be found", "/Font /Category findresource", "", PSERR_UNSUPPORTED},
         {"departure: encodings", "/StandardEncoding findencoding", "", PSERR_UNSUPPORTED},
-        {"another category", "1 /X /Pattern findresource", "1", PSERR_UNSUPPORTED},
-        {"its status", "1 /X /Pattern resourcestatus", "1", PSERR_UNSUPPORTED},
-        {"defining there", "1 /X 1 dict /ProcSet defineresource", "1", PSERR_UNSUPPORTED},
-        {"undefining there", "1 /X /Category undefineresource", "1", PSERR_UNSUPPORTED},
-        {"the category must be a name", "/X (Font) findresource", "/X (Font)", PSERR_TYPECHECK},
-        {"the key a name or a string", "5 /Font findresource", "5 /Font", PSERR_TYPECHECK},
-        {"define: the key", "5 1 dict /Font defineresource", "5 <<0>> /Font", PSERR_TYPECHECK},
+        {"departure: another category", "1 /X /Pattern findresource", "1", PSERR_UNSUPPORTED},
+        {"departure: its status", "1 /X /Pattern resourcestatus", "1", PSERR_UNSUPPORTED},
+        {"departure: defining there", "1 /X 1 dict /ProcSet defineresource", "1", PSERR_UNSUPPORTED},
+        {"departure: undefining there", "1 /X /Category undefineresource", "1", PSERR_UNSUPPORTED},
+        {"departure: the category must be a name", "/X (Font) findresource", "/X (Font)", PSERR_TYPECHECK},
+        {"departure: the key a name or a string", "5 /Font findresource", "5 /Font", PSERR_TYPECHECK},
+        {"departure: define: the key", "5 1 dict /Font defineresource", "5 <<0>> /Font", PSERR_TYPECHECK},
         {"define: missing", "1 dict /Font defineresource", "<<0>> /Font", PSERR_STACKUNDERFLOW},
-        {"a long key", "130 string /Font findresource pop",
+        {"departure: a long key", "130 string /Font findresource pop",
          std::string("(" + std::string(130, '0') + ") /Font").c_str(), PSERR_RANGE},
-        {"resourceforall", "1 resourceforall", "1", PSERR_UNSUPPORTED},
-        {"findcolorrendering", "/X findcolorrendering", "/X", PSERR_UNSUPPORTED},
+        {"departure: resourceforall", "1 resourceforall", "1", PSERR_UNSUPPORTED},
+        {"departure: findcolorrendering", "/X findcolorrendering", "/X", PSERR_UNSUPPORTED},
     });
 }
 
@@ -71,7 +72,7 @@ TEST(ResourceOperatorsTest, ListsAndRefusals) {
 
 TEST(ResourceOperatorsTest, CMapDefinition) {
     CheckStacks({
-        {"the set is built anew each time",
+        {"departure: the set is built anew each time",
          "/CIDInit /ProcSet findresource /CIDInit /ProcSet findresource 1 index /a 1 put /a known exch "
          "gcheck count",
          "false true 2"},
@@ -124,9 +125,9 @@ TEST(ResourceOperatorsTest, CMapDefinition) {
 
 TEST(ResourceOperatorsTest, ProcSetUnderForeignDefinitions) {
     CheckStacks({
-        {"a definition that fails", "/bind {nothing} def /CIDInit /ProcSet findresource type countdictstack",
+        {"departure: a definition that fails", "/bind {nothing} def /CIDInit /ProcSet findresource type countdictstack",
          "/dicttype 3"},
-        {"one that asks again",
+        {"departure: one that asks again",
          "/def {pop pop /CIDInit /ProcSet findresource} bind def /CIDInit /ProcSet findresource type", "/dicttype"},
         {"one that opens dictionaries",
          "/bind {5 dict begin} def /CIDInit /ProcSet findresource pop countdictstack count", "3 1"},

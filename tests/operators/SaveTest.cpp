@@ -56,7 +56,8 @@ TEST(SaveTest, WhatStays) {
 TEST(SaveTest, Refusals) {
     CheckStacks({
         {"four levels", "save save save save count", "-save- -save- -save- -save- 4"},
-        {"five levels", "/a 1 def save save save save save", "-save- -save- -save- -save-", PSERR_VMOVERFLOW},
+        {"departure: five levels", "/a 1 def save save save save save", "-save- -save- -save- -save-",
+         PSERR_VMOVERFLOW},
         {"no save object", "/a 1 def save /a 2 def 1 restore", "-save- 1", PSERR_TYPECHECK},
         {"nothing", "restore", "", PSERR_STACKUNDERFLOW},
     });
@@ -65,20 +66,22 @@ TEST(SaveTest, Refusals) {
 // Every place in which something newer than the save can stand when the restore comes.
 TEST(SaveTest, StaleObjectsReadAsEmpty) {
     CheckStacks({
-        {"on the operand stack", "save [1 2] (abc) << /a 1 >> 4 -1 roll restore length 3 1 roll length 3 1 roll length",
-         "0 0 0"},
-        {"writing to them", "save [1 2] (abc) 3 -1 roll restore dup 0 65 put length exch length", "0 0"},
+        {"departure: on the operand stack",
+         "save [1 2] (abc) << /a 1 >> 4 -1 roll restore length 3 1 roll length 3 1 roll length", "0 0 0"},
+        {"departure: writing to them", "save [1 2] (abc) 3 -1 roll restore dup 0 65 put length exch length", "0 0"},
         {"in an older array", "/a 1 array def a save exch 0 [1 2] put restore a 0 get length", "0"},
-        {"in a global dictionary",
+        {"departure: in a global dictionary",
          "true setglobal /g 2 dict def false setglobal save g /a [1 2] put restore g /a get length", "0"},
         {"as a dictionary key",
          "true setglobal /g 2 dict def false setglobal save g 1 dict 7 put restore g length g 1 dict known", "1 false"},
-        {"on the dictionary stack", "save 5 dict begin restore /x 1 def /x where currentdict length end", "false 0"},
-        {"as a view", "save [1 2 3] 1 2 getinterval exch restore length", "0"},
-        {"copied", "save [1 2 3] exch restore dup eq", "false"},
-        {"as the dash array", "save grestore [1 2] 3 setdash restore currentdash gsave currentdash", "[] 3.0 [] 3.0"},
-        {"as the font", "save grestore << /A 1 >> setfont restore currentfont length gsave grestore", "0"},
-        {"as the color space",
+        {"departure: on the dictionary stack", "save 5 dict begin restore /x 1 def /x where currentdict length end",
+         "false 0"},
+        {"departure: as a view", "save [1 2 3] 1 2 getinterval exch restore length", "0"},
+        {"departure: copied", "save [1 2 3] exch restore dup eq", "false"},
+        {"departure: as the dash array", "save grestore [1 2] 3 setdash restore currentdash gsave currentdash",
+         "[] 3.0 [] 3.0"},
+        {"departure: as the font", "save grestore << /A 1 >> setfont restore currentfont length gsave grestore", "0"},
+        {"departure: as the color space",
          "save grestore [/Pattern /DeviceRGB] setcolorspace restore currentcolorspace length gsave "
          "currentcolorspace 0 get 1 setgray currentcolorspace",
          "0 /Pattern [/DeviceGray]"},
@@ -86,23 +89,23 @@ TEST(SaveTest, StaleObjectsReadAsEmpty) {
          "/Pattern setcolorspace save grestore << /PatternType 2 >> setcolor restore currentcolor gsave "
          "currentcolor count",
          "0"},
-        {"as a halftone",
+        {"departure: as a halftone",
          "save grestore << /A 1 >> sethalftone {1} settransfer 1 2 {3} setscreen restore currenthalftone "
          "length "
          "currenttransfer length gsave currenthalftone currenttransfer currentscreen",
          "0 0 <<0>> {} 1.0 2.0 {}"},
         {"as a state object",
          "5 setlinewidth save gstate exch restore dup setgstate currentlinewidth exch currentgstate pop", "5.0"},
-        {"as the current state",
+        {"departure: as the current state",
          "save grestore gstate setgstate 5 setlinewidth restore currentlinewidth 6 setlinewidth gsave "
          "currentlinewidth",
          "5.0 6.0"},
-        {"as states below the top",
+        {"departure: as states below the top",
          "gsave gsave save grestore grestore grestore 5 setlinewidth gsave 6 setlinewidth gsave 7 "
          "setlinewidth restore currentlinewidth grestore currentlinewidth grestore currentlinewidth",
          "7.0 6.0 5.0"},
-        {"a newer save object", "save save exch restore restore", ""},
-        {"as a matrix", "save matrix exch restore setmatrix", "[]", PSERR_RANGE},
+        {"departure: a newer save object", "save save exch restore restore", ""},
+        {"departure: as a matrix", "save matrix exch restore setmatrix", "[]", PSERR_RANGE},
     });
 }
 

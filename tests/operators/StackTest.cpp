@@ -11,7 +11,7 @@ TEST(StackTest, MovesOne) {
         {"exch: one operand stays", "1 exch", "1", PSERR_STACKUNDERFLOW},
         {"dup", "/a dup", "/a /a"},
         {"dup shares the body", "[1 2] dup 0 9 put", "[9 2]"},
-        {"dup of a packed array is an array", "1 1 packedarray dup type", "[1] /arraytype"},
+        {"departure: dup of a packed array is an array", "1 1 packedarray dup type", "[1] /arraytype"},
         {"dup: empty stack", "dup", "", PSERR_STACKUNDERFLOW},
         {"count", "7 8 count", "7 8 2"},
         {"count on an empty stack", "count", "0"},
@@ -24,8 +24,8 @@ TEST(StackTest, Index) {
         {"the nth below", "10 20 30 2 index", "10 20 30 10"},
         {"a real is truncated", "10 20 1.9 index", "10 20 10"},
         {"departure: a negative one is 0", "1 2 -1 index", "1 2 2"},
-        {"beyond the bottom: n is gone", "10 20 2 index", "10 20", PSERR_RANGE},
-        {"nothing below n", "-1 index", "", PSERR_RANGE},
+        {"departure: beyond the bottom: n is gone", "10 20 2 index", "10 20", PSERR_RANGE},
+        {"departure: nothing below n", "-1 index", "", PSERR_RANGE},
         {"no number", "1 (a) index", "1 (a)", PSERR_TYPECHECK},
         {"empty stack", "index", "", PSERR_STACKUNDERFLOW},
     });
@@ -88,7 +88,8 @@ TEST(StackTest, CopyOfStringsAndDictionaries) {
         {"other keys", "2 dict dup 1 (one) put 0 dict copy 1.0 get", "(one)"},
         {"onto itself", "<< /a 1 >> dup copy length", "1"},
         {"a dictionary on a number", "1 1 dict copy", "1 <<0>>", PSERR_TYPECHECK},
-        {"a dictionary that a restore took away: both gone", "save 1 dict exch restore 1 dict copy", "", PSERR_SYNTAX},
+        {"departure: a dictionary that a restore took away: both gone", "save 1 dict exch restore 1 dict copy", "",
+         PSERR_SYNTAX},
         {"a state on a number", "1 gstate copy", "1 -gstate-", PSERR_TYPECHECK},
         {"a state", "5 setlinewidth gstate 7 setlinewidth gstate copy 9 setlinewidth setgstate currentlinewidth",
          "5.0"},
@@ -109,9 +110,9 @@ TEST(StackTest, Marks) {
 
 TEST(StackTest, LargeStacks) {
     CheckStacks({
-        {"doubling", "mark 1 17 {counttomark copy} repeat counttomark /n exch def cleartomark n", "131072"},
-        {"many turns of many elements", "mark 0 1 100000 {} for 100001 2000000000 roll /top exch def cleartomark top",
-         "19999"},
+        {"departure: doubling", "mark 1 17 {counttomark copy} repeat counttomark /n exch def cleartomark n", "131072"},
+        {"departure: many turns of many elements",
+         "mark 0 1 100000 {} for 100001 2000000000 roll /top exch def cleartomark top", "19999"},
     });
 }
 

@@ -37,15 +37,15 @@ TEST(StringTest, Search) {
 
 TEST(StringTest, Token) {
     CheckStacks({
-        {"a number", "( 12 x) token", "( x) 12 true"},
+        {"departure: a number", "( 12 x) token", "( x) 12 true"},
         {"a real at the end", "(1.5) token", "() 1.5 true"},
-        {"a name is literal", "(add 1) token", "( 1) /add true"},
+        {"departure: a name is literal", "(add 1) token", "( 1) /add true"},
         {"a procedure", "({1 2}3) token 3 1 roll exec", "true (3) 1 2"},
         {"a string", "((a)b) token", "(b) (a) true"},
-        {"a bracket", "([1]) token", "(1]) /[ true"},
-        {"in a view", "(1 2 3) 2 3 getinterval token", "( 3) 2 true"},
+        {"departure: a bracket", "([1]) token", "(1]) /[ true"},
+        {"departure: in a view", "(1 2 3) 2 3 getinterval token", "( 3) 2 true"},
         {"no token", "() token (  ) token (%x) token", "false false false"},
-        {"bad text: the string is gone", "1 ({) token", "1", PSERR_SYNTAX},
+        {"departure: bad text: the string is gone", "1 ({) token", "1", PSERR_SYNTAX},
         {"departure: a file is refused", "(%lineedit) (r) file token", "", PSERR_UNSUPPORTED},
         {"no string", "1 token", "1", PSERR_TYPECHECK},
         {"empty stack", "token", "", PSERR_STACKUNDERFLOW},

@@ -10,7 +10,7 @@ TEST(SystemOperatorsTest, GlobalMode) {
         {"simple objects are global in either mode", "5 gcheck /a gcheck true setglobal 5 gcheck", "true true true"},
         {"setglobal: no boolean", "1 setglobal", "1", PSERR_TYPECHECK},
         {"gcheck on nothing", "gcheck", "", PSERR_STACKUNDERFLOW},
-        {"startjob", "true (x) startjob", "true (x)", PSERR_UNSUPPORTED},
+        {"departure: startjob", "true (x) startjob", "true (x)", PSERR_UNSUPPORTED},
     });
 }
 
@@ -46,12 +46,12 @@ TEST(SystemOperatorsTest, UserObjects) {
         {"a procedure that undefines itself",
          "0 {0 undefineuserobject 1} defineuserobject 0 execuserobject 0 execuserobject", "1 null"},
         {"undefine", "0 1 defineuserobject 0 undefineuserobject 0 execuserobject", "null"},
-        {"none yet: exec", "1 0 execuserobject", "1", PSERR_UNDEFINED},
-        {"none yet: undefine", "1 0 undefineuserobject", "1", PSERR_UNDEFINED},
+        {"departure: none yet: exec", "1 0 execuserobject", "1", PSERR_UNDEFINED},
+        {"departure: none yet: undefine", "1 0 undefineuserobject", "1", PSERR_UNDEFINED},
         {"none yet: the array", "UserObjects", "", PSERR_UNDEFINED},
-        {"beyond: exec", "0 1 defineuserobject 10 execuserobject", "", PSERR_RANGE},
-        {"beyond: undefine", "0 1 defineuserobject 10 undefineuserobject", "", PSERR_RANGE},
-        {"negative: exec", "0 1 defineuserobject -1 execuserobject", "", PSERR_RANGE},
+        {"departure: beyond: exec", "0 1 defineuserobject 10 execuserobject", "", PSERR_RANGE},
+        {"departure: beyond: undefine", "0 1 defineuserobject 10 undefineuserobject", "", PSERR_RANGE},
+        {"departure: negative: exec", "0 1 defineuserobject -1 execuserobject", "", PSERR_RANGE},
         {"negative: define", "-1 5 defineuserobject", "-1 5", PSERR_RANGE},
         {"huge: define", "2147483647 5 defineuserobject", "2147483647 5", PSERR_RANGE},
         {"no index: define", "/a 5 defineuserobject", "/a 5", PSERR_TYPECHECK},
@@ -69,22 +69,22 @@ TEST(SystemOperatorsTest, UserObjectsComeBackAtRestore) {
          "0 1 defineuserobject 12 5 defineuserobject save 20 2 defineuserobject 25 2 defineuserobject "
          "restore UserObjects length 12 execuserobject",
          "13 5"},
-        {"the first one", "save 0 1 defineuserobject restore 0 execuserobject", "", PSERR_UNDEFINED},
+        {"departure: the first one", "save 0 1 defineuserobject restore 0 execuserobject", "", PSERR_UNDEFINED},
         {"the object", "0 1 defineuserobject save 0 [1 2] defineuserobject restore 0 execuserobject", "1"},
     });
 }
 
 TEST(SystemOperatorsTest, DeviceAndCaches) {
     CheckStacks({
-        {"the page device is empty at the start", "currentpagedevice /PageSize get", "", PSERR_UNDEFINED},
+        {"departure: the page device is empty at the start", "currentpagedevice /PageSize get", "", PSERR_UNDEFINED},
         {"departure: it is replaced whole",
          "<< /a 1 >> setpagedevice << /PageSize [3 4] >> setpagedevice currentpagedevice dup "
          "/a known exch /PageSize get",
          "false [3 4]"},
-        {"its body goes away", "save << /a 1 >> setpagedevice restore currentpagedevice length", "0"},
+        {"departure: its body goes away", "save << /a 1 >> setpagedevice restore currentpagedevice length", "0"},
         {"setpagedevice: no dictionary", "1 setpagedevice", "1", PSERR_TYPECHECK},
-        {"pages leave the state alone", "3 setlinewidth 1 2 moveto showpage copypage nulldevice currentlinewidth count",
-         "3.0 1"},
+        {"departure: pages leave the state alone",
+         "3 setlinewidth 1 2 moveto showpage copypage nulldevice currentlinewidth count", "3.0 1"},
         {"cache parameters", "mark 1 2 3 setcacheparams currentcacheparams", "mark 1 2 3"},
         {"at the start", "currentcacheparams", "mark 500000 500 5000"},
         {"the status is fixed", "mark 1 2 3 setcacheparams 100 setcachelimit cachestatus",

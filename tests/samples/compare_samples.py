@@ -127,6 +127,13 @@ CASES = [
     ("kicad-board-edges", lambda p: (p[1] * MM * PT, p[0] * MM * PT), "both"),
 ]
 
+# Files that import whole in the complete dialect alone, with the tolerance: circles are arcs in the one format and cubics in
+# the other.
+COMPLETE_CASES = [
+    (("hp2xx-bracket", lambda p: ((p[0] + 0.14173) * MM, (396.85 + 0.14173 - p[1]) * MM), "both"), TOLERANCE),
+    (("r-boxplot", flipped(288, PT), "import"), 0.025),
+]
+
 # Files of text, the same text as outlines ten times as large, and a face that must be installed for it.
 TEXTS = [
     ("text-cairo-ttf", flipped(480, PT / 10), None),
@@ -173,10 +180,12 @@ def main():
     epsimport, folder = sys.argv[1:3]
     wanted = sys.argv[3:]
     failed = 0
-    for case in CASES:
+    cases = [(case, TOLERANCE, ()) for case in CASES]
+    cases += [(case, tolerance, ("--complete",)) for case, tolerance in COMPLETE_CASES]
+    for case, tolerance, options in cases:
         if wanted and case[0] not in wanted:
             continue
-        problems = check(epsimport, folder, case)
+        problems = check(epsimport, folder, case, tolerance, options)
         failed += bool(problems)
         print(f"{case[0]:32} {'ok' if not problems else '; '.join(problems)}")
     for name, change, face in TEXTS:

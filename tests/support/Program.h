@@ -35,7 +35,7 @@ struct RunSettings {
 struct RunResult {
     int result = 0;          ///< of the scan: 1 or -1; of RunFile 0, 1 or -1
     int error = PSERR_NONE;  ///< m_nError afterwards
-    /// Operand stack, bottom first, separated by blanks: 7 7.0 /lit exec (str) [1 2] {raw tokens} <<3>> true mark
+    /// Operand stack, bottom first, separated by blanks: 7 7.0 /lit exec (str\000) [1 2] {raw tokens} <<3>> true mark
     /// null --add-- ; other types by their name in dashes, such as -file-. Reals with up to 7 digits.
     std::string stack;
     /// One line for each entity: colour, "open" or "closed", then sections: "L x,y x,y" and "B x,y x,y x,y x,y".
@@ -78,7 +78,9 @@ struct StackCase {
     int error = PSERR_NONE;
 };
 
-/// Runs each case with RunText and compares stack and error.
+/// Runs each case with RunText and compares stack and error. Those of the plain dialect, which the settings have unless
+/// told otherwise, run in the complete one as well, and must say the same there, but for those whose name begins with
+/// "departure: ": what the plain dialect does on its own, or refuses.
 void CheckStacks(std::initializer_list<StackCase> cases, const RunSettings& settings = {});
 
 /// The entities of a program joined by line ends, for one comparison.

@@ -28,7 +28,7 @@ TEST(FontTest, DefineAndFind) {
         {"half", "1 dict definefont", "<<0>>", PSERR_STACKUNDERFLOW},
         {"departure: the key is gone", "7 findfont", "", PSERR_TYPECHECK},
         {"nothing to find", "findfont", "", PSERR_STACKUNDERFLOW},
-        {"rootfont", "rootfont", "", PSERR_UNSUPPORTED},
+        {"departure: rootfont", "rootfont", "", PSERR_UNSUPPORTED},
     });
     const std::string longKey(128, 'x');
     EXPECT_EQ(RunText("(" + longKey + ") 1 dict definefont").error, PSERR_RANGE);
@@ -40,7 +40,7 @@ TEST(FontTest, Compose) {
     CheckStacks({
         {"the dictionary is the font", "/F 1 dict dup 3 1 roll [] composefont eq", "true"},
         {"and is found", "/F << /x 1 >> [] composefont pop /F findfont /x known", "true"},
-        {"no such map", "7 /F /NoSuchMap [] composefont", "7", PSERR_UNDEFINED},
+        {"departure: no such map", "7 /F /NoSuchMap [] composefont", "7", PSERR_UNDEFINED},
         {"no array", "/F 1 dict 7 composefont", "/F <<0>> 7", PSERR_TYPECHECK},
         {"no map", "/F 7 [] composefont", "/F 7 []", PSERR_TYPECHECK},
         {"no key", "7 1 dict [] composefont", "7 <<0>> []", PSERR_TYPECHECK},
