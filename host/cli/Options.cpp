@@ -43,6 +43,18 @@ std::string CheckPositive(const std::string& text) {
     return value > 0 && std::isfinite(value) ? std::string() : "must be greater than 0: " + text;
 }
 
+std::string CheckColor(const std::string& text) {
+    const bool hexadecimal = text.size() == 6 && std::all_of(text.begin(), text.end(),
+                                                             [](unsigned char c) { return std::isxdigit(c) != 0; });
+    return hexadecimal ? std::string() : "no colour: " + text + " (six hexadecimal digits, RRGGBB)";
+}
+
+// 0x00BBGGRR of RRGGBB.
+std::uint32_t ColorOf(const std::string& text) {
+    const unsigned long value = std::stoul(text, nullptr, 16);
+    return static_cast<std::uint32_t>(value >> 16 | (value & 0xFF00) | (value & 0xFF) << 16);
+}
+
 // How many letters must change, come or go to make one text of the other.
 std::size_t EditDistance(std::string_view a, std::string_view b) {
     std::vector<std::size_t> row(b.size() + 1);
@@ -155,6 +167,8 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     double timeout = 0;
     std::string tolerance;
     bool noFillOutline = false;
+    std::vector<std::string> skippedColors;
+    std::string origin;
 
     app.add_option("FILE", options.files, "EPS files (- is standard input)")->required()->option_text("...");
     app.add_option("-o,--output", options.output.path, "Drawing; - is standard output; directory for several")
@@ -190,6 +204,17 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     app.add_option("--dxf", dxf, "Form of DXF: r2000 or r12 (r2000)")
         ->option_text("FORM")
         ->check(CLI::IsMember({"r2000", "r12"}));
+    app.add_option("--origin", origin, "Drawing's origin: keep, or corner for its lower left one (keep)")
+        ->option_text("PLACE")
+        ->check(CLI::IsMember({"keep", "corner"}));
+    app.add_option("--scale", options.output.passes.scale, "Factor for the size of the drawing (1)")
+        ->option_text("F")
+        ->check(CheckPositive);
+    app.add_option("--skip-color", skippedColors, "Leave this colour out; may be given several times")
+        ->option_text("RRGGBB")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->check(CheckColor);
     app.add_option("--report", options.report, "File for a line of JSON for each input")->option_text("FILE");
     app.add_option("-j,--jobs", options.jobs, "Files imported at the same time (1)")
         ->option_text("N")
@@ -219,6 +244,8 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     options.dialog.fillOutline = !noFillOutline;
     options.import.english = language == "en";
     if (!curves.empty()) options.output.passes.curves = kCurves.at(curves);
+    if (origin == "corner") options.output.passes.origin = Origin::Corner;
+    for (const std::string& color : skippedColors) options.output.passes.skippedColors.push_back(ColorOf(color));
     options.output.dxf = dxf == "r12" ? DxfForm::R12 : DxfForm::R2000;
     if (toleranceOption->count() > 0) options.dialog.tolerance = tolerance;
     if (timeoutOption->count() > 0) options.import.timeout = timeout;

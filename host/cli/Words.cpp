@@ -217,6 +217,7 @@ std::string TextsText(const tagRunReport& report) {
 
 std::string PassesText(const PassReport& report) {
     std::string text;
+    if (report.skipped > 0) text += CountText(report.skipped, "entity", "entities") + " skipped, ";
     if (report.circles > 0) text += CountText(report.circles, "circle", "circles") + ", ";
     return text;
 }

@@ -4,8 +4,11 @@
 
 #include <algorithm>
 
+#include "drawing/passes/SkipColors.h"
+
 PassReport RunPasses(std::vector<Figure>& figures, const PassSettings& settings) {
     PassReport report;
+    report.skipped = SkipColors(figures, settings.skippedColors);
     if (settings.curves == CurveStyle::Arc) {
         const auto circles = [&figures] {
             return std::count_if(figures.begin(), figures.end(),
@@ -15,5 +18,6 @@ PassReport RunPasses(std::vector<Figure>& figures, const PassSettings& settings)
         figures = RecogniseArcs(std::move(figures), settings.arcs);
         report.circles = static_cast<std::size_t>(circles() - before);
     }
+    report.placement = PlaceDrawing(figures, settings.scale, settings.origin);
     return report;
 }

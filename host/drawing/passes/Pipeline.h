@@ -2,26 +2,35 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "drawing/Figure.h"
+#include "drawing/passes/PlaceDrawing.h"
 #include "drawing/passes/RecogniseArcs.h"
 
 // What becomes of curves: they stay, become arcs and lines, or, in pictures only, lines.
 enum class CurveStyle { Spline, Arc, Polyline };
 
 struct PassSettings {
+    std::vector<std::uint32_t> skippedColors;  // 0x00BBGGRR
     CurveStyle curves = CurveStyle::Spline;
     ArcSettings arcs;  // its flatness is that of CurveStyle::Polyline, too
+    double scale = 1;  // greater than 0
+    Origin origin = Origin::Keep;
 
     // Whether the drawing is another one after the passes than the plug-in delivered. CurveStyle::Polyline is a way of
     // writing it.
-    bool ChangeDrawing() const { return curves == CurveStyle::Arc; }
+    bool ChangeDrawing() const {
+        return !skippedColors.empty() || curves == CurveStyle::Arc || scale != 1 || origin != Origin::Keep;
+    }
 };
 
-// What the passes did, for people to read.
+// What the passes did.
 struct PassReport {
+    std::size_t skipped = 0;  // figures that were left out for their colour
     std::size_t circles = 0;  // figures that are circles since
+    Placement placement;
 };
 
 // Runs the passes that are asked for. With none of them the figures stay as they are, bit for bit.
