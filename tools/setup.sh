@@ -2,7 +2,7 @@
 # What ./epsimport, ./test and bench/run share: packages and the build. Sourced by bash; writes to standard error only.
 
 # Packages that building the program takes, and what testing and measuring take on top.
-BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libdxflib-dev
+BUILD_PACKAGES=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libdxflib-dev libboost-dev
     zlib1g-dev libfreetype-dev libfontconfig-dev libpolyclipping-dev)
 TEST_PACKAGES=(libgtest-dev clang-14 clang-format-14 python3 python3-ezdxf python3-svgelements librsvg2-bin)
 FONT_PACKAGES=(fonts-urw-base35)  # faces of the standard fonts, which most files with text only name

@@ -1,10 +1,12 @@
 // One input file on the command line, from its path to the drawing's file and the words about it.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "cli/Options.h"
+#include "drawing/Check.h"
 #include "drawing/Figure.h"
 #include "import/ImportSession.h"
 
@@ -24,8 +26,10 @@ public:
     JobResult Run(const std::string& path, const std::string& output, ImportCounters& counters);
 
 private:
-    // Answers whether the drawing got to its file.
-    bool Write(const Drawing& drawing, const std::vector<Figure>& figures, const std::string& output) const;
+    // Writes the figures, or without any (JSON only) the entities as they were delivered. Answers whether the drawing
+    // got to its file.
+    bool Write(const Drawing& drawing, const std::vector<Figure>* figures, const std::optional<CheckReport>& check,
+               const std::string& output) const;
 
     const Options& m_Options;
     CImportSession& m_Session;

@@ -55,6 +55,17 @@ std::uint32_t ColorOf(const std::string& text) {
     return static_cast<std::uint32_t>(value >> 16 | (value & 0xFF00) | (value & 0xFF) << 16);
 }
 
+std::string CheckNotNegative(const std::string& text) {
+    double value = 0;
+    if (!CLI::detail::lexical_cast(text, value)) return "not a number: " + text;
+    return value >= 0 && std::isfinite(value) ? std::string() : "must not be less than 0: " + text;
+}
+
+// "true" is what a flag without a value has.
+std::string CheckDoubles(const std::string& text) {
+    return text == "true" || text == "contours" ? std::string() : "takes no value but contours: " + text;
+}
+
 // How many letters must change, come or go to make one text of the other.
 std::size_t EditDistance(std::string_view a, std::string_view b) {
     std::vector<std::size_t> row(b.size() + 1);
@@ -169,6 +180,7 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     bool noFillOutline = false;
     std::vector<std::string> skippedColors;
     std::string origin;
+    std::string dedupe;
 
     app.add_option("FILE", options.files, "EPS files (- is standard input)")->required()->option_text("...");
     app.add_option("-o,--output", options.output.path, "Drawing; - is standard output; directory for several")
@@ -204,6 +216,15 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     app.add_option("--dxf", dxf, "Form of DXF: r2000 or r12 (r2000)")
         ->option_text("FORM")
         ->check(CLI::IsMember({"r2000", "r12"}));
+    // A flag, so that --dedupe without a value takes no FILE for one.
+    app.add_flag("--dedupe", dedupe, "Write once what is drawn twice, or (=contours) whole contours only")
+        ->option_text("[=contours]")
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+        ->check(CheckDoubles);
+    app.add_option("--join", options.output.passes.join, "Join contours whose ends lie so near (0: equal ends)")
+        ->option_text("MM")
+        ->check(CheckNotNegative);
+    app.add_flag("--check", options.output.check, "Report what a cutter would trip over");
     app.add_option("--origin", origin, "Drawing's origin: keep, or corner for its lower left one (keep)")
         ->option_text("PLACE")
         ->check(CLI::IsMember({"keep", "corner"}));
@@ -244,6 +265,9 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
     options.dialog.fillOutline = !noFillOutline;
     options.import.english = language == "en";
     if (!curves.empty()) options.output.passes.curves = kCurves.at(curves);
+    if (!dedupe.empty())
+        options.output.passes.doubles =
+            dedupe == "contours" ? DoublesStyle::RemoveContours : DoublesStyle::RemoveStretches;
     if (origin == "corner") options.output.passes.origin = Origin::Corner;
     for (const std::string& color : skippedColors) options.output.passes.skippedColors.push_back(ColorOf(color));
     options.output.dxf = dxf == "r12" ? DxfForm::R12 : DxfForm::R2000;

@@ -22,6 +22,7 @@ struct OutputSettings {
     DrawingFormat format = DrawingFormat::Json;
     DxfForm dxf = DxfForm::R2000;
     PassSettings passes;
+    bool check = false;
 };
 
 struct Options {

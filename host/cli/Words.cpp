@@ -8,6 +8,7 @@
 
 #include "cli/Text.h"
 #include "import/EnglishResources.h"
+#include "writers/ReportJson.h"
 
 namespace {
 
@@ -218,12 +219,53 @@ std::string TextsText(const tagRunReport& report) {
 std::string PassesText(const PassReport& report) {
     std::string text;
     if (report.skipped > 0) text += CountText(report.skipped, "entity", "entities") + " skipped, ";
+    if (report.doubles.sections > 0)
+        text += CountText(report.doubles.sections, "doubled section", "doubled sections") + " removed, ";
+    if (report.join.contours > 0)
+        text += CountText(report.join.contours, "contour", "contours") + " joined from " +
+                CountText(report.join.pieces, "piece", "pieces") + ", ";
+    if (report.join.closed > 0) text += CountText(report.join.closed, "contour", "contours") + " closed, ";
     if (report.circles > 0) text += CountText(report.circles, "circle", "circles") + ", ";
     return text;
 }
 
-std::string SizeText(const Survey& survey) {
+std::string SizeText(const CBox& box) {
     char text[64];
-    std::snprintf(text, sizeof text, "%.6g x %.6g mm", survey.box.Width(), survey.box.Height());
+    std::snprintf(text, sizeof text, "%.6g x %.6g mm", box.Width(), box.Height());
+    return text;
+}
+
+std::string CheckText(const CheckReport& check, const Drawing& drawing) {
+    constexpr std::size_t kMostPlaces = 10;
+    const auto place = [](const Point& at) {
+        char text[64];
+        std::snprintf(text, sizeof text, "%.6g, %.6g", at.x + 0.0, at.y + 0.0);
+        return std::string(text);
+    };
+    std::string text = "  size " + SizeText(check.box);
+    if (!check.box.IsEmpty()) text += ", lower left corner at " + place(check.box.Min());
+    text += "\n  " + CountText(check.closed, "closed contour", "closed contours") + ", " +
+            CountText(check.open, "open one", "open ones");
+    if (check.ends > 0) {
+        text += "\n  " + CountText(check.ends, "end", "ends") + " of open contours within 1 mm of another:";
+        for (std::size_t i = 0; i < check.endPlaces.size() && i < kMostPlaces; ++i)
+            text += (i > 0 ? "; " : " ") + place(check.endPlaces[i]);
+        if (check.ends > kMostPlaces) text += "; ...";
+    }
+    if (check.doubles > 0) {
+        char length[64];
+        std::snprintf(length, sizeof length, "\n  %.6g mm drawn twice", check.doubledLength);
+        text += length;
+    }
+    const auto add = [&text](std::size_t count, const char* one, const char* many) {
+        if (count > 0) text += "\n  " + CountText(count, one, many);
+    };
+    add(check.shortSections, "section shorter than 0.01 mm", "sections shorter than 0.01 mm");
+    add(check.white, "entity in white", "entities in white");
+    add(check.outsidePage, "entity wholly outside the page", "entities wholly outside the page");
+    if (const std::string lacking = LeftOutText(drawing.report.leftOut); !lacking.empty())
+        text += "\n  not drawn: " + lacking;
+    const std::vector<std::string> advice = AdviceOf(check, drawing);
+    for (std::size_t i = 0; i < advice.size(); ++i) text += (i > 0 ? ", " : "\n  may help: ") + advice[i];
     return text;
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/Options.h"
+#include "drawing/Check.h"
 #include "drawing/Survey.h"
 #include "import/Drawing.h"
 
@@ -25,8 +26,12 @@ std::string AmountText(const Survey& survey, std::size_t entities);
 // What text there is: "12 texts drawn in 3 fonts (Helvetica with NimbusSans-Regular), "; empty without any.
 std::string TextsText(const tagRunReport& report);
 
-// What the passes did: "16 circles, "; empty when there is nothing to tell.
+// What the passes did: "38 doubled sections removed, 12 contours joined from 47 pieces, 16 circles, "; empty when there
+// is nothing to tell.
 std::string PassesText(const PassReport& report);
 
+// What a machine would trip over: a line for each, indented.
+std::string CheckText(const CheckReport& check, const Drawing& drawing);
+
 // "62 x 55.74 mm"
-std::string SizeText(const Survey& survey);
+std::string SizeText(const CBox& box);

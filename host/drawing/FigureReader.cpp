@@ -114,6 +114,15 @@ int CFigureReader::OutBezier(const point_2d* points, int count) {
 
 }  // namespace
 
+FigureReading ReadFigures(std::span<const EntityPtr> entities, double unit) {
+    FigureReading reading;
+    reading.figures.reserve(entities.size());
+    CFigureReader reader(unit);
+    for (const EntityPtr& entity : entities)
+        if (!reader.Read(*entity, reading.figures)) ++reading.leftOut;
+    return reading;
+}
+
 FigureReading ReadFigures(std::vector<EntityPtr> entities, double unit) {
     FigureReading reading;
     reading.figures.reserve(entities.size());

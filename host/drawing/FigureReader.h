@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <vector>
 
 #include "drawing/Figure.h"
@@ -15,3 +16,6 @@ struct FigureReading {
 // Reads the entities through the export face of the host. `unit` is one host unit in millimetres. Each entity
 // is released as soon as its figures are made, so that a drawing never stands in memory twice.
 FigureReading ReadFigures(std::vector<EntityPtr> entities, double unit);
+
+// The same of entities that stay.
+FigureReading ReadFigures(std::span<const EntityPtr> entities, double unit);

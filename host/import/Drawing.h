@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "hostout/HostModel.h"
+#include "objects/EpsHeader.h"
 #include "platform/Window.h"
 
 struct MessageBox {
@@ -45,6 +46,7 @@ struct Drawing {
     tagRunReport report;              // what failed, was left out and did not run
     std::shared_ptr<void> library;    // whose code the entities run: it stays loaded for as long as they are here
     std::vector<EntityPtr> entities;  // in the order of the host's list
+    std::optional<tagEpsBox> page;    // of the file's comments, in points
     bool fileAccessDenied = false;    // the program asked for a file, and had no leave
     ImportEnd end = ImportEnd::Whole;
     std::string openError;  // with ImportEnd::NotOpened: the reason

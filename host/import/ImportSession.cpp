@@ -62,6 +62,7 @@ Drawing CImportSession::Import(const std::string& path, ImportCounters& counters
         drawing.openError = input.Error();
         return drawing;
     }
+    drawing.page = input.Page();
     CPtrList list;
     tagPlugImportJob job{};
     std::memcpy(job.szPath, input.PathForPlugIn().c_str(), input.PathForPlugIn().size() + 1);

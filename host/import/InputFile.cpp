@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -70,7 +71,7 @@ int CopyBytes(int source, int target, const CStopCause& stop, std::uint64_t& cop
 
 CInputFile::CInputFile(const std::string& path, const CStopCause& stop) {
     Open(path == "-" ? "/dev/stdin" : path, stop);
-    if (m_Error.empty()) CheckBinaryHeader();
+    if (m_Error.empty()) ReadHeader();
 }
 
 CInputFile::~CInputFile() {
@@ -121,10 +122,28 @@ void CInputFile::CopyToPrivateFile(int source, const CStopCause& stop) {
         m_Error = "can't make a private copy: " + Reason(failure);
 }
 
-void CInputFile::CheckBinaryHeader() {
+void CInputFile::ReadHeader() {
     const CDescriptor file(::open(m_PlugInPath.c_str(), O_RDONLY | O_CLOEXEC));
-    std::array<unsigned char, EPS_SIGNATURE_BYTES + EPS_SECTION_BYTES> head;
-    if (file.Get() < 0 || ::read(file.Get(), head.data(), head.size()) != static_cast<ssize_t>(head.size())) return;
-    if (EpsSignatureOf(head.data()) != EpsSignature::binary) return;
-    m_bSectionMissing = EpsSectionOf(head.data() + EPS_SIGNATURE_BYTES).nOffset >= m_nSize;
+    const auto readAt = [&file](std::uint64_t position, std::uint64_t size) {
+        std::string bytes(static_cast<std::size_t>(size), '\0');
+        const ssize_t got = ::pread(file.Get(), bytes.data(), bytes.size(), static_cast<off_t>(position));
+        bytes.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
+        return bytes;
+    };
+    std::uint64_t start = 0, end = m_nSize;
+    const std::string head = readAt(0, EPS_SIGNATURE_BYTES + EPS_SECTION_BYTES);
+    const auto* bytes = reinterpret_cast<const unsigned char*>(head.data());
+    if (head.size() == EPS_SIGNATURE_BYTES + EPS_SECTION_BYTES && EpsSignatureOf(bytes) == EpsSignature::binary) {
+        const tagEpsSection section = EpsSectionOf(bytes + EPS_SIGNATURE_BYTES);
+        start = section.nOffset;
+        end = std::min(m_nSize, start + section.nLength);
+        m_bSectionMissing = start >= m_nSize;
+    }
+    if (start >= end) return;
+    tagEpsBox box{};
+    const EpsBoxPlace place = EpsHeaderBox(readAt(start, std::min<std::uint64_t>(end - start, EPS_HEADER_BYTES)), box);
+    const std::uint64_t trailer = std::min<std::uint64_t>(end - start, EPS_TRAILER_BYTES);
+    if (place == EpsBoxPlace::header ||
+        (place == EpsBoxPlace::trailer && EpsTrailerBox(readAt(end - trailer, trailer), box)))
+        m_Page = box;
 }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "import/StopCause.h"
+#include "objects/EpsHeader.h"
 
 class CInputFile {
 public:
@@ -32,10 +33,13 @@ public:
     // behind the end of the file. The plug-in takes such a section for an empty one.
     bool IsSectionMissing() const { return m_bSectionMissing; }
 
+    // The page that the comments of the program tell, in points; nothing without such a comment.
+    const std::optional<tagEpsBox>& Page() const { return m_Page; }
+
 private:
     void Open(const std::string& path, const CStopCause& stop);
     void CopyToPrivateFile(int source, const CStopCause& stop);
-    void CheckBinaryHeader();
+    void ReadHeader();
 
     std::string m_PlugInPath;
     std::string m_PrivateDirectory;  // empty without a copy
@@ -43,4 +47,5 @@ private:
     std::optional<ImportEnd> m_StoppedBy;
     std::uint64_t m_nSize = 0;
     bool m_bSectionMissing = false;
+    std::optional<tagEpsBox> m_Page;
 };

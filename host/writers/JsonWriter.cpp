@@ -20,14 +20,15 @@ class CJsonWriter {
 public:
     explicit CJsonWriter(COutputFile& out) : m_Out(out) {}
 
-    void WriteDrawing(const Drawing& drawing) {
-        WriteHead(drawing);
+    void WriteDrawing(const Drawing& drawing, const std::optional<CheckReport>& check) {
+        WriteHead(drawing, check);
         WriteList(drawing.entities, [this](const EntityPtr& entity) { WriteEntity(*entity); });
         m_Out.Write("\n}\n");
     }
 
-    void WriteDrawing(const Drawing& drawing, std::span<const Figure> figures) {
-        WriteHead(drawing);
+    void WriteDrawing(const Drawing& drawing, std::span<const Figure> figures,
+                      const std::optional<CheckReport>& check) {
+        WriteHead(drawing, check);
         m_dUnit = drawing.UnitInMillimetres();
         WriteList(figures, [this](const Figure& figure) { WriteFigure(figure); });
         m_Out.Write("\n}\n");
@@ -35,7 +36,7 @@ public:
 
 private:
     // All up to the list of entities.
-    void WriteHead(const Drawing& drawing) {
+    void WriteHead(const Drawing& drawing, const std::optional<CheckReport>& check) {
         m_Out.Write("{\n  \"source\": " + JsonText(drawing.source));
         m_Out.Write(drawing.complete ? ",\n  \"dialect\": \"complete\"" : ",\n  \"dialect\": \"plain\"");
         m_Out.Write(",\n  \"hostVersion\": " + std::to_string(drawing.hostVersion));
@@ -57,6 +58,7 @@ private:
         if (drawing.report.failure) m_Out.Write(",\n  \"failure\": " + FailureJson(*drawing.report.failure));
         if (!drawing.report.leftOut.IsEmpty()) m_Out.Write(",\n  \"leftOut\": " + LeftOutJson(drawing.report.leftOut));
         if (!drawing.report.fonts.empty()) m_Out.Write(",\n  \"fonts\": " + FontsJson(drawing.report.fonts));
+        if (check) m_Out.Write(",\n  \"check\": " + CheckJson(*check, drawing));
         m_Out.Write(",\n  \"entities\": ");
     }
 
@@ -313,8 +315,11 @@ private:
 
 }  // namespace
 
-void WriteJson(const Drawing& drawing, COutputFile& out) { CJsonWriter(out).WriteDrawing(drawing); }
+void WriteJson(const Drawing& drawing, const std::optional<CheckReport>& check, COutputFile& out) {
+    CJsonWriter(out).WriteDrawing(drawing, check);
+}
 
-void WriteJson(const Drawing& drawing, std::span<const Figure> figures, COutputFile& out) {
-    CJsonWriter(out).WriteDrawing(drawing, figures);
+void WriteJson(const Drawing& drawing, std::span<const Figure> figures, const std::optional<CheckReport>& check,
+               COutputFile& out) {
+    CJsonWriter(out).WriteDrawing(drawing, figures, check);
 }

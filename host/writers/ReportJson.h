@@ -2,7 +2,9 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "drawing/Check.h"
 #include "import/Drawing.h"
 
 // { "error": "typecheck", "operator": "add", "line": 41, "offset": 1203 }
@@ -14,3 +16,9 @@ std::string FontsJson(const std::vector<tagFontUse>& fonts);
 
 // { "texts": 12, "fonts": ["Helvetica"], "images": 1, "shadings": 0, "patterns": 0, "points": 0 }
 std::string LeftOutJson(const tagLeftOut& leftOut);
+
+// { "size": [62, 55.74], "position": [0, 0], "closed": 10, "open": 6, ... }; lengths and places are mm.
+std::string CheckJson(const CheckReport& check, const Drawing& drawing);
+
+// The options of the command line that would mend what a check found.
+std::vector<std::string> AdviceOf(const CheckReport& check, const Drawing& drawing);

@@ -3,10 +3,8 @@
 #include "complete/ClipOperators.h"
 
 #include <algorithm>
-#include <charconv>
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "complete/CompleteDialect.h"
 #include "complete/PathBridge.h"
@@ -16,6 +14,7 @@
 #include "graphics/HostUnits.h"
 #include "interp/Operands.h"
 #include "interp/OperatorChain.h"
+#include "objects/EpsHeader.h"
 
 /// What clipsave has put away, the newest first.
 struct SavedClip {
@@ -151,57 +150,12 @@ constexpr OpRow kRows[] = {
 
 // The page in the comments of the file
 
-constexpr unsigned HEADER_BYTES = 8192;
-constexpr unsigned TRAILER_BYTES = 16384;
-constexpr std::string_view BOUNDING_BOX = "%%BoundingBox:";
-
-/// Four numbers behind the comment's colon that are a box.
-bool ParseBox(std::string_view text, Box& box) {
-    double* const sides[] = {&box.left, &box.bottom, &box.right, &box.top};
-    const char* at = text.data();
-    const char* const end = at + text.size();
-    for (double* side : sides) {
-        while (at < end && (*at == ' ' || *at == '\t')) ++at;
-        const auto [behind, error] = std::from_chars(at, end, *side);
-        if (error != std::errc()) return false;
-        at = behind;
-    }
-    return box.left < box.right && box.bottom < box.top;
-}
-
-/// Calls visit(line) for each line of a text, until it answers false.
-template <class Visit>
-void VisitLines(std::string_view text, Visit visit) {
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
-        if (!visit(text.substr(0, end))) return;
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-}
-
 std::string ReadAt(const CFileElement& file, std::int64_t position, unsigned size) {
     std::string bytes(size, '\0');
     unsigned count = 0;
     if (file.SetPosition(position) != 1 || file.ReadBlock(bytes.data(), size, &count) < 0) count = 0;
     bytes.resize(count);
     return bytes;
-}
-
-/// The box of the trailer: the last one, since those of embedded documents stand before it.
-bool ReadTrailer(const CFileElement& file, std::int64_t start, Box& page) {
-    std::int64_t end = 0;
-    if (file.GetLimit(end) != 1) return false;
-    const std::int64_t from = std::max(start, end - TRAILER_BYTES);
-    bool found = false;
-    VisitLines(ReadAt(file, from, TRAILER_BYTES), [&](std::string_view line) {
-        Box box;
-        if (line.starts_with(BOUNDING_BOX) && ParseBox(line.substr(BOUNDING_BOX.size()), box)) {
-            page = box;
-            found = true;
-        }
-        return true;
-    });
-    return found;
 }
 
 }  // namespace
@@ -250,20 +204,23 @@ void CountClip(CFilterEPS& m) {
 }
 
 Box ReadPage(const CFileElement& file) {
-    Box page = DEFAULT_PAGE;
-    std::int64_t start = 0;
-    if (file.GetPosition(start) != 1) return page;
-    bool atEnd = false;
-    VisitLines(ReadAt(file, start, HEADER_BYTES), [&](std::string_view line) {
-        if (line.starts_with("%%EndComments") || line.starts_with("%%BeginDocument")) return false;
-        if (!line.starts_with(BOUNDING_BOX)) return true;
-        const std::string_view value = line.substr(BOUNDING_BOX.size());
-        Box box;
-        if (ParseBox(value, box)) page = box;
-        atEnd = value.find("(atend)") != std::string_view::npos;
-        return false;
-    });
-    if (atEnd) static_cast<void>(ReadTrailer(file, start, page));
+    std::int64_t start = 0, end = 0;
+    if (file.GetPosition(start) != 1) return DEFAULT_PAGE;
+    tagEpsBox box{};
+    bool found = false;
+    switch (EpsHeaderBox(ReadAt(file, start, EPS_HEADER_BYTES), box)) {
+        case EpsBoxPlace::none:
+            break;
+        case EpsBoxPlace::header:
+            found = true;
+            break;
+        case EpsBoxPlace::trailer:
+            if (file.GetLimit(end) == 1) {
+                const std::int64_t from = std::max<std::int64_t>(start, end - EPS_TRAILER_BYTES);
+                found = EpsTrailerBox(ReadAt(file, from, EPS_TRAILER_BYTES), box);
+            }
+            break;
+    }
     static_cast<void>(file.SetPosition(start));
-    return page;
+    return found ? Box{box.left, box.bottom, box.right, box.top} : DEFAULT_PAGE;
 }

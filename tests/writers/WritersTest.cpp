@@ -31,7 +31,7 @@ std::string Written(Write write) {
 }
 
 std::string Json(const Drawing& drawing) {
-    return Written([&](COutputFile& out) { WriteJson(drawing, out); });
+    return Written([&](COutputFile& out) { WriteJson(drawing, std::nullopt, out); });
 }
 
 std::vector<Figure> Figures(Drawing& drawing) { return ReadFigures(std::move(drawing.entities), 1).figures; }

@@ -11,14 +11,16 @@ _epsimport() {
         -f | --format) COMPREPLY=($(compgen -W "json svg dxf none" -- "$cur")); return ;;
         --lang) COMPREPLY=($(compgen -W "zh en" -- "$cur")); return ;;
         --curves) COMPREPLY=($(compgen -W "spline arc polyline" -- "$cur")); return ;;
+        --origin) COMPREPLY=($(compgen -W "keep corner" -- "$cur")); return ;;
         --dxf) COMPREPLY=($(compgen -W "r2000 r12" -- "$cur")); return ;;
         -j | --jobs) COMPREPLY=($(compgen -W "$(seq "$(nproc)")" -- "$cur")); return ;;
-        -t | --tolerance | --host-version | --flatness | --arc-tolerance | --timeout | --memory) return ;;
+        -t | --tolerance | --host-version | --flatness | --arc-tolerance | --join | --scale | --skip-color | --timeout | --memory) return ;;
     esac
 
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "-o --output -f --format -t --tolerance --no-fill-outline --host-version --info --complete
-            --fonts --lang --curves --flatness --arc-tolerance --dxf --report -j --jobs --timeout --memory --allow-file-access -q --quiet -h --help
+            --fonts --lang --curves --flatness --arc-tolerance --dxf
+            --dedupe --dedupe=contours --join --check --origin --scale --skip-color --report -j --jobs --timeout --memory --allow-file-access -q --quiet -h --help
             -V --version" -- "$cur"))
     else
         _filedir '@(eps|epsf|epsi|ps)'

@@ -14,6 +14,13 @@ complete -c epsimport -l curves -x -a 'spline arc polyline' -d 'How curves are w
 complete -c epsimport -l flatness -x -d 'Tolerance of lines and of chains of arcs, mm'
 complete -c epsimport -l arc-tolerance -x -d 'Tolerance of one arc for a curve, mm'
 complete -c epsimport -l dxf -x -a 'r2000 r12' -d 'Form of DXF'
+complete -c epsimport -l dedupe -d 'Write once what is drawn twice'
+complete -c epsimport -l dedupe=contours -d 'The same of whole contours only'
+complete -c epsimport -l join -x -d 'Join contours whose ends lie so near, mm'
+complete -c epsimport -l check -d 'Report what a cutter would trip over'
+complete -c epsimport -l origin -x -a 'keep corner' -d "The drawing's origin"
+complete -c epsimport -l scale -x -d 'Factor for the size of the drawing'
+complete -c epsimport -l skip-color -x -d 'Leave this colour out, RRGGBB'
 complete -c epsimport -l report -r -F -d 'File for a line of JSON for each input'
 complete -c epsimport -s j -l jobs -x -d 'Files imported at the same time'
 complete -c epsimport -l timeout -x -d 'End each import after this time, seconds'

@@ -15,6 +15,12 @@ _arguments -s -S \
     '--flatness[tolerance of lines and of chains of arcs]:mm:' \
     '--arc-tolerance[tolerance of one arc for a curve]:mm:' \
     '--dxf[form of DXF]:form:(r2000 r12)' \
+    '--dedupe=-[write once what is drawn twice]::what:(contours)' \
+    '--join[join contours whose ends lie so near]:mm:' \
+    '--check[report what a cutter would trip over]' \
+    "--origin[the drawing's origin]:place:(keep corner)" \
+    '--scale[factor for the size of the drawing]:factor:' \
+    '*--skip-color[leave this colour out]:RRGGBB:' \
     '--report[file for a line of JSON for each input]:file:_files' \
     '(-j --jobs)'{-j,--jobs}'[files imported at the same time]:number:' \
     '--timeout[end each import after this time]:seconds:' \

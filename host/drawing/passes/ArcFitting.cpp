@@ -9,9 +9,8 @@
 namespace {
 
 constexpr double kPi = std::numbers::pi;
-constexpr double kStraight = 0.001;  // mm
-constexpr double kForm = 0.001;      // of the handles' length
-constexpr double kNoise = 2e-5;      // mm: the rounding of 32-bit coordinates some hundred millimetres from the origin
+constexpr double kForm = 0.001;  // of the handles' length
+constexpr double kNoise = 2e-5;  // mm: the rounding of 32-bit coordinates some hundred millimetres from the origin
 
 // Beyond this radius in millimetres rounding would show in distances; its arcs are straight for any drawing.
 constexpr double kFlattest = 1e9;
@@ -53,13 +52,13 @@ bool TurnsInOneSense(const Point* p) {
 
 }  // namespace
 
-bool IsStraight(const Point* curve) {
+bool IsStraight(const Point* curve, double tolerance) {
     const Point chord = curve[3] - curve[0], h1 = curve[1] - curve[0], h2 = curve[2] - curve[0];
-    if (std::max({Norm(chord), Norm(h1), Norm(h2)}) <= kStraight) return true;
+    if (std::max({Norm(chord), Norm(h1), Norm(h2)}) <= tolerance) return true;
     const double length = Norm(chord);
     if (!(length > 0)) return false;
     const Point along = (1 / length) * chord;
-    if (!(FarthestFromChord(Cross(along, h1), Cross(along, h2)) <= kStraight)) return false;
+    if (!(FarthestFromChord(Cross(along, h1), Cross(along, h2)) <= tolerance)) return false;
     const double x1 = Dot(along, h1), x2 = Dot(along, h2);
     return StaysPositive(x1, x2 - x1, length - x2, 0);
 }

@@ -7,9 +7,9 @@
 #include "drawing/Figure.h"
 #include "drawing/Section.h"
 
-// The curve lies within a thousandth of a millimetre of its chord and goes one way along it. True also for a curve
+// The curve lies within the tolerance of its chord and goes one way along it. True also for a curve
 // that nowhere leaves its start that far.
-bool IsStraight(const Point* curve);
+bool IsStraight(const Point* curve, double tolerance = 0.001);
 
 // What the arc turns that the curve has the form of: its control polygon is symmetric, and its handles are 4/3
 // tan(sweep / 4) radii long, the length at which a Bézier curve meets the arc halfway. At most a quarter of a circle,
