@@ -263,7 +263,7 @@ std::string CheckText(const CheckReport& check, const Drawing& drawing) {
     add(check.shortSections, "section shorter than 0.01 mm", "sections shorter than 0.01 mm");
     add(check.white, "entity in white", "entities in white");
     add(check.outsidePage, "entity wholly outside the page", "entities wholly outside the page");
-    if (const std::string lacking = LeftOutText(drawing.report.leftOut); !lacking.empty())
+    if (const std::string lacking = LeftOutText(drawing.report.leftOut, true); !lacking.empty())
         text += "\n  not drawn: " + lacking;
     const std::vector<std::string> advice = AdviceOf(check, drawing);
     for (std::size_t i = 0; i < advice.size(); ++i) text += (i > 0 ? ", " : "\n  may help: ") + advice[i];

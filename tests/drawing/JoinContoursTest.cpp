@@ -55,7 +55,7 @@ TEST(JoinContours, JoinsWhereItIsClearWhatGoesOn) {
              {"a gap closed in its middle",
               1,
               {Lines({{0, 0}, {3, 0}}), Lines({{5.5, 1}, {9, 0}}), Lines({{5.5, 0.5}, {7, 9}})},
-              "(0,0 3,0) (9,0 5.5,0.75 7,9)"},
+              "(0,0 3,0) (7,9 5.5,0.75 9,0)"},
              {"colours stay apart", 1, {Lines({{0, 0}, {5, 0}}, 1), Lines({{5, 0}, {9, 0}}, 2)}, "(0,0 5,0) (5,0 9,0)"},
              {"three, two of them straight",
               0,

@@ -156,7 +156,9 @@ TEST(RemoveDoubles, TakesOutWhatIsCovered) {
         EXPECT_EQ(report.sections, c.sections);
         EXPECT_EQ(report.length, measured);
         EXPECT_NEAR(LengthOf(figures) + report.length, LengthOf(c.figures), 0.02);
-        if (c.sections == 0) EXPECT_TRUE(Equal(figures, c.figures));
+        if (c.sections == 0) {
+            EXPECT_TRUE(Equal(figures, c.figures));
+        }
         std::vector<Figure> again = figures;
         EXPECT_EQ(RemoveDoubles(again).sections, 0u);
         EXPECT_TRUE(Equal(again, figures));
