@@ -178,17 +178,17 @@ TEST(GraphStateTest, CopiesShareNothing) {
          "true false"},
         {"a view becomes whole", "[1 2 3 4] 1 2 getinterval 0 setdash gsave currentdash pop dup length exch 2 get",
          "2 [2 3] 2", PSERR_RANGE},
-        {"font held from below",
+        {"departure: font held from below",
          "/f << /A 1 >> def f setfont gsave f /X 1 put currentfont /X known grestore currentfont /X known",
          "false true"},
-        {"font taken above",
+        {"departure: font taken above",
          "<< /A 1 >> setfont gsave currentfont /X 1 put currentfont /X known grestore currentfont /X known",
          "true false"},
-        {"array in a font",
+        {"departure: array in a font",
          "/f << /A [1 2] >> def f setfont gsave grestore f /A get 0 9 put gsave currentfont /A get f /A get "
          "1 8 put currentfont /A get",
          "[9 2] [9 2]"},
-        {"string in a font",
+        {"departure: string in a font",
          "/f << /S (abc) >> def f setfont gsave grestore f /S get 0 65 put gsave f /S get 1 66 put "
          "currentfont "
          "/S get",
@@ -224,7 +224,7 @@ TEST(GraphStateTest, CopiesShareNothing) {
          "length",
          "13"},
         {"undef", "/f << /A 1 >> def f setfont gsave grestore f /A undef gsave currentfont /A known", "false"},
-        {"the start font", "gsave currentfont /X 1 put grestore currentfont /X known", "false"},
+        {"departure: the start font", "gsave currentfont /X 1 put grestore currentfont /X known", "false"},
         {"halftone",
          "/h << /A 1 >> def h sethalftone 3 setflat gsave 4 setflat h /X 1 put gsave currenthalftone /X "
          "known grestore "
@@ -256,7 +256,8 @@ TEST(GraphStateTest, CopiesShareNothing) {
          "true setglobal gsave false setglobal currentdash pop gcheck currenttransfer gcheck grestore "
          "currentdash pop gcheck",
          "true true false"},
-        {"the start font is global, its copies are not", "currentfont gcheck gsave currentfont gcheck", "true false"},
+        {"departure: the start font is global, its copies are not", "currentfont gcheck gsave currentfont gcheck",
+         "true false"},
     });
 }
 

@@ -64,8 +64,8 @@ TEST(ExecuteTest, ElementsOfProcedures) {
 TEST(ExecuteTest, FontDirectoryCannotBeHidden) {
     CheckStacks({
         {"departure: a definition is not seen", "/FontDirectory 5 def FontDirectory type", "/dicttype"},
-        {"global mode", "/Foo 1 dict definefont pop true setglobal FontDirectory /Foo known", "false"},
-        {"local mode", "/Foo 1 dict definefont pop FontDirectory /Foo known", "true"},
+        {"departure: global mode", "/Foo 1 dict definefont pop true setglobal FontDirectory /Foo known", "false"},
+        {"departure: local mode", "/Foo 1 dict definefont pop FontDirectory /Foo known", "true"},
     });
 }
 
@@ -77,7 +77,7 @@ TEST(ExecuteTest, FlagsTravel) {
         {"exit leaves the innermost loop", "2 {1 {exit 9} repeat 3} repeat", "3 3"},
         {"departure: stop ends a loop and is swallowed", "{{stop} loop 5} stopped", "5 false"},
         {"stop without a loop", "{1 stop 2} stopped", "1 true"},
-        {"exit passes stopped", "{{exit} stopped 7} loop 8", "false 8"},
+        {"departure: exit passes stopped", "{{exit} stopped 7} loop 8", "false 8"},
     });
 }
 

@@ -51,8 +51,8 @@ TEST(NameMeaningTest, SaveLevels) {
         {"a value goes", "/p {a} def /a 1 def p save /a 2 def p exch restore p", "1 2 1"},
         {"a key goes", "/p {a} def save /a 2 def p exch restore p", "2", PSERR_UNDEFINED},
         {"a key that hides another goes", "/p {a} def /a 1 def 1 dict begin save /a 2 def p exch restore p end", "2 1"},
-        {"the dictionary on top loses its storage", "/p {a} def /a 1 def save 1 dict begin /a 2 def p exch restore p p",
-         "2 1 1"},
+        {"departure: the dictionary on top loses its storage",
+         "/p {a} def /a 1 def save 1 dict begin /a 2 def p exch restore p p", "2 1 1"},
         {"new dictionaries where old ones were",
          "/p {a} def /a 0 def 3 {save 1 dict begin /a 5 def p end exch restore p} "
          "repeat",

@@ -19,15 +19,15 @@ TEST(StartupTest, WellKnownEntries) {
         {"$error", "$error length $error /newerror get", "6 false"},
         {"the internal dictionary", "1183615869 internaldict /superexec known", "true"},
         {"departure: superexec is refused", "{} 1183615869 internaldict /superexec get exec", "{}", PSERR_UNSUPPORTED},
-        {"the default font", "/Any findfont dup /FontType get exch /FontName get", "1 /Helvetica"},
-        {"its numbers",
+        {"departure: the default font", "/Any findfont dup /FontType get exch /FontName get", "1 /Helvetica"},
+        {"departure: its numbers",
          "/Any findfont dup /PaintType get exch dup /UniqueID get exch dup /WMode get exch /FontBBox get",
          "0 5020902 0 [-174 -285 1001 953]"},
-        {"its matrix and encoding",
+        {"departure: its matrix and encoding",
          "/Any findfont dup /FontMatrix get exch /Encoding get dup length exch {/.notdef eq {} {(other)} ifelse} "
          "forall",
          "[0.001 0.0 0.0 0.001 0.0 0.0] 256"},
-        {"its FontInfo",
+        {"departure: its FontInfo",
          "/Any findfont dup length exch /FontInfo get dup length exch "
          "[/versiont /Notice /FullName /FamilyName /Weight /ItalicAngle /isFixedPitch /UnderlinePosition "
          "/UnderlineThickness] {1 index exch get exch} forall pop",

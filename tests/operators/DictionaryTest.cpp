@@ -95,7 +95,7 @@ TEST(DictionaryOperatorsTest, Bind) {
         {"nested procedures, not literal arrays", "{{add} 1} dup 1 [{add} 0 get] put bind", "{{--add--} [add]}"},
         {"a name above systemdict", "/add {} def {add sub} bind", "{add --sub--}"},
         {"an operator above systemdict", "/add /sub load def {add} bind", "{add}"},
-        {"a procedure of systemdict", "{findfont} bind", "{findfont}"},
+        {"departure: a procedure of systemdict", "{findfont} bind", "{findfont}"},
         {"the text of the operator that was found", "systemdict /plus /add load put {plus} bind", "{--add--}"},
         {"departure: name objects stay", "[/add cvx] cvx bind", "{add}"},
         {"attributes don't protect", "{add} readonly bind", "{--add--}"},

@@ -5,9 +5,9 @@ namespace {
 
 TEST(ResourceOperatorsTest, Fonts) {
     CheckStacks({
-        {"define and find", "/X << /a 1 >> /Font defineresource /a get /X /Font findresource /a get", "1 1"},
-        {"a string as the key", "(X) << /a 1 >> /Font defineresource pop /X /Font findresource /a get", "1"},
-        {"in the directory of the mode",
+        {"departure: define and find", "/X << /a 1 >> /Font defineresource /a get /X /Font findresource /a get", "1 1"},
+        {"departure: a string as the key", "(X) << /a 1 >> /Font defineresource pop /X /Font findresource /a get", "1"},
+        {"departure: in the directory of the mode",
          "/X 1 dict /Font defineresource pop FontDirectory /X known "
          "true setglobal FontDirectory /X known",
          "true false"},
@@ -15,10 +15,10 @@ TEST(ResourceOperatorsTest, Fonts) {
          "true setglobal /X 1 dict /Font defineresource pop FontDirectory /X known "
          "false setglobal FontDirectory /X known",
          "true true"},
-        {"an unknown font is the default one, and not entered",
+        {"departure: an unknown font is the default one, and not entered",
          "/X /Font findresource /FontName get /X /Font resourcestatus", "/Helvetica false"},
-        {"status", "/X 1 dict /Font defineresource pop /X /Font resourcestatus", "0 -1 true"},
-        {"undefine",
+        {"departure: status", "/X 1 dict /Font defineresource pop /X /Font resourcestatus", "0 -1 true"},
+        {"departure: undefine",
          "true setglobal /X 1 dict /Font defineresource pop /X /Font undefineresource "
          "FontDirectory /X known false setglobal FontDirectory /X known",
          "false false"},
@@ -78,47 +78,48 @@ TEST(ResourceOperatorsTest, CMapDefinition) {
          "false true 2"},
         {"the stacks and the mode are as before", "/CIDInit /ProcSet findresource pop countdictstack currentglobal",
          "3 false"},
-        {"what begincmap defines",
+        {"departure: what begincmap defines",
          CMAP_HEAD ".CodeMapData FontMatrices .FontIndex .TempMaps {maxlength} forall CodeMap",
          "[[] [] []] [] 0 20 50 50 null"},
-        {"an empty one", CMAP_HEAD "endcmap .CodeMapData currentdict /.TempMaps known FontMatrices",
+        {"departure: an empty one", CMAP_HEAD "endcmap .CodeMapData currentdict /.TempMaps known FontMatrices",
          "[[] [] []] false [[] [] []]"},
-        {"code spaces, block by block",
+        {"departure: code spaces, block by block",
          CMAP_HEAD "2 begincodespacerange <00> <80> <8140> <9FFC> endcodespacerange "
                    "1 begincodespacerange <A0> <DF> endcodespacerange endcmap .CodeMapData 0 get {bytes} forall",
          "[0] [128] [129 64] [159 252] [160] [223]"},
-        {"a range: prefix, header, tails, value, font",
+        {"departure: a range: prefix, header, tails, value, font",
          CMAP_HEAD "1 begincidrange <8140> <817E> 633 endcidrange " CMAP_RANGES,
          "[[129] [1 1 0 2] [64 126] [2 121] 0]"},
-        {"one code of a byte, and one of two",
+        {"departure: one code of a byte, and one of two",
          CMAP_HEAD "2 begincidrange <20> <20> 1 <8180> <8180> 2 endcidrange " CMAP_RANGES,
          "[[] [1 1 0 2] [32 32] [0 1] 0 [129] [1 1 0 2] [128 128] [0 2] 0]"},
-        {"the last byte is never in the prefix", CMAP_HEAD "1 begincidrange <0102> <0202> 5 endcidrange " CMAP_RANGES,
-         "[[] [2 1 0 2] [1 2 2 2] [0 5] 0]"},
-        {"neighbours with the same prefix are one, others are not",
+        {"departure: the last byte is never in the prefix",
+         CMAP_HEAD "1 begincidrange <0102> <0202> 5 endcidrange " CMAP_RANGES, "[[] [2 1 0 2] [1 2 2 2] [0 5] 0]"},
+        {"departure: neighbours with the same prefix are one, others are not",
          CMAP_HEAD "4 begincidrange <8140> <817E> 1 <8180> <81AC> 300 <8240> <8241> 7 <8142> <8143> 9 "
                    "endcidrange " CMAP_RANGES,
          "[[129] [1 1 0 2] [64 126 128 172] [0 1 1 44] 0 [130] [1 1 0 2] [64 65] [0 7] 0 [129] [1 1 0 2] [66 "
          "67] [0 9] 0]"},
-        {"not of another length, not of another font",
+        {"departure: not of another length, not of another font",
          CMAP_HEAD "2 begincidrange <10> <11> 1 <2010> <3011> 2 endcidrange /.FontIndex 3 def "
                    "1 begincidrange <12> <13> 4 endcidrange " CMAP_RANGES,
          "[[] [1 1 0 2] [16 17] [0 1] 0 [] [2 1 0 2] [32 16 48 17] [0 2] 0 [] [1 1 0 2] [18 19] [0 4] 3]"},
-        {"an empty block", CMAP_HEAD "0 begincidrange endcidrange " CMAP_RANGES, "[]"},
-        {"read-only to the leaves of FontMatrices, which are the tables",
+        {"departure: an empty block", CMAP_HEAD "0 begincidrange endcidrange " CMAP_RANGES, "[]"},
+        {"departure: read-only to the leaves of FontMatrices, which are the tables",
          CMAP_HEAD "1 begincidrange <00> <01> 1 endcidrange endcmap FontMatrices dup wcheck exch 1 get dup "
                    "wcheck exch 0 get wcheck",
          "false false false"},
-        {"a tail of more than 255 bytes is a stop",
+        {"departure: a tail of more than 255 bytes is a stop",
          CMAP_HEAD "{1 begincidrange 300 string dup dup length string copy dup 0 1 put 5 endcidrange} stopped "
                    ".TempMaps 1 get length 2 array astore /r exch def clear r",
          "[true 0]"},
-        {"what the standard has beyond them is not defined", CMAP_HEAD "1 beginbfrange", "1", PSERR_UNDEFINED},
-        {"a CMap that is kept",
+        {"departure: what the standard has beyond them is not defined", CMAP_HEAD "1 beginbfrange", "1",
+         PSERR_UNDEFINED},
+        {"departure: a CMap that is kept",
          CMAP_HEAD "1 begincidrange <00> <01> 1 endcidrange endcmap /X currentdict /CMap defineresource pop end end "
                    "/X /CMap findresource /.CodeMapData get 1 get length",
          "5"},
-        {"after a save",
+        {"departure: after a save",
          CMAP_HEAD "save 1 begincidrange <00> <01> 1 endcidrange endcmap .CodeMapData 1 get length exch restore", "5"},
     });
 }

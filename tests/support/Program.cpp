@@ -188,7 +188,7 @@ void CheckStack(const StackCase& c, const RunSettings& settings) {
 void CheckStacks(std::initializer_list<StackCase> cases, const RunSettings& settings) {
     RunSettings complete = settings;
     complete.dialect = MakeDialect<CCompleteDialect>;
-    complete.patience = 2;  // should a row forget to say that the plain dialect alone ends its loop
+    complete.patience = 60;  // should a row forget to say that the plain dialect alone ends its loop
     for (const StackCase& c : cases) {
         SCOPED_TRACE(std::string(c.name) + ": " + c.program);
         CheckStack(c, settings);

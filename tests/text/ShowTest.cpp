@@ -42,11 +42,11 @@ TEST(ShowTest, WhatGlyphProceduresSee) {
     EXPECT_EQ(shown("/BuildChar {nosuch}", "()"), "");
     EXPECT_EQ(shown("/x 1 /BuildChar {pop /x get}", "(a)"), "1");
     CheckStacks({
-        {"each glyph looks its procedure up",
+        {"departure: each glyph looks its procedure up",
          "<< /FontType 3 /FontMatrix matrix /Encoding [] /BuildChar {pop /BuildChar {/new 3 1 roll} put} >> "
          "setfont (ab) show",
          "/new <<4>> 98"},
-        {"the width stays until the next",
+        {"departure: the width stays until the next",
          "<< /FontType 3 /FontMatrix matrix /Encoding [] /BuildChar {exch pop 97 eq {36 72 setcharwidth} if} "
          ">> setfont "
          "0 0 moveto (ab) show currentpoint",
@@ -55,21 +55,21 @@ TEST(ShowTest, WhatGlyphProceduresSee) {
          "<< /FontType 3 /FontMatrix matrix /Encoding [] /BuildChar {pop pop} >> setfont 72 0 moveto (ab) "
          "show currentpoint",
          "72.0 0.0"},
-        {"what it sets stays set",
+        {"departure: what it sets stays set",
          "<< /FontType 3 /FontMatrix matrix /Encoding [] /BuildChar {pop pop 5 setlinewidth 9 9 scale} >> "
          "setfont (a) show "
          "currentlinewidth matrix currentmatrix 0 get",
          "5.0 1.0"},
-        {"every glyph is of the first font",
+        {"departure: every glyph is of the first font",
          "<< /FontType 3 /FontMatrix matrix /Encoding [] /BuildChar {exch pop 1 dict setfont} >> setfont "
          "(ab) show",
          "97 98"},
-        {"the CTM goes to the state of the moment",
+        {"departure: the CTM goes to the state of the moment",
          "2 2 scale gsave 3 3 scale << /FontType 3 /FontMatrix matrix /Encoding [] /BuildChar {pop pop "
          "grestore} >> setfont (a) show "
          "matrix currentmatrix 0 get",
          "6.0"},
-        {"a restore below the font",
+        {"departure: a restore below the font",
          "/s save def << /FontType 3 /FontMatrix matrix /Encoding [] /BuildChar {pop pop s restore} >> "
          "setfont (ab) show",
          ""},
@@ -80,7 +80,7 @@ TEST(ShowTest, FontsThatCannotBeShown) {
     CheckStacks({
         {"departure: the font of the start", "(a) show", "", PSERR_SYNTAX},
         {"departure: no type", "1 dict setfont () show", "", PSERR_SYNTAX},
-        {"another type", "<< /FontType 1 >> setfont (a) show", ""},
+        {"departure: another type", "<< /FontType 1 >> setfont (a) show", ""},
         {"departure: neither procedure", "<< /FontType 3 /FontMatrix matrix /Encoding [] >> setfont (a) show", "",
          PSERR_SYNTAX},
         {"not needed for an empty string", "<< /FontType 3 >> setfont () show", ""},
@@ -91,7 +91,7 @@ TEST(ShowTest, FontsThatCannotBeShown) {
          "", PSERR_SYNTAX},
         {"departure: a code beyond the encoding",
          "<< /FontType 3 /FontMatrix matrix /Encoding [/a] /BuildGlyph {} >> setfont (a) show", "", PSERR_SYNTAX},
-        {"a failing procedure",
+        {"departure: a failing procedure",
          "<< /FontType 3 /FontMatrix matrix /Encoding [] /BuildChar {nosuch} >> setfont (a) show", "<<4>> 97",
          PSERR_UNDEFINED},
         {"no string", "/a show", "/a", PSERR_TYPECHECK},
@@ -101,19 +101,19 @@ TEST(ShowTest, FontsThatCannotBeShown) {
 
 TEST(ShowTest, Relatives) {
     CheckStacks({
-        {"ashow", "7 1 2 (a) ashow", "7"},
-        {"widthshow", "7 1 2 3 (a) widthshow", "7"},
-        {"awidthshow", "7 1 2 3 4 5 (a) awidthshow", "7"},
-        {"numbers", "7 (a) [1] xshow (a) (b) xyshow (a) [1] yshow", "7"},
-        {"procedures", "7 {nosuch} (a) cshow {nosuch} (a) kshow", "7"},
-        {"glyphshow", "7 /a glyphshow currentfont /FontID get glyphshow", "7"},
-        {"stringwidth", "7 (abc) stringwidth", "7 0.0 0.0"},
+        {"departure: ashow", "7 1 2 (a) ashow", "7"},
+        {"departure: widthshow", "7 1 2 3 (a) widthshow", "7"},
+        {"departure: awidthshow", "7 1 2 3 4 5 (a) awidthshow", "7"},
+        {"departure: numbers", "7 (a) [1] xshow (a) (b) xyshow (a) [1] yshow", "7"},
+        {"departure: procedures", "7 {nosuch} (a) cshow {nosuch} (a) kshow", "7"},
+        {"departure: glyphshow", "7 /a glyphshow currentfont /FontID get glyphshow", "7"},
+        {"departure: stringwidth", "7 (abc) stringwidth", "7 0.0 0.0"},
         {"no string", "1 2 /a ashow", "1 2 /a", PSERR_TYPECHECK},
         {"too few", "1 (a) ashow", "1 (a)", PSERR_STACKUNDERFLOW},
         {"no numbers", "(a) 7 xshow", "(a) 7", PSERR_TYPECHECK},
         {"no string below", "7 [1] yshow", "7 [1]", PSERR_TYPECHECK},
         {"a literal array", "[1] (a) kshow", "[1] (a)", PSERR_TYPECHECK},
-        {"no name", "7 glyphshow", "7", PSERR_TYPECHECK},
+        {"departure: no name", "7 glyphshow", "7", PSERR_TYPECHECK},
         {"no text", "7 stringwidth", "7", PSERR_TYPECHECK},
     });
     EXPECT_EQ(DrawnIn("1 2 (a) ashow /a glyphshow"), "") << "only show draws";
@@ -122,16 +122,16 @@ TEST(ShowTest, Relatives) {
 TEST(ShowTest, Metrics) {
     CheckStacks({
         {"all operands go", "7 1 2 3 4 5 6 setcachedevice 1 2 setcharwidth 1 2 3 4 5 6 7 8 9 10 setcachedevice2", "7"},
-        {"the width of setcachedevice",
+        {"departure: the width of setcachedevice",
          "<< /FontType 3 /FontMatrix matrix /Encoding [] /BuildChar {pop pop 72 36 0 0 9 9 setcachedevice} "
          ">> setfont (a) show currentpoint",
          "72.0 36.0"},
-        {"that of writing mode 0",
+        {"departure: that of writing mode 0",
          "<< /FontType 3 /FontMatrix matrix /Encoding [] /BuildChar {pop pop 72 36 0 0 9 9 1 2 3 4 "
          "setcachedevice2} >> setfont (a) show "
          "currentpoint",
          "72.0 36.0"},
-        {"nine operands", "1 2 3 4 5 6 7 8 9 setcachedevice2", "1 2 3 4 5 6 7 8 9", PSERR_RANGE},
+        {"departure: nine operands", "1 2 3 4 5 6 7 8 9 setcachedevice2", "1 2 3 4 5 6 7 8 9", PSERR_RANGE},
         {"one of another type", "1 2 3 4 5 /a 7 8 9 10 setcachedevice2", "1 2 3 4 5 /a 7 8 9 10", PSERR_TYPECHECK},
         {"five operands", "1 2 3 4 5 setcachedevice", "1 2 3 4 5", PSERR_STACKUNDERFLOW},
         {"no number", "1 (a) setcharwidth", "1 (a)", PSERR_TYPECHECK},
