@@ -22,9 +22,9 @@ void FuzzFileInfo(const std::uint8_t* data, std::size_t size);
 /// other ones than a slow reference scanner finds.
 void FuzzScanner(const std::uint8_t* data, std::size_t size);
 
-/// Makes glyphs of the bytes as a font program of the kind that the first of them tells. Traps when a glyph has an outline
-/// with an open contour or a coordinate that isn't finite, when a second face of the same bytes has another one, or when
-/// encrypted charstrings draw anything else than plain ones.
+/// Makes glyphs of the bytes as a font program of the kind that the first of them tells. Traps when a glyph has an
+/// outline with an open contour or a coordinate that isn't finite, when a second face of the same bytes has another
+/// one, or when encrypted charstrings draw anything else than plain ones.
 void FuzzFont(const std::uint8_t* data, std::size_t size);
 
 /// Runs a chain of one or two decoders over the bytes, with parameters that the first of them tell, and some encoders.

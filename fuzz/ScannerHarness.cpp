@@ -1,5 +1,5 @@
-// The lexer against a slow reference of the plain dialect's scanner: byte after byte over the whole text, with the state
-// in plain variables, and nothing shared with the lexer.
+// The lexer against a slow reference of the plain dialect's scanner: byte after byte over the whole text, with the
+// state in plain variables, and nothing shared with the lexer.
 #include <cstdlib>
 #include <memory>
 #include <string>

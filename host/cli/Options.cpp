@@ -217,7 +217,7 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
         ->option_text("FORM")
         ->check(CLI::IsMember({"r2000", "r12"}));
     // A flag, so that --dedupe without a value takes no FILE for one.
-    app.add_flag("--dedupe", dedupe, "Write once what is drawn twice, or (=contours) whole contours only")
+    app.add_flag("--dedupe", dedupe, "Draw nothing twice; =contours: no contour twice")
         ->option_text("[=contours]")
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
         ->check(CheckDoubles);
@@ -225,7 +225,7 @@ std::optional<int> ParseOptions(int argc, const char* const* argv, Options& opti
         ->option_text("MM")
         ->check(CheckNotNegative);
     app.add_flag("--check", options.output.check, "Report what a cutter would trip over");
-    app.add_option("--origin", origin, "Drawing's origin: keep, or corner for its lower left one (keep)")
+    app.add_option("--origin", origin, "Lower left corner: keep, or corner for 0, 0 (keep)")
         ->option_text("PLACE")
         ->check(CLI::IsMember({"keep", "corner"}));
     app.add_option("--scale", options.output.passes.scale, "Factor for the size of the drawing (1)")

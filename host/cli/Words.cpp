@@ -25,7 +25,8 @@ std::string LimitText(const std::optional<std::uint64_t>& bytes) {
 
 std::string LineText(std::int64_t line) { return "line " + std::to_string(line) + ": "; }
 
-// A name out of a file, cut short, as it may be as long as the file, and with bytes that no terminal should see as \ooo.
+// A name out of a file, cut short, as it may be as long as the file, and with bytes that no terminal should see as
+// \ooo.
 std::string Printable(const std::string& token) {
     constexpr std::size_t kMost = 40;
     std::string text;

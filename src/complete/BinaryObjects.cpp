@@ -1,6 +1,6 @@
-// printobject and writeobject: objects as binary object sequences (PLRM, Binary Encoding; the reader of the same form is
-// BinaryTokens.cpp). An object of eight bytes is its type, a tag, a length and a value; elements of arrays follow the
-// array, and texts all objects.
+// printobject and writeobject: objects as binary object sequences (PLRM, Binary Encoding; the reader of the same form
+// is BinaryTokens.cpp). An object of eight bytes is its type, a tag, a length and a value; elements of arrays follow
+// the array, and texts all objects.
 #include "complete/BinaryObjects.h"
 
 #include <bit>

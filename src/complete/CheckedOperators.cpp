@@ -1,6 +1,6 @@
-// A row here names an operator of the chain that has an answer of its own where the language reference has an error, and
-// the test that comes first. The operator itself is that of the chain; with a test that fails it doesn't run, and its
-// operands are where they were. What the tests don't look at (missing operands, types), the operator does.
+// A row here names an operator of the chain that has an answer of its own where the language reference has an error,
+// and the test that comes first. The operator itself is that of the chain; with a test that fails it doesn't run, and
+// its operands are where they were. What the tests don't look at (missing operands, types), the operator does.
 #include "complete/CheckedOperators.h"
 
 #include <array>
@@ -42,8 +42,8 @@ bool IsComposite(const CElement& e) {
     return e.m_nType == ET_ARRAY || e.m_nType == ET_PACKEDARRAY || e.m_nType == ET_STRING || e.m_nType == ET_DICT;
 }
 
-/// PLRM, Local and Global VM: what is in global VM may not refer to what is in local VM. Most values are no objects that
-/// could; the rest is asked for these alone.
+/// PLRM, Local and Global VM: what is in global VM may not refer to what is in local VM. Most values are no objects
+/// that could; the rest is asked for these alone.
 bool IsLocal(const CElement& value) { return IsComposite(value) && !value.IsGlobal() && LengthOf(&value) != 0; }
 
 Fault FaultOfStoring(const CArrayElement& target, const CElement* value) {

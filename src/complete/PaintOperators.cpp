@@ -123,8 +123,8 @@ void AddLoop(CFilterEPS& m, const std::vector<MeshPoint>& loop) {
 }
 
 // shading  shfill  -                         stackunderflow typecheck rangecheck undefined
-// Departure: one outline in one colour, for what is a transition between many: of the BBox, of the triangles, or else of
-// the clip.
+// Departure: one outline in one colour, for what is a transition between many: of the BBox, of the triangles, or else
+// of the clip.
 int OpShfill(CFilterEPS& m) {
     Operands in(m);
     const CDictionary* operand = in.Dict(0);

@@ -1,5 +1,5 @@
-// save, restore and the graphics state stack (PLRM, Save and Restore; Graphics State). The chain's operators do the work;
-// here is what they may not do.
+// save, restore and the graphics state stack (PLRM, Save and Restore; Graphics State). The chain's operators do the
+// work; here is what they may not do.
 #include "complete/StateOperators.h"
 
 #include "complete/CompleteDialect.h"

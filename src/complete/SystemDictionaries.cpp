@@ -1,5 +1,6 @@
 // The names that files of earlier language levels and of printers use (PLRM, Appendix D, and the supplements that it
-// stands for): papers, statusdict and serverdict. Most tell a printer what to do, and so take their operands and no more.
+// stands for): papers, statusdict and serverdict. Most tell a printer what to do, and so take their operands and no
+// more.
 #include "complete/SystemDictionaries.h"
 
 #include <string_view>

@@ -14,8 +14,8 @@ struct point_2d {
     [[nodiscard]] float DistFrom(const point_2d& other) const noexcept {
         const float dx = x - other.x;
         const float dy = y - other.y;
-        // Squares of floats are exact in double, and their sum neither vanishes nor overflows: this is what hypot gives,
-        // without a call.
+        // Squares of floats are exact in double, and their sum neither vanishes nor overflows: this is what hypot
+        // gives, without a call.
         const double square = static_cast<double>(dx) * dx + static_cast<double>(dy) * dy;
         if (!std::isfinite(square)) return std::hypot(dx, dy);
         return static_cast<float>(std::sqrt(square));

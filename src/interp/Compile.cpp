@@ -1,5 +1,5 @@
-// Makes the code of procedures. What is found out here is what can't change while the body stays as it is; that a name is
-// an operator now only makes it worthwhile to ask for that whenever the step runs.
+// Makes the code of procedures. What is found out here is what can't change while the body stays as it is; that a name
+// is an operator now only makes it worthwhile to ask for that whenever the step runs.
 #include <bit>
 #include <new>
 

@@ -165,8 +165,8 @@ public:
         g_bExitFlag = g_bStopFlag = false;
         return set;
     }
-    /// Asks the host now and then whether the user wants out, by the work that has been done (objects/Work.h). True when
-    /// the run has to end.
+    /// Asks the host now and then whether the user wants out, by the work that has been done (objects/Work.h). True
+    /// when the run has to end.
     [[nodiscard]] bool IsInterrupted(std::int64_t steps = 1) { return (g_nWorkLeft -= steps) <= 0 && PollHost(); }
     /// The value of a name on the dictionary stack, from the top; null when no dictionary has it.
     [[nodiscard]] const CElement* LookUp(const CName* name) const {

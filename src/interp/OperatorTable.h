@@ -5,8 +5,9 @@
 
 #include "objects/Name.h"
 
-// Forms of operators for operands that stand in front of them in a procedure and have not been pushed (interp/BodyCode.h).
-// 1 done, -1 failed. 0, with nothing done, wherever the operator itself would do anything but its usual work.
+// Forms of operators for operands that stand in front of them in a procedure and have not been pushed
+// (interp/BodyCode.h). 1 done, -1 failed. 0, with nothing done, wherever the operator itself would do anything but its
+// usual work.
 class CArrayElement;
 using OnNumberFn = int (*)(CFilterEPS&, double value, bool isReal);
 using OnProcedureFn = int (*)(CFilterEPS&, const CArrayElement& proc);

@@ -46,8 +46,8 @@ public:
     /// The code of the elements, or null. Whatever runs may change the body: ask again behind it.
     [[nodiscard]] const Step* Code() const noexcept { return m_pCode.get(); }
     void SetCode(std::unique_ptr<Step[]> code) noexcept { m_pCode = std::move(code); }
-    /// Counts an entry of a procedure without code, and answers whether it is the one to make the code at. A body that is
-    /// changed again and again is given up after a few times.
+    /// Counts an entry of a procedure without code, and answers whether it is the one to make the code at. A body that
+    /// is changed again and again is given up after a few times.
     [[nodiscard]] bool IsToCompile(int atEntry) noexcept {
         if (m_nCompiled >= MOST_COMPILED || atEntry <= 0 || ++m_nEntries < atEntry) return false;
         m_nEntries = 0;

@@ -74,7 +74,7 @@ NumberClass PlainNumber(std::string_view text, double& value) noexcept {
     constexpr std::ptrdiff_t mostDigits = 15;
     constexpr std::ptrdiff_t mostIntegerDigits = 9;
     static constexpr double powers[mostDigits + 1] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                               1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+                                                      1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
     const char* at = text.data();
     const char* const end = at + text.size();
     const bool negative = at != end && *at == '-';

@@ -12,8 +12,8 @@ enum class NumberClass : signed char { none = -1, integer = 0, real = 1 };
 [[nodiscard]] NumberClass ClassifyNumber(std::string_view text) noexcept;
 
 /// Classifies and converts the texts that most numbers of files are in one pass: digits with or without a minus sign in
-/// front and a point among them, few enough (9 of an integer, 15 of a real) to be computed exactly, so that the value is
-/// that of the two functions around this one to the last bit. Any other text is none, number or not.
+/// front and a point among them, few enough (9 of an integer, 15 of a real) to be computed exactly, so that the value
+/// is that of the two functions around this one to the last bit. Any other text is none, number or not.
 [[nodiscard]] NumberClass PlainNumber(std::string_view text, double& value) noexcept;
 
 /// Takes the value of a text that ClassifyNumber took for a number, as far as its bytes make sense

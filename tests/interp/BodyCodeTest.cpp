@@ -1,5 +1,5 @@
-// Procedures run by their elements, by their code from the first entry on, and by what they come to have on the way: all
-// the same. Rows in which a step that is out of date, or a shortcut that isn't one, would show.
+// Procedures run by their elements, by their code from the first entry on, and by what they come to have on the way:
+// all the same. Rows in which a step that is out of date, or a shortcut that isn't one, would show.
 #include "support/Program.h"
 
 namespace {

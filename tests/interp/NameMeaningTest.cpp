@@ -1,4 +1,5 @@
-// What a name means is remembered from one execution to the next: rows in which a meaning that is out of date would show.
+// What a name means is remembered from one execution to the next: rows in which a meaning that is out of date would
+// show.
 #include "support/Program.h"
 
 namespace {

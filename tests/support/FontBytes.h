@@ -16,8 +16,8 @@ struct SfntGlyph {
 
 struct SfntOptions {
     int unitsPerEm = 1000;
-    /// Makes it a font file: names of the face and, with hasGlyphNames, of the glyphs, and a map from characters. Empty:
-    /// no more tables than a Type 42 font has.
+    /// Makes it a font file: names of the face and, with hasGlyphNames, of the glyphs, and a map from characters.
+    /// Empty: no more tables than a Type 42 font has.
     std::string postScriptName;
     bool hasGlyphNames = false;
 };

@@ -296,7 +296,8 @@ bool CharStringRun::CallOtherSubr(const double*) {
         m_nFlexPoints = 0;
         return OpenContour();
     }
-    // The number 2 follows each of these moves. 3 gets the number of the subroutine with the new hints and gives it back.
+    // The number 2 follows each of these moves. 3 gets the number of the subroutine with the new hints and gives it
+    // back.
     return true;
 }
 

@@ -1,5 +1,5 @@
-// Faces that FreeType reads: what sfnt data, CFF tables and the font files of the system have in common. No instructions
-// of a font run, and nothing is rounded to pixels.
+// Faces that FreeType reads: what sfnt data, CFF tables and the font files of the system have in common. No
+// instructions of a font run, and nothing is rounded to pixels.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +20,8 @@ public:
     /// Which of FreeType's drivers may look at data out of a file: hostile bytes meet no other one.
     enum class Driver { TrueType, Cff };
 
-    /// emUnits: how many units of the face the em has. Null for data that can't be read, or that is more than MAX_BYTES.
+    /// emUnits: how many units of the face the em has. Null for data that can't be read, or that is more than
+    /// MAX_BYTES.
     [[nodiscard]] static std::unique_ptr<FreeTypeFace> OpenBytes(std::string bytes, Driver driver, int index,
                                                                  double emUnits);
     /// A font file of the system. Glyphs that have the standard Latin characters get the standard names, whatever names

@@ -13,8 +13,8 @@
 
 namespace text {
 
-/// A face for a font that is only named, in thousandths of the em: the FontMatrix [0.001 0 0 0.001 0 0] is right for it.
-/// Its glyphs are found by name.
+/// A face for a font that is only named, in thousandths of the em: the FontMatrix [0.001 0 0 0.001 0 0] is right for
+/// it. Its glyphs are found by name.
 struct SubstituteFace {
     std::shared_ptr<FontFace> face;  ///< never null
     std::string usedName;            ///< PostScript name of the face in the system
