@@ -1,5 +1,8 @@
 // Fonts in the complete dialect: how they are found, defined and scaled, what programs do to them, and each font type's
 // way to its glyphs.
+#include <algorithm>
+#include <cstdint>
+
 #include "complete/CompleteDialect.h"
 #include "complete/FontPrograms.h"
 #include "support/Program.h"
@@ -175,7 +178,8 @@ TEST(CompleteFontTest, Eexec) {
 
 std::string Big(std::uint32_t value, int bytes) {
     std::string text;
-    for (int shift = 8 * (bytes - 1); shift >= 0; shift -= 8) text.push_back(static_cast<char>(value >> shift));
+    for (int shift = 8 * (bytes - 1); shift >= 0; shift -= 8)
+        text.push_back(static_cast<char>(std::uint64_t{value} >> std::min(shift, 63)));
     return text;
 }
 

@@ -41,8 +41,10 @@ TEST_F(NumberTest, AnElementIsOfferedUntilItIsTaken) {
 
 #ifdef EPS_ADDRESS_SANITIZER
 TEST_F(NumberTest, ReadingADroppedNumberIsReported) {
-    const CNumberElement* dropped = NewInt(5).get();
-    EXPECT_DEATH(static_cast<void>(dropped->GetInt()), "use-after-poison");
+    const CNumberElement* volatile dropped = NewInt(5).get();
+    volatile std::int32_t read = 0;
+    EXPECT_DEATH(read = dropped->GetInt(), "use-after-poison");
+    EXPECT_EQ(read, 0);
 }
 #endif
 
