@@ -20,7 +20,7 @@ public:
 #endif
         return ::operator new(size);
     }
-    static void Give(void* p, std::size_t size) noexcept {
+    static void Give(void* p, [[maybe_unused]] std::size_t size) noexcept {
 #ifndef EPS_ADDRESS_SANITIZER
         if (size == sizeof(T)) {
             if (!p) return;
@@ -29,7 +29,7 @@ public:
             return;
         }
 #endif
-        ::operator delete(p, size);
+        ::operator delete(p);
     }
 
 private:

@@ -97,8 +97,6 @@ CDictionary* DirectoryOf(CFilterEPS& m, bool global) {
     return global ? (m.*Global).get() : (m.*Local).get();
 }
 
-constexpr auto FontDirectory = DirectoryOf<&CFilterEPS::m_pFontDirectory, &CFilterEPS::m_pSharedFontDirectory>;
-constexpr auto CMapDirectory = DirectoryOf<&CFilterEPS::m_pCMapDirectory, &CFilterEPS::m_pCMapDirectory>;
 
 ElementPtr FindFontElsewhere(CFilterEPS& m, const CElement& key) {
     const CName* name = KeyNameOf(key);
