@@ -97,7 +97,6 @@ CDictionary* DirectoryOf(CFilterEPS& m, bool global) {
     return global ? (m.*Global).get() : (m.*Local).get();
 }
 
-
 ElementPtr FindFontElsewhere(CFilterEPS& m, const CElement& key) {
     const CName* name = KeyNameOf(key);
     return name ? m.Dialect().FindUndefinedFont(m, name) : nullptr;
