@@ -11,7 +11,7 @@
 #include "complete/ProgramLexer.h"
 #include "hostout/HostCore.h"
 #include "interp/Operands.h"
-#include "platform/FileSystem.h"
+#include "operators/FileOperators.h"
 #include "platform/Window.h"
 
 namespace {
@@ -264,15 +264,7 @@ int OpStatus(CFilterEPS& m) {
         return 1;
     }
     const auto status = FileSystem::Status(std::string(static_cast<const CStringElement&>(*operand).KeyText()).c_str());
-    if (status) {
-        constexpr std::int64_t bytesPerPage = 1024;
-        for (const std::int64_t n :
-             {status->nSize / bytesPerPage, status->nSize, status->nModified, status->nCreated}) {
-            TypedPtr<CNumberElement> number = NewInt(0);
-            number->SetInt64(n);
-            m.Push(std::move(number));
-        }
-    }
+    if (status) PushFileStatus(m, *status);
     m.PushBool(status.has_value());
     return 1;
 }

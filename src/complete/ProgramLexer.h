@@ -88,55 +88,23 @@ int ReadProcedure(CFilterEPS& m, Lexer& lexer, ElementPtr& procedure) {
 
 template <class Lexer>
 int ReadLexeme(CFilterEPS& m, Lexer& lexer, Lexeme lexeme, ElementPtr& object) {
-    const auto name = [](std::string_view text) {
-        auto element = MakeElement<CSimpElement>(text);
-        element->m_bExec = true;
-        return element;
-    };
     switch (lexeme) {
-        case Lexeme::token: {
-            const NumberClass numberClass = ClassifyNumber(lexer.Text());
-            if (numberClass == NumberClass::none) {
-                object = name(lexer.Text());
-                return 1;
-            }
-            if (m.PushNumberToken(lexer.Text(), numberClass) != 1) return -1;
-            object = m.Pop();
-            return 1;
-        }
-        case Lexeme::literal:
-            object = MakeElement<CSimpElement>(lexer.Text());
-            return 1;
         case Lexeme::immediate: {
             const CElement* value = m.LookUp(InternName(lexer.Text()));
             if (!value) return m.Fail(PSERR_UNDEFINED);
             object = value->Clone();
             return 1;
         }
-        case Lexeme::string:
-        case Lexeme::hexString:
-            object = MakeElement<CStringElement>(lexer.Text());
-            return 1;
-        case Lexeme::arrayBegin:
-            object = name("[");
-            return 1;
-        case Lexeme::arrayEnd:
-            object = name("]");
-            return 1;
-        case Lexeme::dictBegin:
-            object = name("<<");
-            return 1;
-        case Lexeme::dictEnd:
-            object = name(">>");
-            return 1;
         case Lexeme::braceOpen:
             return ReadProcedure(m, lexer, object);
         case Lexeme::binary:
             return ReadBinaryToken(
                 m, static_cast<unsigned char>(lexer.Text().front()),
                 [&lexer](std::string& bytes, std::size_t n) { return lexer.TakeBytes(bytes, n); }, object);
-        default:
-            return m.Fail(PSERR_SYNTAX);
+        default: {
+            const int result = ReadSimpleLexeme(m, lexer, lexeme, true, object);
+            return result == 0 ? m.Fail(PSERR_SYNTAX) : result;
+        }
     }
 }
 

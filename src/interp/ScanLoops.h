@@ -80,42 +80,33 @@ int RunLexer(CFilterEPS& m, Lexer& lexer) {
     }
 }
 
-/// Reads the object that a lexer delivers next; null at its end. 1, or -1 with PSERR_SYNTAX or what the making of a
-/// procedure meets.
+/// Makes the object of a lexeme that is one by itself: a number, a name (executable or not, as the caller's procedures
+/// have them), a string, a bracket. 1; 0 for any other lexeme; -1 with PSERR_SYNTAX.
 template <class Lexer>
-int ReadObject(CFilterEPS& m, Lexer& lexer, ElementPtr& object) {
-    object = nullptr;
-    const auto name = [](std::string_view text) { return MakeElement<CSimpElement>(text); };
-    switch (lexer.Next()) {
-        case Lexeme::end:
-        case Lexeme::comment:
-        case Lexeme::braceOpen:
-        case Lexeme::braceClose:
-        case Lexeme::binary:
-        case Lexeme::endComment:
-            return 1;
-        case Lexeme::failure:
-            return m.Fail(lexer.Error());
+int ReadSimpleLexeme(CFilterEPS& m, const Lexer& lexer, Lexeme lexeme, bool executable, ElementPtr& object) {
+    const auto name = [&](std::string_view text) {
+        auto element = MakeElement<CSimpElement>(text);
+        element->m_bExec = executable;
+        return element;
+    };
+    switch (lexeme) {
         case Lexeme::token: {
             const NumberClass numberClass = ClassifyNumber(lexer.Text());
-            if (numberClass != NumberClass::none) {
-                if (m.PushNumberToken(lexer.Text(), numberClass) != 1) return -1;
-                object = m.Pop();
-            } else {
+            if (numberClass == NumberClass::none) {
                 object = name(lexer.Text());
+                return 1;
             }
+            if (m.PushNumberToken(lexer.Text(), numberClass) != 1) return -1;
+            object = m.Pop();
             return 1;
         }
         case Lexeme::literal:
-        case Lexeme::immediate:
-            object = name(lexer.Text());
+            object = MakeElement<CSimpElement>(lexer.Text());
             return 1;
         case Lexeme::string:
         case Lexeme::hexString:
             object = MakeElement<CStringElement>(lexer.Text());
             return 1;
-        case Lexeme::procedure:
-            return m.ParseProcedure(lexer.Text(), object);
         case Lexeme::arrayBegin:
             object = name("[");
             return 1;
@@ -128,6 +119,25 @@ int ReadObject(CFilterEPS& m, Lexer& lexer, ElementPtr& object) {
         case Lexeme::dictEnd:
             object = name(">>");
             return 1;
+        default:
+            return 0;
     }
-    return 1;
+}
+
+/// Reads the object that a lexer of the plain syntax delivers next; null at its end. 1, or -1 with PSERR_SYNTAX or what
+/// the making of a procedure meets.
+template <class Lexer>
+int ReadObject(CFilterEPS& m, Lexer& lexer, ElementPtr& object) {
+    object = nullptr;
+    switch (const Lexeme lexeme = lexer.Next(); lexeme) {
+        case Lexeme::failure:
+            return m.Fail(lexer.Error());
+        case Lexeme::immediate:
+            object = MakeElement<CSimpElement>(lexer.Text());
+            return 1;
+        case Lexeme::procedure:
+            return m.ParseProcedure(lexer.Text(), object);
+        default:
+            return ReadSimpleLexeme(m, lexer, lexeme, false, object) < 0 ? -1 : 1;
+    }
 }

@@ -13,7 +13,6 @@
 #include "interp/Keys.h"
 #include "interp/Operands.h"
 #include "operators/ControlOperators.h"
-#include "platform/FileSystem.h"
 #include "platform/Window.h"
 
 namespace {
@@ -259,11 +258,7 @@ int OpStatus(CFilterEPS& m) {
         m.PushBool(false);
         return m.Fail(PSERR_IO, FileErrorName());
     }
-    constexpr std::int64_t bytesPerPage = 1024;
-    PushInt64(m, status->nSize / bytesPerPage);
-    PushInt64(m, status->nSize);
-    PushInt64(m, status->nModified);
-    PushInt64(m, status->nCreated);
+    PushFileStatus(m, *status);
     m.PushBool(true);
     return 1;
 }
@@ -394,6 +389,14 @@ ElementPtr CDialect::MakeFilter(CFilterEPS& m, std::string_view name, ElementPtr
     auto filter = MakeElement<CFilterElement>(kind, std::move(source), std::move(params));
     if (kind == FILTER_REUSABLE && m.SkipFilterData(filter.get()) != 1) return nullptr;
     return filter;
+}
+
+void PushFileStatus(CFilterEPS& m, const FileSystem::FileStatus& status) {
+    constexpr std::int64_t bytesPerPage = 1024;
+    PushInt64(m, status.nSize / bytesPerPage);
+    PushInt64(m, status.nSize);
+    PushInt64(m, status.nModified);
+    PushInt64(m, status.nCreated);
 }
 
 constinit const OpTable kFileCoreOperators{kCoreRows};
