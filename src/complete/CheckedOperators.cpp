@@ -10,6 +10,8 @@
 #include <utility>
 
 #include "complete/KeptOperands.h"
+#include "graphics/GraphState.h"
+#include "graphics/MatrixOperators.h"
 #include "interp/FilterEPS.h"
 #include "interp/Keys.h"
 #include "interp/OperatorChain.h"
@@ -155,6 +157,61 @@ Fault CheckCvi(const CFilterEPS& m) {
                : RANGE;
 }
 
+/// A segment needs a current point; Numbers are its operands.
+template <int Numbers>
+Fault CheckCurrentPoint(const CFilterEPS& m) {
+    if (m.GetCurrentGState()->GetPathCount() > 0) return NONE;
+    for (int i = 0; i < Numbers; ++i) {
+        if (!NumberAt(m, i)) return NONE;
+    }
+    return {PSERR_NOCURRENTPOINT};
+}
+
+/// PLRM, setlinecap and setlinejoin: 0, 1 or 2.
+Fault CheckLineStyle(const CFilterEPS& m) {
+    const CNumberElement* style = NumberAt(m, 0);
+    return style && (style->GetInt() < 0 || style->GetInt() > 2) ? RANGE : NONE;
+}
+
+Fault CheckMiterLimit(const CFilterEPS& m) {
+    const CNumberElement* limit = NumberAt(m, 0);
+    return limit && !(limit->GetReal() >= 1) ? RANGE : NONE;
+}
+
+/// Lengths of dashes are numbers, none below zero and not all of them zero.
+Fault CheckDash(const CFilterEPS& m) {
+    const auto* dash = As<CArrayElement>(At(m, 1));
+    if (!dash || !NumberAt(m, 0)) return NONE;
+    double sum = 0;
+    for (std::int32_t i = 0; i < dash->GetLength(); ++i) {
+        const auto* length = As<CNumberElement>(dash->GetAt(i));
+        if (!length) return {PSERR_TYPECHECK};
+        if (length->GetReal() < 0) return RANGE;
+        sum += length->GetReal();
+    }
+    return dash->GetLength() > 0 && sum == 0 ? RANGE : NONE;
+}
+
+bool IsSingular(const double six[6]) { return six[0] * six[3] - six[1] * six[2] == 0; }
+
+Fault CheckInverse(const CFilterEPS& m) {
+    const auto* matrix = As<CArrayElement>(At(m, 1));
+    double six[6];
+    const bool isMatrix = matrix && As<CArrayElement>(At(m, 0)) && ReadMatrix(*matrix, six) == PSERR_NONE;
+    return isMatrix && IsSingular(six) ? UNDEFINED_RESULT : NONE;
+}
+
+/// Of itransform and idtransform: by a matrix on the stack, or the CTM.
+Fault CheckInverseMap(const CFilterEPS& m) {
+    double six[6];
+    if (const auto* matrix = As<CArrayElement>(At(m, 0))) {
+        if (ReadMatrix(*matrix, six) != PSERR_NONE) return NONE;
+    } else {
+        m.GetCurrentGState()->GetCTM(six);
+    }
+    return IsSingular(six) ? UNDEFINED_RESULT : NONE;
+}
+
 struct CheckedRow {
     const char* name;
     Fault (*check)(const CFilterEPS&);
@@ -180,6 +237,15 @@ constexpr CheckedRow kChecked[] = {
     {"exp", CheckExp},
     {"atan", CheckAtan},
     {"cvi", CheckCvi, 1},
+    {"lineto", CheckCurrentPoint<2>},
+    {"curveto", CheckCurrentPoint<6>},
+    {"setlinecap", CheckLineStyle},
+    {"setlinejoin", CheckLineStyle},
+    {"setmiterlimit", CheckMiterLimit},
+    {"setdash", CheckDash},
+    {"invertmatrix", CheckInverse},
+    {"itransform", CheckInverseMap},
+    {"idtransform", CheckInverseMap},
 };
 
 /// Looked up when the library is loaded: the chain's tables are constants.

@@ -50,6 +50,19 @@ TEST(CompleteValueTest, ErrorsOfTheReference) {
              Fault{"1 add", "1", "stackunderflow"},
              Fault{"(a) 1 mul", "(a) 1", "typecheck"},
              Fault{"7 maxlength", "7", "typecheck"},
+             Fault{"newpath 1 2 lineto", "1 2", "nocurrentpoint"},
+             Fault{"newpath 1 (a) lineto", "1 (a)", "typecheck"},
+             Fault{"newpath 1 2 3 4 5 6 curveto", "1 2 3 4 5 6", "nocurrentpoint"},
+             Fault{"3 setlinecap", "3", "rangecheck"},
+             Fault{"-1 setlinejoin", "-1", "rangecheck"},
+             Fault{"0.5 setmiterlimit", "0.5", "rangecheck"},
+             Fault{"[1 -1] 0 setdash", "[1 -1] 0", "rangecheck"},
+             Fault{"[0 0] 0 setdash", "[0 0] 0", "rangecheck"},
+             Fault{"[1 true] 0 setdash", "[1 true] 0", "typecheck"},
+             Fault{"[1 2 2 4 0 0] 6 array invertmatrix", "[1 2 2 4 0 0] [null null null null null null]",
+                   "undefinedresult"},
+             Fault{"1 2 [0 0 0 1 0 0] itransform", "1 2 [0 0 0 1 0 0]", "undefinedresult"},
+             Fault{"1 0 scale 1 2 idtransform", "1 2", "undefinedresult"},
          }) {
         SCOPED_TRACE(c.program);
         const RunResult result = RunText(std::string("{") + c.program + "} stopped $error /errorname get", kComplete);

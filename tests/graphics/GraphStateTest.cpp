@@ -17,9 +17,9 @@ TEST(GraphStateTest, Lines) {
         {"departure: at the start",
          "currentlinewidth currentlinecap currentlinejoin currentmiterlimit currentstrokeadjust currentdash",
          "0.0 0 0 0.0 false [] 0.0"},
-        {"nothing is clamped",
+        {"departure: nothing is clamped",
          "-2 setlinewidth currentlinewidth 9.7 setlinecap currentlinecap -3 setlinejoin currentlinejoin", "-2.0 9 -3"},
-        {"rounded to float", "0.1 setmiterlimit currentmiterlimit 0.1 eq true setstrokeadjust currentstrokeadjust",
+        {"rounded to float", "1.1 setmiterlimit currentmiterlimit 1.1 eq true setstrokeadjust currentstrokeadjust",
          "true true"},
         {"the dash array itself", "[3 1] dup 2 setdash dup 0 7 put currentdash", "[7 1] [7 1] 2.0"},
         {"no dash array", "[1] /a setdash", "[1] /a", PSERR_TYPECHECK},
@@ -327,12 +327,14 @@ TEST(GraphStateTest, CopiesAreAsGoodAsFullOnes) {
 
 TEST(GraphStateTest, ValuesOfAnyShape) {
     CheckStacks({
-        {"nested deep",
+        {"departure: nested deep",
          "[] 300 {1 array dup 0 4 -1 roll put} repeat 0 setdash gsave gsave currentdash pop length grestore "
          "grestore",
          "1"},
-        {"an array in itself", "1 array dup dup 0 exch put 0 setdash gsave currentdash pop length grestore", "1"},
-        {"twice", "2 array dup dup 0 exch put dup dup 1 exch put 0 setdash gsave gsave currentdash pop length", "2"},
+        {"departure: an array in itself", "1 array dup dup 0 exch put 0 setdash gsave currentdash pop length grestore",
+         "1"},
+        {"departure: twice",
+         "2 array dup dup 0 exch put dup dup 1 exch put 0 setdash gsave gsave currentdash pop length", "2"},
         {"a font in an array of itself", "/f 2 dict def f /A [f f] put f setfont gsave currentfont /A get length", "2"},
         {"departure: an element without storage", "save [1] exch restore 0 setdash gsave currentdash pop length", "0"},
         {"a state in a font", "<< /G gstate >> setfont gsave grestore gsave currentfont /G get", "-gstate-"},

@@ -55,7 +55,7 @@ TEST(MatrixTest, MapsPoints) {
         {"itransform", "2 4 scale 4 5 translate 10 24 itransform 10 24 [2 0 0 4 8 20] itransform", "1.0 1.0 1.0 1.0"},
         {"idtransform", "2 4 scale 4 5 translate 2 4 idtransform 2 4 [2 0 0 4 8 20] idtransform", "1.0 1.0 1.0 1.0"},
         {"rotated and back", "30 rotate 7 8 translate 3 5 transform itransform 5 eq exch 3 eq", "true true"},
-        {"singular", "0 0 scale 1 1 itransform dup eq exch dup eq", "false false"},
+        {"departure: singular", "0 0 scale 1 1 itransform dup eq exch dup eq", "false false"},
         {"one number", "1 transform", "1", PSERR_STACKUNDERFLOW},
         {"below a number", "(a) 1 transform", "(a) 1", PSERR_TYPECHECK},
         {"below a matrix", "(a) 1 matrix transform", "(a) 1 [1.0 0.0 0.0 1.0 0.0 0.0]", PSERR_TYPECHECK},
