@@ -11,6 +11,7 @@ DictStackShape CDictStack::ShapeWith(const CDictionary& dict) noexcept {
 
 const CDictNode* CDictStack::Search(const CName* name) const {
     for (const CElement* e = Top(); e; e = e->m_pPrev) {
+        CountWork(1);
         if (const CDictNode* node = static_cast<const CDictionary*>(e)->Find(name)) return node;
     }
     return nullptr;

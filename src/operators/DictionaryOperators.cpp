@@ -27,6 +27,7 @@ CElement* ReadKey(Operands& in, int depth) {
 /// The topmost dictionary on the stack that has a key; null when none has it.
 CDictionary* DictOf(const CFilterEPS& m, const CKey& key) {
     for (CElement* e = m.m_DictStack.Top(); e; e = e->m_pPrev) {
+        CountWork(1);
         auto* dict = static_cast<CDictionary*>(e);
         if (key.IsIn(*dict)) return dict;
     }
@@ -106,6 +107,7 @@ private:
 /// than systemdict, or has something else.
 const COperatorElement* SystemOperator(const CFilterEPS& m, const CName* name) {
     for (const CElement* e = m.m_DictStack.Top(); e; e = e->m_pPrev) {
+        CountWork(1);
         const auto& dict = static_cast<const CDictionary&>(*e);
         const CDictNode* node = dict.Find(name);
         if (!node) continue;
@@ -301,6 +303,7 @@ int BindProcedure(CFilterEPS& m, BoundNames names) {
         const size_t end = first + static_cast<size_t>(procedure.GetLength());
         CUnvisited::Indices& indices = unvisited.Of(*body);
         for (size_t i = CUnvisited::Find(indices, first); i < end; i = CUnvisited::Find(indices, i)) {
+            if (m.IsInterrupted()) return -1;
             indices[i] = i + 1;
             const CElement& e = body->Contents().At(i);
             if (e.IsProcedure()) {
