@@ -19,7 +19,7 @@ struct Parameter {
 
 constexpr Parameter kUserParameters[] = {
     {"AccurateScreens", false}, {"HalftoneMode", 0},        {"IdiomRecognition", true}, {"JobName", ""},
-    {"JobTimeout", 0},          {"MaxDictStack", 10000},    {"MaxExecStack", 3000},     {"MaxFontItem", 12500},
+    {"JobTimeout", 0},          {"MaxDictStack", 10000},    {"MaxExecStack", 100000},   {"MaxFontItem", 12500},
     {"MaxFormItem", 100000},    {"MaxLocalVM", 2147483647}, {"MaxOpStack", 1000000},    {"MaxPatternItem", 20000},
     {"MaxScreenItem", 48000},   {"MaxSuperScreen", 1016},   {"MaxUPathItem", 5000},     {"MinFontCompress", 1250},
     {"VMReclaim", 0},           {"VMThreshold", 40000},     {"WaitTimeout", 300},

@@ -1,6 +1,5 @@
 // The execution engine: what a name means, and how the elements of a procedure run. There is no execution stack:
-// everything here is recursion, bounded by a count and by the room left on the thread's stack.
-#include <optional>
+// everything here is recursion, bounded by the room left on the thread's stack.
 #include <utility>
 
 #include "hostout/HostCore.h"
@@ -11,22 +10,11 @@
 bool g_bExitFlag = false;
 bool g_bStopFlag = false;
 
-/// One level of nested execution, while it lasts.
-class CFilterEPS::CallScope {
-public:
-    explicit CallScope(CFilterEPS& machine) noexcept : m_Machine(machine) { ++m_Machine.m_nCallDepth; }
-    CallScope(const CallScope&) = delete;
-    CallScope& operator=(const CallScope&) = delete;
-    ~CallScope() { --m_Machine.m_nCallDepth; }
-    /// Whether there is room for the level.
-    [[nodiscard]] bool Fits() const noexcept {
-        return m_Machine.m_nCallDepth <= MAX_CALL_DEPTH &&
-               static_cast<const char*>(__builtin_frame_address(0)) > m_Machine.m_pStackFloor;
-    }
-
-private:
-    CFilterEPS& m_Machine;
-};
+bool CFilterEPS::HasRoomForCall() noexcept {
+    if (static_cast<const char*>(__builtin_frame_address(0)) > m_pStackFloor) return true;
+    m_bStackUsedUp = true;
+    return false;
+}
 
 bool CFilterEPS::PollHost() {
     if (m_bUserBreak) {
@@ -74,8 +62,8 @@ int CFilterEPS::ExecuteObject(const CElement& e) {
     if (!e.m_bExec) return 0;
     switch (e.m_nType) {
         case ET_NAME: {
-            CallScope scope(*this);  // a name that stands for itself would go round for ever
-            if (!scope.Fits()) return Fail(PSERR_RANGE, "execstackoverflow");
+            // A name that stands for itself would go round for ever.
+            if (!HasRoomForCall()) return Fail(PSERR_RANGE, "execstackoverflow");
             return ExecuteName(static_cast<const CSimpElement&>(e).m_pName);
         }
         case ET_RAWTOKEN:
@@ -104,8 +92,7 @@ int CFilterEPS::ExecuteToken(const CName* name) {
 }
 
 int CFilterEPS::ExecuteString(const CStringElement& string) {
-    CallScope scope(*this);
-    if (!scope.Fits()) return Fail(PSERR_RANGE, "execstackoverflow");
+    if (!HasRoomForCall()) return Fail(PSERR_RANGE, "execstackoverflow");
     // A copy: the string may change, or go, while it runs.
     const std::string text = string.GetText();
     return ScanBuffer(text);
@@ -126,8 +113,7 @@ private:
 };
 
 int CFilterEPS::ExecuteFile(const CFileElement& file) {
-    const CallScope scope(*this);
-    if (!scope.Fits()) return Fail(PSERR_RANGE, "execstackoverflow");
+    if (!HasRoomForCall()) return Fail(PSERR_RANGE, "execstackoverflow");
     const CurrentFileScope current(*this, file);
     return m_pDialect->ScanFile(*this);
 }
@@ -160,12 +146,8 @@ int CFilterEPS::RunTogether(const CArrayBody& body, size_t at, size_t left) {
     const Step& step = body.Code()[at];
     const size_t operands = step.kind == StepKind::proceduresThenOp ? 2 : 1;
     if (left <= operands) return 0;  // of a view that ends here
-    const Step& last = (&step)[operands];
-    const OpRow* op = OperatorOf(last);
+    const OpRow* op = OperatorOf((&step)[operands]);
     if (!op) return 0;
-    // An executable name counts as a level: see ExecuteObject.
-    std::optional<CallScope> scope;
-    if (last.kind == StepKind::nameObject && !scope.emplace(*this).Fits()) return 0;
     int result = 0;
     if (step.kind == StepKind::numberThenOp) {
         if (op->onNumber) result = op->onNumber(*this, step.number, step.isReal);
@@ -185,8 +167,7 @@ int CFilterEPS::RunTogether(const CArrayBody& body, size_t at, size_t left) {
 
 int CFilterEPS::ExecuteProcedure(const CArrayElement* array) {
     if (IsInterrupted()) return -1;
-    CallScope scope(*this);
-    if (!scope.Fits()) return Fail(PSERR_RANGE, "execstackoverflow");
+    if (!HasRoomForCall()) return Fail(PSERR_RANGE, "execstackoverflow");
     // The element may be dropped by what runs, the body by a restore, and its code by a change to it, behind which the
     // run goes on at the same place: body and code are asked for anew at each step.
     const CBodyRef<CArrayBody> ref = array->m_Body;
@@ -227,6 +208,7 @@ int CFilterEPS::ExecuteProcedure(const CArrayElement* array) {
         }
         // Departure: the flags are looked at behind a name or an operator, not behind a string.
         if (g_bExitFlag || g_bStopFlag) return 1;
+        if (g_nWorkLeft <= 0 && PollHost()) return -1;  // what ran may have been much
     }
     return 1;
 }

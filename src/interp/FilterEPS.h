@@ -32,9 +32,6 @@ enum class Lexeme;
 extern bool g_bExitFlag;
 extern bool g_bStopFlag;
 
-/// How deep procedures may call each other. Behind this the run ends with PSERR_RANGE.
-inline constexpr int MAX_CALL_DEPTH = 3000;
-
 /// The machine. One object serves one import: OpenInputFile, RunFile once, CloseInputFile.
 /// Operations answer 1 done or -1 failed, with the reason in m_nError; -1 without a reason ends the run in silence.
 class CFilterEPS final : public CDataFilter {
@@ -239,9 +236,10 @@ public:
     std::int32_t m_nError = PSERR_NONE;
     /// At which entry the code of a procedure is made; 0 for never. Nothing comes out differently.
     int m_nCompileAtEntry = 2;
+    /// A call found no room on the thread's stack. How deep that is depends on the build, and so may what comes out.
+    bool m_bStackUsedUp = false;
 
 private:
-    class CallScope;
     class CurrentFileScope;
 
     void BuildDefaultFont();
@@ -264,11 +262,12 @@ private:
     /// Whether a step of a body's code is what its element comes to, as it must be.
     [[nodiscard]] static bool IsStepOf(const Step& step, const CElement& e);
     [[nodiscard]] bool PollHost();
+    /// Whether the thread's stack has room for one more nested call.
+    [[nodiscard]] bool HasRoomForCall() noexcept;
     void HandleExhaustedMemory();
 
     const CName* m_pFontDirectoryName;
     CBodyRef<CFileBody> m_Input;  ///< of the import, whatever the current file is
-    int m_nCallDepth = 0;
     bool m_bUserBreak = false;
     const char* m_pErrorName = nullptr;   ///< of the last failure, where it isn't that of the code
     const char* m_pStackFloor = nullptr;  ///< lowest address that nested calls may reach

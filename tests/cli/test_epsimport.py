@@ -445,6 +445,25 @@ class Limits(CliTest):
                     if args:
                         self.assertIn(b"2 files not imported", err)
 
+    def test_calls_nest_as_deep_as_the_stack_allows(self):
+        depth = 30000 if SANITIZED else 100000  # of frames that are larger
+        deep = f"/f {{dup 0 gt {{1 sub f}} if}} def {depth} f pop\n" + LINE
+        for dialect in ([], ["--complete"]):
+            run = self.run_it(self.file(deep), *dialect)
+            self.assertEqual((run.status, len(run.json["entities"])), (0, 1), run.err)
+
+    def test_recursion_without_end_ends_in_order(self):
+        small = (256 << 10, resource.getrlimit(resource.RLIMIT_STACK)[1])
+        for recursion, caught in (("/f {f 1} def f", False), ("/f {true {f} if} def f", False),
+                                  ("/s (s 1) cvx def s", False), ("/f {{f} stopped pop 1} def f", True)):
+            for complete in (False, True):
+                with self.subTest(recursion, complete=complete):
+                    run = self.run_it(self.file(LINE + recursion), *["--complete"][:complete], "--lang", "en",
+                                      preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_STACK, small))
+                    self.assertEqual(run.status, 0 if caught and complete else 1, run.err)
+                    self.assertEqual(len(run.json["entities"]), 1)
+                    self.assertEqual("execstackoverflow" in run.err, run.status == 1, run.err)
+
     @unittest.skipIf(SANITIZED, "the sanitizers reserve terabytes of address space")
     def test_memory_runs_out(self):
         for greedy in ("/a 0 array def 0 1 100000000 { /a [ a ] def 1000 array pop } for",

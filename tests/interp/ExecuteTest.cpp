@@ -96,10 +96,11 @@ TEST(ExecuteTest, RecursionIsBounded) {
     for (const char* program :
          {"/f {f} def f", "/f {f 1} def f", "/f (f ) cvx def f", "/a /a cvx def a", "/f {{f} exec} def f",
           "/f {true {f} if} def f", "/f {1 {f} repeat} def f", "/f {[1] {pop f} forall} def f",
-          "/f {{f} stopped} def f", "/s (s exec) cvx def /s load exec"}) {
+          "/f {{f} stopped} def f", "/s (s exec) cvx def /s load exec", "/f {gsave f 1} def f", "/f {{f} loop} def f",
+          "/f {currentfile f 1} def f"}) {
         EXPECT_EQ(RunText(program).error, PSERR_RANGE) << program;
     }
-    EXPECT_EQ(RunText("/f {dup 0 gt {1 sub f} if} def 900 f").stack, "0") << "what programs need has room";
+    EXPECT_EQ(RunText("/f {dup 0 gt {1 sub f} if} def 2000 f").stack, "0") << "what programs need has room";
 }
 
 TEST(ExecuteTest, StaleObjectsAreHarmless) {

@@ -43,6 +43,9 @@ TEST(WorkTest, LargeOperandsAreManySteps) {
         {"string", "", "bytes string pop"},
         {"copy of a string", "/s bytes string def /t bytes string def", "s t copy pop"},
         {"eq", "/s bytes string def /t bytes string def", "s t eq pop"},
+        {"bind below many dictionaries", "n {1 dict begin} bind repeat", "{nosuch} bind pop"},
+        {"load from below many dictionaries", "/x 1 def n {1 dict begin} bind repeat", "/x load pop"},
+        {"where below many dictionaries", "n {1 dict begin} bind repeat", "/nosuch where pop"},
         {"search", "/s bytes string def", "s (x) search {pop pop} if pop"},
         {"restore", "/d 1 dict def numbers n {d exch dup put} repeat", "save restore"},
         {"save over many states", "n {gsave} repeat", "save restore"},
@@ -62,6 +65,15 @@ TEST(WorkTest, LargeOperandsAreManySteps) {
         };
         EXPECT_GE(countQuestions(TIMES + 1) - countQuestions(1), TIMES - 1) << c.name;
     }
+}
+
+TEST(WorkTest, AStraightProcedureIsAskedBehindEachLargeOperator) {
+    const auto countQuestions = [](int times) {
+        std::string body;
+        for (int i = 0; i < times; ++i) body += "a aload pop clear ";
+        return RunText("/a " + std::to_string(LARGE) + " array def {" + body + "} exec").questions;
+    };
+    EXPECT_GE(countQuestions(TIMES + 1) - countQuestions(1), TIMES - 1);
 }
 
 TEST(WorkTest, TheRunEndsWithTheLargeOperator) {
