@@ -44,9 +44,11 @@ std::string Printable(const std::string& token) {
 
 std::string Quoted(const std::string& token) { return '"' + Printable(token) + '"'; }
 
-// "line 41: typecheck in add (operand of the wrong type)"
+// "line 41: typecheck in add (operand of the wrong type)"; "line 41: the program ended itself (stop)"
 std::string FailureText(const std::optional<tagRunFailure>& failure) {
     if (!failure) return "the import ended with an error";
+    if (failure->nError < 0)  // no error, and so no box
+        return LineText(failure->nLine) + "the program ended itself (" + Printable(failure->strOperator) + ")";
     std::string text = LineText(failure->nLine) + Printable(failure->strError);
     if (!failure->strOperator.empty()) text += " in " + Printable(failure->strOperator);
     const std::string_view meaning = EnglishErrorText(failure->nError);

@@ -29,7 +29,7 @@ enum class ImportEnd {
     Whole,
     NotOpened,  // the file can't be read
     Refused,    // the dialog was cancelled, or refused a value
-    Failed,     // an error box was shown
+    Failed,     // an error box was shown, or the program ended itself before its end
     NoSection,  // the file's binary header points outside the file
     TimedOut,
     Interrupted,

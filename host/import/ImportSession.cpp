@@ -20,7 +20,8 @@ ImportEnd JudgeEnd(const Drawing& drawing) {
     if (!drawing.settings) return ImportEnd::Refused;
     for (const MessageBox& box : drawing.messages)
         if (box.HasErrorIcon()) return ImportEnd::Failed;
-    return ImportEnd::Whole;
+    // A program of the complete dialect that ends itself shows no box.
+    return drawing.report.failure ? ImportEnd::Failed : ImportEnd::Whole;
 }
 
 }  // namespace

@@ -58,11 +58,12 @@ constexpr std::string_view kStatus =
     "/b5tray{516 729 .setpagesize}bind def"
     " end";
 
-// A job that leaves the server's loop begins with empty stacks; it is the same job here.
+// A job that leaves the server's loop begins with empty stacks; it is the same job here. The byte that ends a job on a
+// serial line is no name.
 constexpr std::string_view kServer =
     "systemdict /serverdict 5 dict dup begin"
     "/exitserver{pop clear cleardictstack}bind def /settimeout{pop}bind def"
-    " end put";
+    " end put systemdict /\004{}put";
 
 void Run(CFilterEPS& m, BodyPlace place, std::string_view source) {
     const CBodyPlaceScope scope(place);

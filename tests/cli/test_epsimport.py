@@ -361,6 +361,12 @@ class Errors(CliTest):
                 self.assertEqual("leftOut" in run.json, "not drawn" in words)
                 self.assertEqual("--complete" in run.err, "not drawn" in words)
 
+    def test_a_program_that_ends_itself(self):
+        for body in (LINE + "stop\n", LINE + "errordict /undefined {$error /newerror false put stop} put\nnosuch\n"):
+            run = self.run_it(self.file(body), "--complete")
+            self.assertEqual((run.status, run.json["messages"], len(run.json["entities"])), (1, [], 1), run.err)
+            self.assertRegex(run.err, "not imported whole: line [56]: the program ended itself")
+
     def test_the_last_line_says_what_may_help(self):
         for body, args, words in ((LINE + "(a) 1 add", [], "--complete"),
                                   (LINE + "(x) (r) file", [], "--allow-file-access"),

@@ -45,6 +45,7 @@ TEST(CompleteProgramTest, Ends) {
              Case{"what follows it is no error", kLine + "%%EOF\nnosuch\n", 1, PSERR_NONE},
              Case{"nor is a preview", kLine + "%%EOF\n\x01\xff{(\n", 1, PSERR_NONE},
              Case{"with more on the line", kLine + "%%EOF -- \r\n> >\n", 1, PSERR_NONE},
+             Case{"nor is the byte that ends a job", kLine + "\4\n", 1, PSERR_NONE},
              Case{"before the last one it is", "%%EOF\nnosuch\n%%EOF\n", 0, PSERR_UNDEFINED},
              Case{"inside a string it is no end", "(\n%%EOF\n) nosuch\n", 0, PSERR_UNDEFINED},
              Case{"the last token runs", "0 0 moveto 72 0 lineto stroke", 1, PSERR_NONE},
