@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <string_view>
 
 namespace {
@@ -15,13 +16,15 @@ enum Group { kRecord = 0, kName = 2, kHandle = 5, kVariable = 9, kOwner = 330, k
 enum ViewGroup { kCentreX = 12, kCentreY = 22, kViewHeight = 40, kAspect = 41 };
 
 constexpr std::size_t kCodeRoom = 16;
+constexpr double kMostShort = 1e9;  // below this, whole numbers are told by an int
 
 // Puts a group code, right-aligned to three characters, on a line of its own. Answers where the value begins.
 char* PutCode(char* at, int code) {
-    char* const end = at + kCodeRoom;
-    if (code < 100) *at++ = ' ';
-    if (code < 10) *at++ = ' ';
-    at = std::to_chars(at, end, code).ptr;
+    const auto digit = [code](int power) { return static_cast<char>('0' + code / power % 10); };
+    if (code >= 1000) *at++ = digit(1000);
+    *at++ = code >= 100 ? digit(100) : ' ';
+    *at++ = code >= 10 ? digit(10) : ' ';
+    *at++ = digit(1);
     *at++ = '\n';
     return at;
 }
@@ -38,19 +41,18 @@ void CDxfStream::dxfReal(int code, double value) const {
         if (code == kViewHeight) value = std::max({m_Box.Height(), m_Box.Width() / kViewAspect, 1.0}) * kViewMargin;
         if (code == kAspect) value = kViewAspect;
     }
-    char room[kCodeRoom + 64];
-    char* const text = PutCode(room, code);
+    char* const text = PutCode(m_Out.Room(kCodeRoom + kDecimalRoom), code);
     // A coordinate is a 32-bit float, if its unit is the millimetre; then the float's decimals say it all.
     const auto single = static_cast<float>(value);
-    char* end = static_cast<double>(single) == value ? std::to_chars(text, room + sizeof room, single).ptr
-                                                     : std::to_chars(text, room + sizeof room, value).ptr;
+    char* end = static_cast<double>(single) == value ? PutShortest(text, single) : PutShortest(text, value);
     // A real without a point is allowed, but some readers take it for an integer.
-    if (std::find_if(text, end, [](char c) { return c == '.' || c == 'e'; }) == end) {
+    const bool isWhole = !(std::fabs(value) < kMostShort) || value == static_cast<int>(value);
+    if (isWhole && std::find_if(text, end, [](char c) { return c == '.' || c == 'e'; }) == end) {
         *end++ = '.';
         *end++ = '0';
     }
     *end++ = '\n';
-    m_Out.Write({room, static_cast<std::size_t>(end - room)});
+    m_Out.EndAt(end);
 }
 
 void CDxfStream::dxfInt(int code, int value) const {

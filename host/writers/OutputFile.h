@@ -1,12 +1,15 @@
 // The buffered stream that the writers write to.
 #pragma once
 
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
+
+#include "writers/Decimals.h"
 
 // A file or standard output, written through a large buffer. Numbers are written without a locale.
 class COutputFile {
@@ -24,12 +27,21 @@ public:
     }
     void Write(char c) { Write(std::string_view(&c, 1)); }
 
-    // The shortest decimal that reads back to the same value.
-    void WriteShortest(float value);
-    void WriteShortest(double value);
-    // Four decimals, correctly rounded, without zeros at their end; 0 has no sign.
-    void WriteFixed(double value);
-    void WriteInteger(long long value);
+    // The texts of writers/Decimals.h.
+    void WriteShortest(float value) { EndAt(PutShortest(Room(kDecimalRoom), value)); }
+    void WriteShortest(double value) { EndAt(PutShortest(Room(kDecimalRoom), value)); }
+    void WriteFixed(double value) { EndAt(PutFixed(Room(kDecimalRoom), value)); }
+    void WriteInteger(long long value) {
+        char* const at = Room(kDecimalRoom);
+        EndAt(std::to_chars(at, at + kDecimalRoom, value).ptr);
+    }
+
+    // Room for `size` bytes, kRoom at most, to be filled from its start up to the place that EndAt is told.
+    char* Room(std::size_t size) {
+        if (size > kRoom - m_nUsed) Flush();
+        return m_Buffer.get() + m_nUsed;
+    }
+    void EndAt(const char* end) { m_nUsed = static_cast<std::size_t>(end - m_Buffer.get()); }
 
     // Ends the file. Answers whether every byte got there; Error() tells the reason if not.
     bool Close();

@@ -238,11 +238,18 @@ int CDataFilter::WriteEntity(const CEntity* entity) {
     }
     switch (entity->GetKind()) {
         case ENT_PLINE: {
-            const CSectChain chain =
-                SimplifySections(static_cast<const CEntPLine*>(entity)->m_Sections, m_fOutTolerance);
-            if (!chain) break;
+            const CSectionList& list = static_cast<const CEntPLine*>(entity)->m_Sections;
+            if (list.IsEmpty()) break;
+            const float tolerance = m_fOutTolerance * 0.5f;
             OutBegin();
-            WriteSections(chain.get());
+            // What SimplifySections gives, without copies of the sections that are simple.
+            for (const CSectObject* section = list.GetFirst(); section; section = section->GetNext()) {
+                if (const CSectChain simple{section->Simplify(tolerance)}) {
+                    WriteSections(simple.get());
+                } else {
+                    WriteSection(*section);
+                }
+            }
             OutEnd();
             break;
         }
@@ -313,61 +320,67 @@ private:
     point_2d* m_pPoints;
 };
 
+/// 1/80 mm in the unit of the host.
+float FlattenTolerance() {
+    tagVersionInfo version{};
+    glbf_GetSysVersion(&version);
+    return version.nMajor < FIRST_MM_VERSION ? 0.5f : 0.0125f;
+}
+
 }  // namespace
 
 void CDataFilter::WriteSections(const CSectObject* first) {
-    tagVersionInfo version{};
-    glbf_GetSysVersion(&version);
-    const float tolerance =
-        version.nMajor < FIRST_MM_VERSION ? 0.5f : 0.0125f;  // 1/80 mm in the host unit of either version
+    for (const CSectObject* section = first; section; section = section->GetNext()) WriteSection(*section);
+}
+
+void CDataFilter::WriteSection(const CSectObject& section) {
     const auto outChain = [this](const FlattenBlock& block, int count) {
         if (count == 0) return;
         OutBegin();
         OutLines(block.Points(), count);
         OutEnd();
     };
-    for (const CSectObject* section = first; section; section = section->GetNext()) {
-        switch (section->GetKind()) {
-            case SECT_LINE:
-            case SECT_POINTS: {
-                const std::span<const point_2d> points = section->GetPoints();
-                if (!points.empty()) OutLines(points.data(), static_cast<int>(points.size()));
-                break;
-            }
-            case SECT_BEZIER:
-                WriteBezier(static_cast<const CSectBezier&>(*section));
-                break;
-            case SECT_ARC: {
-                const auto& arc = static_cast<const CSectArc&>(*section);
-                if ((m_nOutFlags & OUT_ARC) != 0) {
-                    OutArc(arc.m_ptCentre, arc.m_fRadius, arc.m_fStart, arc.m_fEnd);
-                    break;
-                }
-                const FlattenBlock block;
-                const int count =
-                    ArcToLine(arc.m_ptCentre, arc.m_fRadius, arc.m_fStart, arc.m_fEnd, tolerance, block.Points());
-                if (count > 0) OutLines(block.Points(), count);
-                break;
-            }
-            case SECT_CIRCLE: {
-                const auto& circle = static_cast<const CSectCircle&>(*section);
-                if ((m_nOutFlags & OUT_CIRCLE) != 0) {
-                    OutCircle(circle.m_ptCentre, circle.m_fRadius);
-                    break;
-                }
-                const FlattenBlock block;
-                outChain(block, CircleToLine(circle.m_ptCentre, circle.m_fRadius, tolerance, block.Points()));
-                break;
-            }
-            case SECT_ELLIPSE: {
-                const auto& e = static_cast<const CSectEllipse&>(*section);
-                const FlattenBlock block;
-                outChain(block, EllipseToLine(e.m_ptCentre, e.m_fA, e.m_fB, e.m_fAngle, tolerance, block.Points()));
-                break;
-            }
-            default:
-                break;
+    switch (section.GetKind()) {
+        case SECT_LINE:
+        case SECT_POINTS: {
+            const std::span<const point_2d> points = section.GetPoints();
+            if (!points.empty()) OutLines(points.data(), static_cast<int>(points.size()));
+            break;
         }
+        case SECT_BEZIER:
+            WriteBezier(static_cast<const CSectBezier&>(section));
+            break;
+        case SECT_ARC: {
+            const auto& arc = static_cast<const CSectArc&>(section);
+            if ((m_nOutFlags & OUT_ARC) != 0) {
+                OutArc(arc.m_ptCentre, arc.m_fRadius, arc.m_fStart, arc.m_fEnd);
+                break;
+            }
+            const FlattenBlock block;
+            const int count =
+                ArcToLine(arc.m_ptCentre, arc.m_fRadius, arc.m_fStart, arc.m_fEnd, FlattenTolerance(), block.Points());
+            if (count > 0) OutLines(block.Points(), count);
+            break;
+        }
+        case SECT_CIRCLE: {
+            const auto& circle = static_cast<const CSectCircle&>(section);
+            if ((m_nOutFlags & OUT_CIRCLE) != 0) {
+                OutCircle(circle.m_ptCentre, circle.m_fRadius);
+                break;
+            }
+            const FlattenBlock block;
+            outChain(block, CircleToLine(circle.m_ptCentre, circle.m_fRadius, FlattenTolerance(), block.Points()));
+            break;
+        }
+        case SECT_ELLIPSE: {
+            const auto& e = static_cast<const CSectEllipse&>(section);
+            const FlattenBlock block;
+            outChain(block,
+                     EllipseToLine(e.m_ptCentre, e.m_fA, e.m_fB, e.m_fAngle, FlattenTolerance(), block.Points()));
+            break;
+        }
+        default:
+            break;
     }
 }
 

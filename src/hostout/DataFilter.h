@@ -113,5 +113,6 @@ private:
     void HandOver(std::unique_ptr<CEntity> entity) const;
     int PlaceText(const std::string& text, point_2d position, float charWidth, float height, int alignment,
                   float angle);
+    void WriteSection(const CSectObject& section);
     void WriteBezier(const CSectBezier& bezier);
 };
