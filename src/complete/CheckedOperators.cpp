@@ -60,6 +60,8 @@ Fault FaultOfDefining(const CDictionary& dict, const CElement* value) {
 Fault CheckGet(const CFilterEPS& m) {
     const CElement* object = At(m, 1);
     if (!object) return NONE;
+    const auto* array = As<CArrayElement>(object);
+    if (array && !array->m_bView) return NONE;  // the operator itself knows the end of a body
     if (object->m_nType == ET_DICT) {
         const bool isKnown = CKey(*At(m, 0)).IsIn(static_cast<const CDictionary&>(*object));
         return isKnown ? NONE : Fault{PSERR_UNDEFINED};
@@ -73,10 +75,10 @@ Fault CheckPut(const CFilterEPS& m) {
     const CElement* object = At(m, 2);
     if (!object) return NONE;
     if (object->m_nType == ET_DICT) return FaultOfDefining(static_cast<const CDictionary&>(*object), At(m, 0));
-    const CNumberElement* index = NumberAt(m, 1);
-    const std::int64_t length = LengthOf(object);
-    if (index && length >= 0 && index->GetInt() >= length) return RANGE;
     const auto* array = As<CArrayElement>(object);
+    const CNumberElement* index = NumberAt(m, 1);
+    const std::int64_t length = array ? array->GetLength() : LengthOf(object);
+    if (index && length >= 0 && index->GetInt() >= length) return RANGE;
     return array ? FaultOfStoring(*array, At(m, 0)) : NONE;
 }
 
@@ -108,6 +110,13 @@ Fault CheckRoll(const CFilterEPS& m) {
     if (!count || !NumberAt(m, 0)) return NONE;
     if (count->GetInt() < 0) return RANGE;
     return count->GetInt() > m.m_OperandStack.GetCount() - 2 ? Fault{PSERR_STACKUNDERFLOW} : NONE;
+}
+
+/// The operand that is asked for is there.
+Fault CheckIndex(const CFilterEPS& m) {
+    const CNumberElement* depth = NumberAt(m, 0);
+    const bool isThere = !depth || (depth->GetInt() >= 0 && depth->GetInt() < m.m_OperandStack.GetCount() - 1);
+    return isThere ? NONE : RANGE;
 }
 
 /// An operand that may not be below zero.
@@ -216,7 +225,11 @@ struct CheckedRow {
     const char* name;
     Fault (*check)(const CFilterEPS&);
     int kept = 0;  ///< operands that the operator may have taken when it fails (RunKept)
+    /// Of an operator whose form for a number (OpRow::onNumber) serves here: which numbers it may be asked about.
+    bool (*takes)(double) = nullptr;
 };
+
+bool IsDivisor(double number) { return number != 0; }
 
 constexpr CheckedRow kChecked[] = {
     {"get", CheckGet},
@@ -225,12 +238,12 @@ constexpr CheckedRow kChecked[] = {
     {"getinterval", CheckGetinterval},
     {"putinterval", CheckPutinterval},
     {"copy", CheckCopy},
-    {"index", CheckNatural<0>, 1},
+    {"index", CheckIndex},
     {"roll", CheckRoll},
     {"repeat", CheckNatural<1>},
-    {"div", CheckDivisor},
-    {"idiv", CheckWholeDivisor},
-    {"mod", CheckWholeDivisor},
+    {"div", CheckDivisor, 0, IsDivisor},
+    {"idiv", CheckWholeDivisor, 0, IsDivisor},
+    {"mod", CheckWholeDivisor, 0, IsDivisor},
     {"sqrt", CheckSqrt},
     {"ln", CheckLog},
     {"log", CheckLog},
@@ -250,19 +263,30 @@ constexpr CheckedRow kChecked[] = {
 
 /// Looked up when the library is loaded: the chain's tables are constants.
 template <std::size_t I>
-const OperatorFn CHAIN_OPERATOR = ChainOperator(kChecked[I].name);
+const OpRow* const CHAIN_ROW = ChainRow(kChecked[I].name);
 
 template <std::size_t I>
 int OpChecked(CFilterEPS& m) {
-    const OperatorFn run = CHAIN_OPERATOR<I>;
+    const OperatorFn run = CHAIN_ROW<I>->run;
     const Fault fault = kChecked[I].check(m);
     if (fault.code != PSERR_NONE) return m.Fail(fault.code, fault.name);
     return kChecked[I].kept > 0 ? RunKept(m, kChecked[I].kept, run) : run(m);
 }
 
+template <std::size_t I>
+int OnChecked(CFilterEPS& m, double value, bool isReal) {
+    return kChecked[I].takes(value) ? CHAIN_ROW<I>->onNumber(m, value, isReal) : 0;
+}
+
+template <std::size_t I>
+constexpr OnNumberFn NumberForm() {
+    if constexpr (kChecked[I].takes != nullptr) return OnChecked<I>;
+    return nullptr;
+}
+
 template <std::size_t... I>
 constexpr std::array<OpRow, sizeof...(I)> CheckedRows(std::index_sequence<I...>) {
-    return {OpRow{kChecked[I].name, OpChecked<I>}...};
+    return {OpRow{kChecked[I].name, OpChecked<I>, NumberForm<I>()}...};
 }
 
 constexpr auto kRows = CheckedRows(std::make_index_sequence<std::size(kChecked)>());

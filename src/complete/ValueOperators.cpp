@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <string>
 
@@ -12,33 +13,37 @@
 
 namespace {
 
-// num1 num2  add sub mul  result             stackunderflow typecheck
-// A result that 32 bits can't hold is a real.
-template <double (*Function)(double, double), const char* Name>
-int OpBinary(CFilterEPS& m) {
-    const auto* b = As<CNumberElement>(m.m_OperandStack.Top());
-    auto* a = b ? As<CNumberElement>(b->m_pPrev) : nullptr;
-    if (!a || a->IsReal() || b->IsReal()) {
-        static const OperatorFn run = ChainOperator(Name);
-        return run(m);
-    }
-    const double result = Function(a->GetReal(), b->GetReal());
-    if (std::fabs(result) <= std::numeric_limits<std::int32_t>::max()) {
-        a->SetInt(static_cast<std::int32_t>(result));
+/// A result that 32 bits can't hold is a real.
+template <class Function>
+void Combine(CNumberElement& a, double b, bool isReal) {
+    const double result = Function{}(a.GetReal(), b);
+    if (a.IsReal() || isReal || !(std::fabs(result) <= std::numeric_limits<std::int32_t>::max())) {
+        a.SetReal(result);
     } else {
-        a->SetReal(result);
+        a.SetInt(static_cast<std::int32_t>(result));
     }
+}
+
+// num1 num2  add sub mul  result             stackunderflow typecheck
+template <class Function>
+int OpBinary(CFilterEPS& m) {
+    Operands in(m);
+    const CNumberElement* b = in.Number(0);
+    CNumberElement* a = in.Number(1);
+    if (!in) return -1;
+    Combine<Function>(*a, b->GetReal(), b->IsReal());
     m.Drop(1);
     return 1;
 }
 
-double Sum(double a, double b) { return a + b; }
-double Difference(double a, double b) { return a - b; }
-double Product(double a, double b) { return a * b; }
-
-constexpr char ADD[] = "add";
-constexpr char SUB[] = "sub";
-constexpr char MUL[] = "mul";
+/// The same for a second number that has not been pushed.
+template <class Function>
+int OnBinary(CFilterEPS& m, double b, bool isReal) {
+    auto* a = As<CNumberElement>(m.m_OperandStack.Top());
+    if (!a) return 0;
+    Combine<Function>(*a, b, isReal);
+    return 1;
+}
 
 // any  type  name                            stackunderflow
 int OpType(CFilterEPS& m) {
@@ -149,9 +154,9 @@ int OpBitshift(CFilterEPS& m) {
 }
 
 constexpr OpRow kRows[] = {
-    {"add", OpBinary<Sum, ADD>},
-    {"sub", OpBinary<Difference, SUB>},
-    {"mul", OpBinary<Product, MUL>},
+    {"add", OpBinary<std::plus<>>, OnBinary<std::plus<>>},
+    {"sub", OpBinary<std::minus<>>, OnBinary<std::minus<>>},
+    {"mul", OpBinary<std::multiplies<>>, OnBinary<std::multiplies<>>},
     {"type", OpType},
     {"cvs", OpCvs},
     {"cvrs", OpCvrs},

@@ -5,10 +5,7 @@
 
 #include "interp/FilterEPS.h"
 
-namespace {
-
-/// What an element comes to by itself.
-Step StepOf(const CElement& e) {
+Step CFilterEPS::StepOf(const CElement& e) const {
     Step step;
     const bool isPlain = !e.m_bExec && e.m_nAccess == ACC_UNLIMITED;
     if (e.m_nType == ET_RAWTOKEN) {
@@ -21,8 +18,8 @@ Step StepOf(const CElement& e) {
             step.isReal = name->m_nNumberClass == NumberClass::real;
             step.number = name->m_fNumber;
         }
-    } else if (e.m_nType == ET_NAME && e.m_bExec) {
-        step.kind = StepKind::nameObject;
+    } else if (e.m_nType == ET_NAME && (e.m_bExec || isPlain)) {
+        step.kind = e.m_bExec ? StepKind::nameObject : StepKind::nameLiteral;
         step.name = static_cast<const CSimpElement&>(e).m_pName;
     } else if (e.m_nType == ET_OPERATOR) {
         step.kind = StepKind::op;
@@ -33,25 +30,9 @@ Step StepOf(const CElement& e) {
         step.isReal = number.IsReal();
         step.number = number.GetReal();
     }
+    const bool isRun = step.kind == StepKind::name || step.kind == StepKind::nameObject;
+    if (isRun && step.name == m_pFontDirectoryName) step.kind = StepKind::element;  // see ExecuteName
     return step;
-}
-
-}  // namespace
-
-const OpRow* CFilterEPS::OperatorOf(const Step& step) const {
-    switch (step.kind) {
-        case StepKind::op:
-            return step.name->m_pRow;
-        case StepKind::name:
-        case StepKind::nameObject: {
-            if (step.name == m_pFontDirectoryName) return nullptr;  // see ExecuteName
-            const CDictNode* node = m_DictStack.Find(step.name);
-            const auto* op = node ? As<COperatorElement>(&node->Peek()) : nullptr;
-            return op ? op->m_pName->m_pRow : nullptr;
-        }
-        default:
-            return nullptr;
-    }
 }
 
 void CFilterEPS::Compile(CArrayBody& body) const {
@@ -60,21 +41,24 @@ void CFilterEPS::Compile(CArrayBody& body) const {
     std::unique_ptr<Step[]> code(new (std::nothrow) Step[count]);
     if (!code) return;  // it runs without
     for (size_t i = 0; i < count; ++i) code[i] = StepOf(elements.At(i));
-    for (size_t i = 0; i + 1 < count; ++i) {
-        const OpRow* next = OperatorOf(code[i + 1]);
+    const auto rowAt = [&](size_t i) -> const OpRow* {
+        const CName* op = i < count ? OperatorOf(code[i]) : nullptr;
+        return op ? op->m_pRow : nullptr;
+    };
+    for (size_t i = 0; i < count; ++i) {
+        const OpRow* next = rowAt(i + 1);
         if (code[i].kind == StepKind::number) {
             if (next && next->onNumber) code[i].kind = StepKind::numberThenOp;
         } else if (elements.At(i).IsProcedure()) {
             if (next && next->onProcedure) code[i].kind = StepKind::procedureThenOp;
-            if (i + 2 == count || !elements.At(i + 1).IsProcedure()) continue;
-            const OpRow* behind = OperatorOf(code[i + 2]);
+            const OpRow* behind = i + 1 < count && elements.At(i + 1).IsProcedure() ? rowAt(i + 2) : nullptr;
             if (behind && behind->onProcedures) code[i].kind = StepKind::proceduresThenOp;
         }
     }
     body.SetCode(std::move(code));
 }
 
-bool CFilterEPS::IsStepOf(const Step& step, const CElement& e) {
+bool CFilterEPS::IsStepOf(const Step& step, const CElement& e) const {
     const Step now = StepOf(e);
     switch (step.kind) {
         case StepKind::number:

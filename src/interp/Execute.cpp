@@ -10,12 +10,6 @@
 bool g_bExitFlag = false;
 bool g_bStopFlag = false;
 
-bool CFilterEPS::HasRoomForCall() noexcept {
-    if (static_cast<const char*>(__builtin_frame_address(0)) > m_pStackFloor) return true;
-    m_bStackUsedUp = true;
-    return false;
-}
-
 bool CFilterEPS::PollHost() {
     if (m_bUserBreak) {
         g_nWorkLeft = 0;  // and so at every step from now on
@@ -34,20 +28,13 @@ bool CFilterEPS::PollHost() {
     return m_bUserBreak;
 }
 
-int CFilterEPS::ExecuteName(const CName* name) {
-    const CElement* value = nullptr;
-    if (name == m_pFontDirectoryName) {
-        // Departure: this name goes by the global mode, and no definition of a program can hide it.
-        const auto* systemDict = static_cast<const CDictionary*>(m_DictStack.Bottom());
-        value = systemDict->GetValue(g_bGlobalMode ? InternName("GlobalFontDirectory") : name);
-    } else {
-        value = LookUp(name);
-    }
-    if (!value) {
+[[gnu::always_inline]] inline int CFilterEPS::ExecuteFound(const CName* name, const CDictNode* node) {
+    if (!node) {
         Fail(PSERR_UNDEFINED);
         return RaiseError(name);
     }
-    if (const auto* op = As<COperatorElement>(value)) return ExecuteOperator(op->m_pName) == 1 ? 1 : -1;
+    if (const auto* op = As<COperatorElement>(&node->Peek())) return ExecuteOperator(op->m_pName) == 1 ? 1 : -1;
+    const CElement* value = node->GetValue();
     // Departure: an executable raw token is pushed; only the operators that run an object run one.
     if (value->m_bExec && value->m_nType != ET_RAWTOKEN) {
         const int result = ExecuteObject(*value);
@@ -56,6 +43,13 @@ int CFilterEPS::ExecuteName(const CName* name) {
     }
     PushCopy(*value);
     return 1;
+}
+
+int CFilterEPS::ExecuteName(const CName* name) {
+    if (name != m_pFontDirectoryName) return ExecuteFound(name, m_DictStack.Find(name));
+    // Departure: this name goes by the global mode, and no definition of a program can hide it.
+    const auto* systemDict = static_cast<const CDictionary*>(m_DictStack.Bottom());
+    return ExecuteFound(name, systemDict->Find(g_bGlobalMode ? InternName("GlobalFontDirectory") : name));
 }
 
 int CFilterEPS::ExecuteObject(const CElement& e) {
@@ -142,73 +136,120 @@ int CFilterEPS::RunElement(const CElement& e, bool& ran) {
     return 1;
 }
 
-int CFilterEPS::RunTogether(const CArrayBody& body, size_t at, size_t left) {
-    const Step& step = body.Code()[at];
-    const size_t operands = step.kind == StepKind::proceduresThenOp ? 2 : 1;
-    if (left <= operands) return 0;  // of a view that ends here
-    const OpRow* op = OperatorOf((&step)[operands]);
-    if (!op) return 0;
+inline int CFilterEPS::AfterStep() {
+    // Departure: the flags are looked at behind a name or an operator, not behind a string.
+    if (g_bExitFlag || g_bStopFlag) return 0;
+    return g_nWorkLeft <= 0 && PollHost() ? -1 : 1;  // what ran may have been much
+}
+
+inline int CFilterEPS::RunTogether(const CArrayBody& body, size_t at, size_t end) {
+    const StepKind kind = body.Code()[at].kind;
+    const size_t opAt = at + (kind == StepKind::proceduresThenOp ? 2 : 1);
+    const CName* name = opAt < end ? OperatorOf(body.Code()[opAt]) : nullptr;
+    if (!name || !name->m_pRow) return 0;
+    const OpRow& op = *name->m_pRow;
+    const auto& procedure = static_cast<const CArrayElement&>(body.Contents().At(at));
     int result = 0;
-    if (step.kind == StepKind::numberThenOp) {
-        if (op->onNumber) result = op->onNumber(*this, step.number, step.isReal);
-    } else {
-        const auto& procedure = static_cast<const CArrayElement&>(body.Contents().At(at));
-        if (step.kind == StepKind::procedureThenOp) {
-            if (op->onProcedure) result = op->onProcedure(*this, procedure);
-        } else if (op->onProcedures) {
-            const auto& second = static_cast<const CArrayElement&>(body.Contents().At(at + 1));
-            result = op->onProcedures(*this, procedure, second);
-        }
+    if (kind == StepKind::procedureThenOp) {
+        if (op.onProcedure) result = op.onProcedure(*this, procedure);
+    } else if (op.onProcedures) {
+        result = op.onProcedures(*this, procedure, static_cast<const CArrayElement&>(body.Contents().At(at + 1)));
     }
-    if (result == 0) return 0;
-    if (result != 1 && RaiseError(InternName(op->name)) != 1) return -1;
-    return static_cast<int>(operands) + 1;
+    return result == 0 || result == 1 ? result : RaiseError(name);
+}
+
+int CFilterEPS::RunCode(const CArrayBody& body, size_t& at, size_t end) {
+    const Step* const code = body.Code();
+    const Step* const last = code + end;
+    const std::uint64_t epoch = g_nCodeEpoch;
+    const Step* step = code + at;
+    do {
+        assert(IsStepOf(*step, body.Contents().At(static_cast<size_t>(step - code))));
+        switch (step->kind) {
+            case StepKind::number:
+                Push(NewNumber(step->number, step->isReal));
+                ++step;
+                continue;
+            case StepKind::nameLiteral:
+                Push(MakeElement<CSimpElement>(step->name));
+                ++step;
+                continue;
+            case StepKind::nameObject:
+                if (!HasRoomForCall()) return Fail(PSERR_RANGE, "execstackoverflow");  // see ExecuteObject
+                [[fallthrough]];
+            case StepKind::name: {
+                const CName* name = (step++)->name;
+                if (ExecuteFound(name, m_DictStack.Find(name)) != 1) return -1;
+                break;
+            }
+            case StepKind::op:
+                if (ExecuteOperator((step++)->name) != 1) return -1;
+                break;
+            case StepKind::numberThenOp: {
+                const Step& number = *step++;
+                const CName* op = step != last ? OperatorOf(*step) : nullptr;
+                const OnNumberFn onNumber = op && op->m_pRow ? op->m_pRow->onNumber : nullptr;
+                const int result = onNumber ? onNumber(*this, number.number, number.isReal) : 0;
+                if (result == 0) {
+                    Push(NewNumber(number.number, number.isReal));
+                    continue;
+                }
+                if (result != 1 && RaiseError(op) != 1) return -1;
+                ++step;
+                break;
+            }
+            case StepKind::procedureThenOp:
+            case StepKind::proceduresThenOp: {
+                const int operands = step->kind == StepKind::procedureThenOp ? 1 : 2;
+                if (const int result = RunTogether(body, static_cast<size_t>(step - code), end); result != 0) {
+                    if (result != 1) return -1;
+                    step += operands + 1;
+                    break;
+                }
+                [[fallthrough]];
+            }
+            case StepKind::element: {
+                bool ran = false;
+                const auto index = static_cast<size_t>(step++ - code);
+                if (RunElement(body.Contents().At(index), ran) != 1) return -1;
+                if (!ran) continue;
+                break;
+            }
+        }
+        if (const int result = AfterStep(); result != 1) return result;
+    } while (step != last && g_nCodeEpoch == epoch);
+    at = static_cast<size_t>(step - code);
+    return 1;
 }
 
 int CFilterEPS::ExecuteProcedure(const CArrayElement* array) {
     if (IsInterrupted()) return -1;
     if (!HasRoomForCall()) return Fail(PSERR_RANGE, "execstackoverflow");
     // The element may be dropped by what runs, the body by a restore, and its code by a change to it, behind which the
-    // run goes on at the same place: body and code are asked for anew at each step.
+    // run goes on at the same place.
     const CBodyRef<CArrayBody> ref = array->m_Body;
-    const size_t first = array->m_bView ? static_cast<size_t>(array->m_nStart) : 0;
-    const size_t end = first + static_cast<size_t>(array->GetLength());
-    if (CArrayBody* body = ref.Get(); body && !body->Code() && body->IsToCompile(m_nCompileAtEntry)) Compile(*body);
-    for (size_t at = first; at < end; ++at) {
-        const CArrayBody* body = ref.Get();
-        if (!body) return 1;
-        const Step* code = body->Code();
-        assert(!code || IsStepOf(code[at], body->Contents().At(at)));
-        switch (code ? code[at].kind : StepKind::element) {
-            case StepKind::number:
-                Push(NewNumber(code[at].number, code[at].isReal));
-                continue;
-            case StepKind::name:
-                if (ExecuteName(code[at].name) != 1) return -1;
-                break;
-            case StepKind::op:
-                if (ExecuteOperator(code[at].name) != 1) return -1;
-                break;
-            case StepKind::numberThenOp:
-            case StepKind::procedureThenOp:
-            case StepKind::proceduresThenOp:
-                if (const int taken = RunTogether(*body, at, end - at); taken != 0) {
-                    if (taken < 0) return -1;
-                    at += static_cast<size_t>(taken) - 1;
-                    break;
-                }
-                [[fallthrough]];
-            case StepKind::nameObject:
-            case StepKind::element: {
-                bool ran = false;
-                if (RunElement(body->Contents().At(at), ran) != 1) return -1;
-                if (!ran) continue;
-                break;
-            }
+    CArrayBody* body = ref.Get();
+    if (!body) return 1;
+    size_t at = 0;
+    size_t end = body->Contents().GetSize();
+    if (array->m_bView) {
+        at = static_cast<size_t>(array->m_nStart);
+        end = at + static_cast<size_t>(array->m_nLength);
+    }
+    if (!body->Code() && body->IsToCompile(m_nCompileAtEntry)) Compile(*body);
+    while (at < end) {
+        int result = 1;
+        if (body->Code()) {
+            result = RunCode(*body, at, end);
+        } else {
+            bool ran = false;
+            if (RunElement(body->Contents().At(at++), ran) != 1) return -1;
+            if (ran) result = AfterStep();
         }
-        // Departure: the flags are looked at behind a name or an operator, not behind a string.
-        if (g_bExitFlag || g_bStopFlag) return 1;
-        if (g_nWorkLeft <= 0 && PollHost()) return -1;  // what ran may have been much
+        if (result != 1) return result == 0 ? 1 : -1;
+        if (at == end) break;
+        body = ref.Get();
+        if (!body) break;
     }
     return 1;
 }

@@ -18,6 +18,7 @@ void EndProcessState() noexcept {
     g_bGlobalMode = false;
     g_bExitFlag = false;
     g_bStopFlag = false;
+    g_nWorkLeft = WORK_INTERVAL;
 }
 
 }  // namespace

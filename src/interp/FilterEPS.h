@@ -154,7 +154,7 @@ public:
     [[nodiscard]] ElementPtr Pop() { return m_OperandStack.Pop(); }
     /// Pops and drops that many elements.
     void Drop(int count) {
-        while (count-- > 0) m_OperandStack.Pop();
+        while (count-- > 0) DropElement(m_OperandStack.Pop());
     }
     /// Whether a flag of `exit` or `stop` is up; clears both. What a loop asks after each pass.
     static bool TakeLoopFlags() {
@@ -253,17 +253,38 @@ private:
     [[nodiscard]] int ExecuteToken(const CName* name);
     /// Runs one element of a procedure. ran tells whether the flags of `exit` and `stop` are looked at behind it.
     [[nodiscard]] int RunElement(const CElement& e, bool& ran);
-    /// Tries a step and those of `left` steps behind it in one. The count of steps that have run, 0 when none has; -1.
-    [[nodiscard]] int RunTogether(const CArrayBody& body, size_t at, size_t left);
+    /// Acts by what a name means: the node that it was found in, or null.
+    [[nodiscard]] int ExecuteFound(const CName* name, const CDictNode* node);
+    /// Runs the code of a body from `at` to `end`, or until it goes. 1 to go on at `at`, which is `end` when all has run; 0
+    /// when `exit` or `stop` ended the procedure; -1.
+    [[nodiscard]] int RunCode(const CArrayBody& body, size_t& at, size_t end);
+    /// What comes behind each name or operator: 1 to go on, 0 when a flag of `exit` or `stop` is up, -1.
+    [[nodiscard]] int AfterStep();
+    /// Tries procedures of a body and the operator behind them, before `end`, in one: 1 done, 0 nothing done, -1.
+    [[nodiscard]] int RunTogether(const CArrayBody& body, size_t at, size_t end);
+    /// What an element comes to by itself.
+    [[nodiscard]] Step StepOf(const CElement& e) const;
     /// Makes the code of a body; without memory for it there is none.
     void Compile(CArrayBody& body) const;
-    /// The row of the operator that a step runs; null for any other step.
-    [[nodiscard]] const OpRow* OperatorOf(const Step& step) const;
+    /// The name of the operator that a step runs; null for any other step.
+    [[nodiscard]] const CName* OperatorOf(const Step& step) const {
+        if (step.kind == StepKind::op) return step.name;
+        if (step.kind != StepKind::name && step.kind != StepKind::nameObject) return nullptr;
+        const CDictNode* node = m_DictStack.Find(step.name);
+        const auto* op = node ? As<COperatorElement>(&node->Peek()) : nullptr;
+        return op ? op->m_pName : nullptr;
+    }
     /// Whether a step of a body's code is what its element comes to, as it must be.
-    [[nodiscard]] static bool IsStepOf(const Step& step, const CElement& e);
+    [[nodiscard]] bool IsStepOf(const Step& step, const CElement& e) const;
     [[nodiscard]] bool PollHost();
     /// Whether the thread's stack has room for one more nested call.
-    [[nodiscard]] bool HasRoomForCall() noexcept;
+    [[nodiscard]] bool HasRoomForCall() noexcept {
+        return static_cast<const char*>(__builtin_frame_address(0)) > m_pStackFloor || RefuseCall();
+    }
+    [[nodiscard, gnu::cold]] bool RefuseCall() noexcept {
+        m_bStackUsedUp = true;
+        return false;
+    }
     void HandleExhaustedMemory();
 
     const CName* m_pFontDirectoryName;

@@ -13,14 +13,6 @@ bool CKey::IsIn(const CDictionary& dict) const {
     return m_pName ? dict.Find(m_pName) != nullptr : dict.FindOther(m_pOther) != nullptr;
 }
 
-void CKey::PutIn(CDictionary& dict, ElementPtr value) const {
-    if (m_pName) {
-        dict.Put(m_pName, std::move(value));
-    } else {
-        dict.PutOther(m_pOther->Clone(), std::move(value));
-    }
-}
-
 bool CKey::ReplaceIn(CDictionary& dict, ElementPtr& value) const {
     if (!IsIn(dict)) return false;
     PutIn(dict, std::move(value));

@@ -16,6 +16,8 @@ extern std::uint32_t g_nKeyLimit;
 /// A dictionary key read from an operand; refers to the operand, which must outlive it.
 class CKey {
 public:
+    /// No key.
+    CKey() noexcept : m_pName(nullptr), m_pOther(nullptr) {}
     /// Reads an element as a key. A string counts up to its first zero byte.
     explicit CKey(const CElement& e) : m_pName(KeyNameOf(e)), m_pOther(m_pName ? nullptr : &e) {}
 
@@ -29,7 +31,13 @@ public:
     /// Whether a dictionary has the key.
     [[nodiscard]] bool IsIn(const CDictionary& dict) const;
     /// Defines the key; an element key goes in as a copy.
-    void PutIn(CDictionary& dict, ElementPtr value) const;
+    void PutIn(CDictionary& dict, ElementPtr value) const {
+        if (m_pName) {
+            dict.Put(m_pName, std::move(value));
+        } else {
+            dict.PutOther(m_pOther->Clone(), std::move(value));
+        }
+    }
     /// Replaces the value of a key that the dictionary has; false, and the value untouched, when it has not.
     [[nodiscard]] bool ReplaceIn(CDictionary& dict, ElementPtr& value) const;
     void RemoveFrom(CDictionary& dict) const;

@@ -65,10 +65,10 @@ public:
     CElement* OneOf(int depth, std::initializer_list<ElementType> types) noexcept {
         CElement* e = Any(depth);
         if (!e) return nullptr;
-        for (const ElementType type : types) {
-            if (e->m_nType == type) return e;
-        }
-        return Refuse(PSERR_TYPECHECK);
+        // A constant, as the types are.
+        std::uint32_t allowed = 0;
+        for (const ElementType type : types) allowed |= BitOf(type);
+        return (allowed & BitOf(e->m_nType)) != 0 ? e : Refuse(PSERR_TYPECHECK);
     }
     /// Another test of the operator's own: when it does not hold, the code is set.
     void Require(bool holds, ErrorCode code) noexcept {
@@ -77,6 +77,8 @@ public:
     [[nodiscard]] explicit operator bool() const noexcept { return m_bOk; }
 
 private:
+    static constexpr std::uint32_t BitOf(std::int32_t type) noexcept { return 1u << (type - ET_RAWTOKEN); }
+
     CElement* Refuse(ErrorCode code) noexcept {
         m_bOk = false;
         m_Machine.Fail(code);

@@ -93,13 +93,18 @@ void ResolveOperators(const CDialect& dialect) {
     for (const ChainLink& link : g_Chain) offer(*link.table);
 }
 
-OperatorFn ChainOperator(std::string_view name) noexcept {
+const OpRow* ChainRow(std::string_view name) noexcept {
     for (const ChainLink& link : g_Chain) {
         for (const OpRow& row : *link.table) {
-            if (name == row.name) return row.run;
+            if (name == row.name) return &row;
         }
     }
     return nullptr;
+}
+
+OperatorFn ChainOperator(std::string_view name) noexcept {
+    const OpRow* row = ChainRow(name);
+    return row ? row->run : nullptr;
 }
 
 int OpUnsupported(CFilterEPS& m) { return m.Fail(PSERR_UNSUPPORTED); }

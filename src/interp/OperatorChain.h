@@ -21,5 +21,7 @@ struct ChainLink {
 /// tables and then of the chain.
 void ResolveOperators(const CDialect& dialect);
 
-/// The operator that the chain alone gives a name, for those who stand before it and go on to it; null without one.
+/// The row that the chain alone has for a name, for those who stand before it and go on to it; null without one.
+[[nodiscard]] const OpRow* ChainRow(std::string_view name) noexcept;
+/// Its operator.
 [[nodiscard]] OperatorFn ChainOperator(std::string_view name) noexcept;

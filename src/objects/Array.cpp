@@ -24,36 +24,6 @@ CArrayElement::CArrayElement(std::vector<ElementPtr> elements)
 
 CArrayElement::CArrayElement(std::int32_t count) : CArrayElement(Nulls(count)) {}
 
-std::int32_t CArrayElement::GetLength() const noexcept {
-    const CArrayBody* body = GetBody();
-    if (!body) return 0;
-    return m_bView ? m_nLength : static_cast<std::int32_t>(body->Contents().GetSize());
-}
-
-std::int64_t CArrayElement::BodyIndex(const CArrayBody& body, std::int32_t i) const noexcept {
-    if (i < 0) return -1;
-    const std::int64_t at = std::int64_t{i} + (m_bView ? m_nStart : 0);
-    return at < static_cast<std::int64_t>(body.Contents().GetSize()) ? at : -1;
-}
-
-const CElement* CArrayElement::GetAt(std::int32_t i) const noexcept {
-    const CArrayBody* body = GetBody();
-    const std::int64_t at = body ? BodyIndex(*body, i) : -1;
-    return at < 0 ? nullptr : &body->Contents().At(static_cast<size_t>(at));
-}
-
-CElement* CArrayElement::ChangeAt(std::int32_t i) const noexcept {
-    CArrayBody* body = GetBody();
-    const std::int64_t at = body ? BodyIndex(*body, i) : -1;
-    return at < 0 ? nullptr : &body->Change().At(static_cast<size_t>(at));
-}
-
-void CArrayElement::SetAt(std::int32_t i, ElementPtr p) const noexcept {
-    CArrayBody* body = GetBody();
-    const std::int64_t at = body && p ? BodyIndex(*body, i) : -1;
-    if (at >= 0) body->Change().Set(static_cast<size_t>(at), std::move(p));
-}
-
 TypedPtr<CArrayElement> CArrayElement::GetInterval(std::int32_t nStart, std::int32_t nCount) const {
     if (nStart < 0 || nCount < 0 || nStart > GetLength() || nCount > GetLength() - nStart) return nullptr;
     TypedPtr<CArrayElement> view = CloneArray();
@@ -71,16 +41,6 @@ bool CArrayElement::IsGlobal() const {
 bool CArrayElement::IsEqual(const CElement* pOther) const {
     const auto* other = As<CArrayElement>(pOther);
     return other && other->m_nType == m_nType && m_Body.SameBody(other->m_Body);
-}
-
-TypedPtr<CArrayElement> CArrayElement::CloneArray() const {
-    m_bSole = false;
-    auto copy = MakeElement<CArrayElement>();
-    copy->m_Body = m_Body;
-    copy->m_bView = m_bView;
-    copy->m_nStart = m_nStart;
-    copy->m_nLength = m_nLength;
-    return WithAttributes(std::move(copy));
 }
 
 ElementPtr CArrayElement::Clone() const { return CloneArray(); }

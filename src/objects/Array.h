@@ -37,13 +37,14 @@ class CArrayBody final : public CBodyOf<CElementList> {
 public:
     explicit CArrayBody(std::vector<ElementPtr> elements) noexcept
         : CBodyOf(BK_ARRAY, CElementList(std::move(elements))) {}
+    ~CArrayBody() override { DropCode(); }
 
     /// As of any body. The code goes with what it was made of.
     [[nodiscard]] CElementList& Change() noexcept {
-        m_pCode = nullptr;
+        DropCode();
         return CBodyOf::Change();
     }
-    /// The code of the elements, or null. Whatever runs may change the body: ask again behind it.
+    /// The code of the elements, or null. It stays, and so does the body, while g_nCodeEpoch does.
     [[nodiscard]] const Step* Code() const noexcept { return m_pCode.get(); }
     void SetCode(std::unique_ptr<Step[]> code) noexcept { m_pCode = std::move(code); }
     /// Counts an entry of a procedure without code, and answers whether it is the one to make the code at. A body that
@@ -57,6 +58,13 @@ public:
 
 private:
     static constexpr int MOST_COMPILED = 4;
+
+    void DropCode() noexcept {
+        if (!m_pCode) return;
+        m_pCode = nullptr;
+        ++g_nCodeEpoch;
+    }
+
     std::unique_ptr<Step[]> m_pCode;
     std::uint8_t m_nEntries = 0;
     std::uint8_t m_nCompiled = 0;
@@ -110,3 +118,45 @@ private:
     /// Index i of the object as one of the body; -1 when it lies outside.
     [[nodiscard]] std::int64_t BodyIndex(const CArrayBody& body, std::int32_t i) const noexcept;
 };
+
+// What runs for each element of a program is inline.
+
+inline std::int32_t CArrayElement::GetLength() const noexcept {
+    const CArrayBody* body = GetBody();
+    if (!body) return 0;
+    return m_bView ? m_nLength : static_cast<std::int32_t>(body->Contents().GetSize());
+}
+
+inline std::int64_t CArrayElement::BodyIndex(const CArrayBody& body, std::int32_t i) const noexcept {
+    if (i < 0) return -1;
+    const std::int64_t at = std::int64_t{i} + (m_bView ? m_nStart : 0);
+    return at < static_cast<std::int64_t>(body.Contents().GetSize()) ? at : -1;
+}
+
+inline const CElement* CArrayElement::GetAt(std::int32_t i) const noexcept {
+    const CArrayBody* body = GetBody();
+    const std::int64_t at = body ? BodyIndex(*body, i) : -1;
+    return at < 0 ? nullptr : &body->Contents().At(static_cast<size_t>(at));
+}
+
+inline CElement* CArrayElement::ChangeAt(std::int32_t i) const noexcept {
+    CArrayBody* body = GetBody();
+    const std::int64_t at = body ? BodyIndex(*body, i) : -1;
+    return at < 0 ? nullptr : &body->Change().At(static_cast<size_t>(at));
+}
+
+inline void CArrayElement::SetAt(std::int32_t i, ElementPtr p) const noexcept {
+    CArrayBody* body = GetBody();
+    const std::int64_t at = body && p ? BodyIndex(*body, i) : -1;
+    if (at >= 0) body->Change().Set(static_cast<size_t>(at), std::move(p));
+}
+
+inline TypedPtr<CArrayElement> CArrayElement::CloneArray() const {
+    m_bSole = false;
+    auto copy = MakeElement<CArrayElement>();
+    copy->m_Body = m_Body;
+    copy->m_bView = m_bView;
+    copy->m_nStart = m_nStart;
+    copy->m_nLength = m_nLength;
+    return WithAttributes(std::move(copy));
+}

@@ -7,11 +7,12 @@
 struct CName;
 
 enum class StepKind : std::uint8_t {
-    element,     ///< as the element says
-    number,      ///< pushes a number
-    name,        ///< executes a name: a raw token
-    nameObject,  ///< the same of an executable name
-    op,          ///< runs an operator
+    element,      ///< as the element says
+    number,       ///< pushes a number
+    name,         ///< executes a name: a raw token
+    nameObject,   ///< the same of an executable name
+    op,           ///< runs an operator
+    nameLiteral,  ///< pushes a literal name
     // Of these the step itself is one of the above, but together with those behind it something shorter can be tried.
     numberThenOp,      ///< a number, and an operator or its name
     procedureThenOp,   ///< a procedure, and an operator or its name
@@ -27,3 +28,6 @@ struct Step {
     };
 };
 static_assert(sizeof(Step) == 16);
+
+/// Moves on whenever any code goes: as long as it stays, so does all code.
+inline std::uint64_t g_nCodeEpoch = 0;

@@ -62,14 +62,6 @@ void CDictNodeValues::CopyToLevel() const {
     if (ElementPtr copy = m_Newest.value->DeepCopy()) Add(std::move(copy));
 }
 
-void CDictNodeValues::SetValue(ElementPtr value) {
-    if (m_Newest.level == Level()) {
-        m_Newest.value = std::move(value);
-    } else {
-        Add(std::move(value));
-    }
-}
-
 bool CDictNodeValues::DropLevel() noexcept {
     if (m_Newest.level != Level()) return false;
     if (!m_Newest.older) return true;

@@ -46,7 +46,13 @@ public:
     /// The same for a look at what kind of value it is: nothing is copied, so that nothing shows.
     [[nodiscard]] const CElement& Peek() const noexcept { return *m_Newest.value; }
     /// Stores at the current level and drops what stood there.
-    void SetValue(ElementPtr value);
+    void SetValue(ElementPtr value) {
+        if (m_Newest.level == Level()) {
+            m_Newest.value = std::move(value);
+        } else {
+            Add(std::move(value));
+        }
+    }
     /// Drops the value of the current level. Answers true when no older one is left: the key is gone.
     [[nodiscard]] bool DropLevel() noexcept;
 

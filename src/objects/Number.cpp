@@ -18,10 +18,16 @@ void DestroyNumberPool() noexcept {
     g_nNumberPoolSize = NUMBER_POOL_STEP;
 }
 
-void CNumberElement::MarkFree() noexcept {
-    assert(m_bInUse);
-    this->~CNumberElement();
-    g_NumberCells.Give(this);
+CNumberElement* AllocNumberElement() {
+    if (g_pOfferedNumber) return g_pOfferedNumber;
+    if (g_NumberCells.IsEmpty()) GrowNumberPool();
+    g_pOfferedNumber = new (g_NumberCells.Take()) CNumberElement;
+    return g_pOfferedNumber;
+}
+
+void GrowNumberPool() {
+    g_NumberCells.Grow();
+    g_nNumberPoolSize += NUMBER_POOL_STEP;
 }
 
 void FreeNumber(CElement* number) noexcept { static_cast<CNumberElement*>(number)->MarkFree(); }
@@ -31,8 +37,4 @@ bool CNumberElement::IsEqual(const CElement* pOther) const {
     return other && std::fabs(m_fValue - other->m_fValue) < NUMBER_TOLERANCE;
 }
 
-ElementPtr CNumberElement::Clone() const {
-    TypedPtr<CNumberElement> copy = m_nNumKind == 1 ? NewReal(m_fValue) : NewInt(0);
-    copy->m_fValue = m_fValue;
-    return WithAttributes(std::move(copy));
-}
+ElementPtr CNumberElement::Clone() const { return WithAttributes(NewNumber(m_fValue, IsReal())); }

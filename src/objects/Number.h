@@ -77,15 +77,10 @@ extern CNumberElement* g_pOfferedNumber;
 
 /// A new number. It stays free until MarkInUse: the next call before gives the same one again. The pool grows when no
 /// cell is free; numbers never move.
-[[nodiscard]] inline CNumberElement* AllocNumberElement() {
-    if (g_pOfferedNumber) return g_pOfferedNumber;
-    if (g_NumberCells.IsEmpty()) {
-        g_NumberCells.Grow();
-        g_nNumberPoolSize += NUMBER_POOL_STEP;
-    }
-    g_pOfferedNumber = new (g_NumberCells.Take()) CNumberElement;
-    return g_pOfferedNumber;
-}
+[[nodiscard]] CNumberElement* AllocNumberElement();
+
+/// Makes the pool larger.
+[[gnu::cold]] void GrowNumberPool();
 
 inline void CNumberElement::MarkInUse() noexcept {
     assert(this == g_pOfferedNumber);
@@ -93,14 +88,27 @@ inline void CNumberElement::MarkInUse() noexcept {
     m_bInUse = true;
 }
 
+inline void CNumberElement::MarkFree() noexcept {
+    assert(m_bInUse);
+    this->~CNumberElement();
+    g_NumberCells.Give(this);
+}
+
 /// A new number that is in use and the caller's.
 [[nodiscard]] inline TypedPtr<CNumberElement> NewNumber(double value, bool isReal) {
-    CNumberElement* number = AllocNumberElement();
+    if (g_NumberCells.IsEmpty()) GrowNumberPool();
+    auto* number = new (g_NumberCells.Take()) CNumberElement;
     number->m_nNumKind = isReal ? 1 : 0;
     number->m_fValue = value;
-    number->MarkInUse();
+    number->m_bInUse = true;
     return TypedPtr<CNumberElement>(number);
 }
+
+/// Drops an element: what FreeElement does, for a number without the call.
+inline void DropElement(ElementPtr e) noexcept {
+    if (e && e->m_nType == ET_NUMBER) static_cast<CNumberElement*>(e.release())->MarkFree();
+}
+
 /// The copy of any object: what Clone answers, for a number without the call.
 [[nodiscard]] inline ElementPtr CopyOf(const CElement& e) {
     if (e.m_nType != ET_NUMBER) return e.Clone();
@@ -112,15 +120,5 @@ inline void CNumberElement::MarkInUse() noexcept {
 }
 
 /// A new integer or real, in use and owned by the caller.
-[[nodiscard]] inline TypedPtr<CNumberElement> NewInt(std::int32_t n) {
-    CNumberElement* number = AllocNumberElement();
-    number->SetInt(n);
-    number->MarkInUse();
-    return TypedPtr<CNumberElement>(number);
-}
-[[nodiscard]] inline TypedPtr<CNumberElement> NewReal(double f) {
-    CNumberElement* number = AllocNumberElement();
-    number->SetReal(f);
-    number->MarkInUse();
-    return TypedPtr<CNumberElement>(number);
-}
+[[nodiscard]] inline TypedPtr<CNumberElement> NewInt(std::int32_t n) { return NewNumber(n, false); }
+[[nodiscard]] inline TypedPtr<CNumberElement> NewReal(double f) { return NewNumber(f, true); }

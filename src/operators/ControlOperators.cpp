@@ -6,6 +6,7 @@
 #include "operators/ControlOperators.h"
 
 #include <cmath>
+#include <memory>
 #include <optional>
 
 #include "interp/Operands.h"
@@ -46,11 +47,9 @@ int OpIfelse(CFilterEPS& m) {
 
 /// Takes the condition off the stack; none for anything else there.
 std::optional<bool> TakeCondition(CFilterEPS& m) {
-    const auto* condition = As<CBoolElement>(m.m_OperandStack.Top());
-    if (!condition) return std::nullopt;
-    const bool value = condition->GetValue();
-    m.Drop(1);
-    return value;
+    if (!As<CBoolElement>(m.m_OperandStack.Top())) return std::nullopt;
+    const std::unique_ptr<CBoolElement> condition(Take<CBoolElement>(m).release());
+    return condition->GetValue();
 }
 
 // The forms of if and ifelse for procedures that have not been pushed.

@@ -18,9 +18,10 @@ namespace {
 constexpr int PERMANENT_DICTS = 3;
 
 /// An operand as a key. STACKUNDERFLOW RANGE
-CElement* ReadKey(Operands& in, int depth) {
-    CElement* key = in.Any(depth);
-    in.Require(!key || CKey(*key).IsValid(), PSERR_RANGE);
+CKey ReadKey(Operands& in, int depth) {
+    const CElement* e = in.Any(depth);
+    const CKey key = e ? CKey(*e) : CKey();
+    in.Require(key.IsValid(), PSERR_RANGE);
     return key;
 }
 
@@ -65,11 +66,11 @@ int OpEnd(CFilterEPS& m) {
 // key value  def  -                          STACKUNDERFLOW RANGE
 int OpDef(CFilterEPS& m) {
     Operands in(m);
-    ReadKey(in, 1);
+    const CKey key = ReadKey(in, 1);
     if (!in) return -1;
     ElementPtr value = m.Pop();
-    const ElementPtr key = m.Pop();
-    CKey(*key).PutIn(*m.TopDict(), std::move(value));
+    const ElementPtr operand = m.Pop();  // stays alive as long as key
+    key.PutIn(*m.TopDict(), std::move(value));
     return 1;
 }
 
@@ -124,10 +125,9 @@ int OpBind(CFilterEPS& m) { return BindProcedure(m, BoundNames::rawTokens); }
 // key  load  any                             STACKUNDERFLOW RANGE; UNDEFINED, with the key gone
 int OpLoad(CFilterEPS& m) {
     Operands in(m);
-    ReadKey(in, 0);
+    const CKey key = ReadKey(in, 0);
     if (!in) return -1;
     const ElementPtr operand = m.Pop();
-    const CKey key(*operand);
     const CDictionary* dict = DictOf(m, key);
     const CElement* value = dict ? key.FindIn(*dict) : nullptr;
     if (!value) return m.Fail(PSERR_UNDEFINED);
@@ -139,9 +139,9 @@ int OpLoad(CFilterEPS& m) {
 int OpKnown(CFilterEPS& m) {
     Operands in(m);
     const CDictionary* dict = in.Dict(1);
-    const CElement* key = ReadKey(in, 0);
+    const CKey key = ReadKey(in, 0);
     if (!in) return -1;
-    const bool known = CKey(*key).IsIn(*dict);
+    const bool known = key.IsIn(*dict);
     m.Drop(2);
     m.PushBool(known);
     return 1;
@@ -151,10 +151,10 @@ int OpKnown(CFilterEPS& m) {
 // key  where  false
 int OpWhere(CFilterEPS& m) {
     Operands in(m);
-    ReadKey(in, 0);
+    const CKey key = ReadKey(in, 0);
     if (!in) return -1;
-    const ElementPtr key = m.Pop();
-    const CDictionary* dict = DictOf(m, CKey(*key));
+    const ElementPtr operand = m.Pop();
+    const CDictionary* dict = DictOf(m, key);
     if (dict) m.Push(dict->Clone());
     m.PushBool(dict != nullptr);
     return 1;
@@ -201,11 +201,10 @@ int OpMaxlength(CFilterEPS& m) {
 // Departure: systemdict is not searched.
 int OpStore(CFilterEPS& m) {
     Operands in(m);
-    ReadKey(in, 1);
+    const CKey key = ReadKey(in, 1);
     if (!in) return -1;
     ElementPtr value = m.Pop();
     const ElementPtr operand = m.Pop();
-    const CKey key(*operand);
     CDictionary* dict = DictOf(m, key);
     if (!dict || dict == m.m_DictStack.Bottom()) dict = m.TopDict();
     key.PutIn(*dict, std::move(value));
@@ -217,11 +216,11 @@ int OpStore(CFilterEPS& m) {
 int OpUndef(CFilterEPS& m) {
     Operands in(m);
     in.Dict(1);
-    ReadKey(in, 0);
+    const CKey key = ReadKey(in, 0);
     if (!in) return -1;
-    const ElementPtr key = m.Pop();
+    const ElementPtr operand = m.Pop();
     const auto dict = Take<CDictionary>(m);
-    CKey(*key).RemoveFrom(*dict);
+    key.RemoveFrom(*dict);
     return 1;
 }
 

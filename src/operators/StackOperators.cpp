@@ -8,7 +8,11 @@
 namespace {
 
 // any  pop  -                                STACKUNDERFLOW
-int OpPop(CFilterEPS& m) { return m.Pop() ? 1 : m.Fail(PSERR_STACKUNDERFLOW); }
+int OpPop(CFilterEPS& m) {
+    if (!m.m_OperandStack.Top()) return m.Fail(PSERR_STACKUNDERFLOW);
+    m.Drop(1);
+    return 1;
+}
 
 // a b  exch  b a                             STACKUNDERFLOW
 int OpExch(CFilterEPS& m) {
@@ -41,12 +45,6 @@ int CopyFromStack(CFilterEPS& m, int count) {
         source = source->m_pNext;
     }
     return 1;
-}
-
-/// The form of copy for a number that has not been pushed.
-int OnCopy(CFilterEPS& m, double value, bool) {
-    const int count = TruncateToInt(value);
-    return count > m.m_OperandStack.GetCount() ? 0 : CopyFromStack(m, count);
 }
 
 // array1 array2  copy  subarray2             TYPECHECK; SYNTAX, with both gone
@@ -129,14 +127,6 @@ int OpIndex(CFilterEPS& m) {
     return 1;
 }
 
-/// Its form for a number that has not been pushed.
-int OnIndex(CFilterEPS& m, double value, bool) {
-    const CElement* any = m.m_OperandStack.AtFromTop(TruncateToInt(value));
-    if (!any) return 0;
-    m.PushCopy(*any);
-    return 1;
-}
-
 // any(n-1)..any(0) n j  roll  any((j-1) mod n)..any(0) any(n-1)..any(j mod n)     STACKUNDERFLOW TYPECHECK
 int OpRoll(CFilterEPS& m) {
     Operands in(m);
@@ -154,8 +144,8 @@ constexpr OpRow kCoreRows[] = {
     {"pop", OpPop},
     {"exch", OpExch},
     {"dup", OpDup},
-    {"copy", OpCopy, OnCopy},
-    {"index", OpIndex, OnIndex},
+    {"copy", OpCopy},
+    {"index", OpIndex},
     {"roll", OpRoll},
 };
 // clang-format on

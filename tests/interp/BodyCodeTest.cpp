@@ -60,6 +60,8 @@ TEST(BodyCodeTest, OperatorsOfOtherNames) {
         {"undefined", "/one /add load def /p {1 one} def 5 p 5 p userdict /one undef 5 p", "6 6 5 1", PSERR_UNDEFINED},
         {"a literal array of an older level is copied when it is read, not before",
          "/a [1] def a save exch /p {0 9 put 5 a 0 get} def p 3 -1 roll pop", "5 9"},
+        {"literal names, each time another object", "/p {/x} def p p cvx pop p xcheck p xcheck", "/x false false"},
+        {"literal names that are defined", "/p {/x exch def x x} def 1 p 2 p 3 p", "1 1 2 2 3 3"},
         {"executable names", "/p [5 /add cvx 2 /mul cvx] cvx def 1 p 1 p /add {sub} def 1 p", "12 12 -8"},
     });
 }
