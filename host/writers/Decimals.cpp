@@ -22,35 +22,30 @@ constexpr auto kPairs = [] {
 }();
 
 constexpr auto kPowersOf10 = [] {
-    std::array<std::uint64_t, 12> powers{1};
+    std::array<std::uint64_t, 13> powers{1};
     for (std::size_t i = 1; i < powers.size(); ++i) powers[i] = powers[i - 1] * 10;
     return powers;
 }();
 
-// Puts digits / 10^decimals: at most eleven digits.
+// Puts digits / 10^decimals, from the end. There are twelve digits and eleven decimals at most.
 char* PutScaled(char* at, bool negative, std::uint64_t digits, int decimals) {
-    constexpr std::size_t most = 16;  // with a sign, a zero before the point, and the point
-    char text[2 * most];
-    char* begin = text + most;
-    const auto putPair = [&] {
-        begin -= 2;
-        std::memcpy(begin, &kPairs[2 * (digits % 100)], 2);
-        digits /= 100;
-    };
-    const auto putDigit = [&] {
-        *--begin = static_cast<char>('0' + digits % 10);
+    if (negative) *at++ = '-';
+    int whole = 1;  // digits before the point
+    while (digits >= kPowersOf10[static_cast<std::size_t>(decimals + whole)]) ++whole;
+    char* const end = at + whole + (decimals > 0 ? decimals + 1 : 0);
+    at = end;
+    const auto put = [&](int count) {
+        for (; count > 1; count -= 2, digits /= 100) std::memcpy(at -= 2, &kPairs[2 * (digits % 100)], 2);
+        if (count == 0) return;
+        *--at = static_cast<char>('0' + digits % 10);
         digits /= 10;
     };
     if (decimals > 0) {
-        for (; decimals > 1; decimals -= 2) putPair();
-        if (decimals == 1) putDigit();
-        *--begin = '.';
+        put(decimals);
+        *--at = '.';
     }
-    while (digits >= 100) putPair();
-    digits >= 10 ? putPair() : putDigit();
-    if (negative) *--begin = '-';
-    std::memcpy(at, begin, most);
-    return at + (text + most - begin);
+    put(whole);
+    return end;
 }
 
 }  // namespace

@@ -21,9 +21,14 @@ constexpr double kMostShort = 1e9;  // below this, whole numbers are told by an 
 // Puts a group code, right-aligned to three characters, on a line of its own. Answers where the value begins.
 char* PutCode(char* at, int code) {
     const auto digit = [code](int power) { return static_cast<char>('0' + code / power % 10); };
-    if (code >= 1000) *at++ = digit(1000);
-    *at++ = code >= 100 ? digit(100) : ' ';
-    *at++ = code >= 10 ? digit(10) : ' ';
+    if (code < 100) {
+        *at++ = ' ';
+        *at++ = code >= 10 ? digit(10) : ' ';
+    } else {
+        if (code >= 1000) *at++ = digit(1000);
+        *at++ = digit(100);
+        *at++ = digit(10);
+    }
     *at++ = digit(1);
     *at++ = '\n';
     return at;

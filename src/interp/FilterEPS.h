@@ -255,8 +255,8 @@ private:
     [[nodiscard]] int RunElement(const CElement& e, bool& ran);
     /// Acts by what a name means: the node that it was found in, or null.
     [[nodiscard]] int ExecuteFound(const CName* name, const CDictNode* node);
-    /// Runs the code of a body from `at` to `end`, or until it goes. 1 to go on at `at`, which is `end` when all has run; 0
-    /// when `exit` or `stop` ended the procedure; -1.
+    /// Runs the code of a body from `at` to `end`, or until it goes. 1 to go on at `at`, `end` when all has run;
+    /// 0 when `exit` or `stop` ended the procedure; -1.
     [[nodiscard]] int RunCode(const CArrayBody& body, size_t& at, size_t end);
     /// What comes behind each name or operator: 1 to go on, 0 when a flag of `exit` or `stop` is up, -1.
     [[nodiscard]] int AfterStep();
