@@ -125,6 +125,10 @@ int OpEexec(CFilterEPS& m) {
     const ElementPtr operand = m.Pop();
     constexpr std::int32_t oneByte = 1;  // no look ahead
     auto file = MakeElement<CFileElement>(std::make_unique<CEexecSource>(m, OpenDataSource(m, *operand)), oneByte);
+    if (!StandOn(m, *file, *operand)) {
+        m.Push(operand->Clone());
+        return -1;
+    }
     file->m_bExec = true;
     const ElementPtr systemDict = m.m_DictStack.Bottom()->Clone();
     const int height = m.m_DictStack.GetCount();

@@ -58,6 +58,7 @@ TypedPtr<CDictionary> SystemEntry(const CFilterEPS& m, std::string_view name) {
 
 ElementPtr ArrayOf(const CElementStack& stack) {
     std::vector<ElementPtr> elements;
+    CountWork(stack.GetCount());
     for (const CElement* e = stack.Bottom(); e; e = e->m_pNext) elements.push_back(e->Clone());
     return MakeElement<CArrayElement>(std::move(elements));
 }

@@ -187,6 +187,16 @@ TypedPtr<CFileElement> OpenDataSource(CFilterEPS& m, const CElement& operand) {
     return MakeElement<CFileElement>(std::make_unique<CProcedureSource>(m, operand.Clone()));
 }
 
+bool StandOn(CFilterEPS& m, const CFileElement& filter, const CElement& operand) {
+    constexpr int most = 100;  // each reads and writes through the next, on the thread's stack
+    const auto* file = As<CFileElement>(&operand);
+    const CFileBody* below = file ? file->GetBody() : nullptr;
+    const int depth = (below ? below->m_nFilterDepth : 0) + 1;
+    filter.GetBody()->m_nFilterDepth = depth;
+    if (depth > most) m.Fail(PSERR_RANGE, "limitcheck");
+    return depth <= most;
+}
+
 std::unique_ptr<CByteSink> OpenDataTarget(CFilterEPS& m, const CElement& operand, bool closeTarget) {
     if (const auto* file = As<CFileElement>(&operand)) return std::make_unique<CFileTarget>(*file, closeTarget);
     if (operand.m_nType == ET_STRING) return std::make_unique<CStringTarget>(operand.Clone());

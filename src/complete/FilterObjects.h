@@ -43,6 +43,8 @@ private:
 
 /// A file over the operand of `filter` that is to be read: the file itself, or a new one over a string or a procedure.
 [[nodiscard]] TypedPtr<CFileElement> OpenDataSource(CFilterEPS& m, const CElement& operand);
+/// Notes that a filter stands on the operand of `filter`. False, with limitcheck, when too many stand on one another.
+[[nodiscard]] bool StandOn(CFilterEPS& m, const CFileElement& filter, const CElement& operand);
 /// The sink for the operand of `filter` that is to be written to.
 [[nodiscard]] std::unique_ptr<CByteSink> OpenDataTarget(CFilterEPS& m, const CElement& operand, bool closeTarget);
 

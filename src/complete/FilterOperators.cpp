@@ -104,7 +104,9 @@ TypedPtr<CFileElement> OpenDecoder(CFilterEPS& m, std::string_view name, const F
         return nullptr;
     }
     source->SetCloseSource(request.bClose);
-    return MakeElement<CFileElement>(std::move(source));
+    const CFileElement& operand = source->Below();
+    auto file = MakeElement<CFileElement>(std::move(source));
+    return StandOn(m, *file, operand) ? std::move(file) : nullptr;
 }
 
 TypedPtr<CFileElement> OpenEncoder(CFilterEPS& m, std::string_view name, const FilterRequest& request,
@@ -115,7 +117,8 @@ TypedPtr<CFileElement> OpenEncoder(CFilterEPS& m, std::string_view name, const F
         FailFilter(m, fault);
         return nullptr;
     }
-    return MakeElement<CFileElement>(std::move(sink));
+    auto file = MakeElement<CFileElement>(std::move(sink));
+    return StandOn(m, *file, target) ? std::move(file) : nullptr;
 }
 
 /// Element i of an entry that may be one object or an array of them; null beyond the end.

@@ -124,6 +124,7 @@ public:
     bool m_bBufLoaded = false;            ///< a block has been read since the file was opened or placed
     std::int32_t m_nFileSize = 0;         ///< cut to 32 bits
     std::int64_t m_nScanStart = 0;        ///< position from which the scanner looked for its last lexeme
+    int m_nFilterDepth = 0;               ///< filters of a chain from here on; 0 for a file that is none
 
 private:
     void ReadFrom(std::unique_ptr<CByteSource> source);
