@@ -4,13 +4,14 @@
 
 #include <chrono>
 #include <cstdio>
+#include <new>
 #include <span>
 
 #include "cli/Interrupt.h"
 #include "cli/Report.h"
 #include "cli/Text.h"
 #include "cli/Words.h"
-#include "drawing/FigureReader.h"
+#include "drawing/Work.h"
 #include "drawing/passes/FlattenCurves.h"
 #include "writers/DxfWriter.h"
 #include "writers/JsonWriter.h"
@@ -28,29 +29,87 @@ CBox PageOf(const Drawing& drawing, const Placement& placement) {
     return page;
 }
 
+// What is kept of the time limit for each entity, in seconds: rather more than it takes to be written, if it is short.
+double TimeToWrite(DrawingFormat format) {
+    switch (format) {
+        case DrawingFormat::Svg:
+        case DrawingFormat::Dxf:
+            return 2e-6;
+        case DrawingFormat::Json:
+            return 1e-6;
+        case DrawingFormat::None:
+            break;
+    }
+    return 0.5e-6;  // for the words
+}
+
 }  // namespace
+
+CImportJob::Prepared CImportJob::Prepare(Drawing& drawing, bool keepEntities, const CStopCause& stop,
+                                         std::uint64_t usedMemory) const {
+    const PassSettings& passes = m_Options.output.passes;
+    const DrawingFormat format = m_Options.output.format;
+    const bool flattens =
+        passes.curves == CurveStyle::Polyline && (format == DrawingFormat::Svg || format == DrawingFormat::Dxf);
+    const std::span<const EntityPtr> entities(drawing.entities);
+    const double unit = drawing.UnitInMillimetres();
+    Prepared result;
+    if (passes.ChangeDrawing() || m_Options.output.check || flattens) {
+        const CWorkLimit time([&] { return stop.Get(entities.size()).has_value(); });
+        const CMemoryLimit memory(m_Options.import.memoryLimit, usedMemory);
+        std::optional<ImportEnd> end;
+        try {
+            result.reading = ReadFigures(entities, unit);
+            result.survey = Measure(result.reading.figures);
+            result.passes = RunPasses(result.reading.figures, passes);
+            if (m_Options.output.check)
+                result.check = CheckDrawing(result.reading.figures, PageOf(drawing, result.passes.placement));
+            if (flattens)
+                result.reading.figures = FlattenCurves(std::move(result.reading.figures), passes.arcs.flatness);
+        } catch (const WorkEnded&) {
+            end = stop.Get(entities.size());
+        } catch (const std::bad_alloc&) {
+            end = ImportEnd::OutOfMemory;
+        }
+        if (!end) {
+            if (!keepEntities) drawing.entities.clear();
+            return result;
+        }
+        if (drawing.end == ImportEnd::Whole) drawing.end = *end;
+        result = {};
+        result.whole = false;
+    }
+    result.reading = keepEntities ? ReadFigures(entities, unit) : ReadFigures(std::move(drawing.entities), unit);
+    result.survey = Measure(result.reading.figures);
+    return result;
+}
 
 bool CImportJob::Write(const Drawing& drawing, const std::vector<Figure>* figures,
                        const std::optional<CheckReport>& check, const std::string& output) const {
     COutputFile out(output);
-    switch (m_Options.output.format) {
-        case DrawingFormat::Svg:
-            WriteSvg(*figures, out);
-            break;
-        case DrawingFormat::Dxf:
-            if (m_Options.output.dxf == DxfForm::R12)
-                WriteDxfR12(*figures, out);
-            else
-                WriteDxf(*figures, out);
-            break;
-        case DrawingFormat::Json:
-            if (figures != nullptr)
-                WriteJson(drawing, *figures, check, out);
-            else
-                WriteJson(drawing, check, out);
-            break;
-        case DrawingFormat::None:
-            break;
+    try {
+        switch (m_Options.output.format) {
+            case DrawingFormat::Svg:
+                WriteSvg(*figures, out);
+                break;
+            case DrawingFormat::Dxf:
+                if (m_Options.output.dxf == DxfForm::R12)
+                    WriteDxfR12(*figures, out);
+                else
+                    WriteDxf(*figures, out);
+                break;
+            case DrawingFormat::Json:
+                if (figures != nullptr)
+                    WriteJson(drawing, *figures, check, out);
+                else
+                    WriteJson(drawing, check, out);
+                break;
+            case DrawingFormat::None:
+                break;
+        }
+    } catch (const std::bad_alloc&) {
+        Complain(ForTerminal(output) + ": the drawing is cut off: the memory ran out");
+        return false;
     }
     const bool written = out.Close();
     if (!written) Complain(ForTerminal(output) + ": can't write the drawing: " + out.Error());
@@ -59,45 +118,43 @@ bool CImportJob::Write(const Drawing& drawing, const std::vector<Figure>* figure
 
 JobResult CImportJob::Run(const std::string& path, const std::string& output, ImportCounters& counters) {
     const auto start = std::chrono::steady_clock::now();
-    Drawing drawing = m_Session.Import(path, counters, g_bInterrupted);
+    const CStopCause stop(m_Options.import.timeout, g_bInterrupted, TimeToWrite(m_Options.output.format));
+    const std::uint64_t usedMemory = UsedAddressSpace();
+    Drawing drawing = m_Session.Import(path, counters, stop);
     const std::string name = ForTerminal(path);
-    const std::string reason = ReasonOf(m_Options, drawing);
-    if (drawing.end == ImportEnd::NotOpened) Complain(name + ": " + ForTerminal(reason));
+    if (drawing.end == ImportEnd::NotOpened) Complain(name + ": " + ForTerminal(ReasonOf(m_Options, drawing)));
 
-    const PassSettings& passes = m_Options.output.passes;
     const bool isJson = m_Options.output.format == DrawingFormat::Json;
-    const bool wantsCheck = m_Options.output.check;
-    const bool asDelivered = isJson && !passes.ChangeDrawing() && !wantsCheck;
-    const bool ended = drawing.end != ImportEnd::Whole && drawing.end != ImportEnd::NotOpened;
+    const bool asDelivered = isJson && !m_Options.output.passes.ChangeDrawing() && !m_Options.output.check;
     const bool summarised = m_bSummarise && drawing.end == ImportEnd::Whole;
+    const bool hasWords = summarised || (drawing.end != ImportEnd::Whole && drawing.end != ImportEnd::NotOpened);
     const std::size_t entities = drawing.entities.size();
-    const double unit = drawing.UnitInMillimetres();
     bool written = true;
     if (asDelivered && !output.empty()) written = Write(drawing, nullptr, std::nullopt, output);
-    FigureReading reading;
-    if (isJson && !asDelivered)  // which may be written as they are
-        reading = ReadFigures(std::span<const EntityPtr>(drawing.entities), unit);
-    else if (ended || summarised || wantsCheck || (!asDelivered && !output.empty()))
-        reading = ReadFigures(std::move(drawing.entities), unit);
-    Survey survey;
-    if (ended || summarised) survey = Measure(reading.figures);
-    const PassReport done = RunPasses(reading.figures, passes);
-    std::optional<CheckReport> check;
-    if (wantsCheck) check = CheckDrawing(reading.figures, PageOf(drawing, done.placement));
+    Prepared prepared;
+    try {
+        if (hasWords || m_Options.output.check || (!asDelivered && !output.empty()))
+            prepared = Prepare(drawing, isJson && !asDelivered, stop, usedMemory);
+    } catch (const std::bad_alloc&) {  // even without the limit
+        drawing.end = ImportEnd::OutOfMemory;
+        prepared.whole = false;
+    }
+    const auto& [reading, survey, done, check, whole] = prepared;
     if (!asDelivered && !output.empty()) {
-        if (!isJson && passes.curves == CurveStyle::Polyline)
-            reading.figures = FlattenCurves(std::move(reading.figures), passes.arcs.flatness);
-        const bool figures = !isJson || done.changed;
+        const bool figures = !isJson || done.changed;  // else the entities may be written as they are
         written = Write(drawing, figures ? &reading.figures : nullptr, check, output);
         if (figures && reading.leftOut > 0) {
             Complain(name + ": " + CountText(reading.leftOut, "entity", "entities") +
                      " left out, with a coordinate that is no finite number");
         }
     }
+    const std::string reason = ReasonOf(m_Options, drawing);
+    const bool ended = drawing.end != ImportEnd::Whole && drawing.end != ImportEnd::NotOpened;
     if (check) Note(name + ":\n" + CheckText(*check, drawing));
     if (!isJson && drawing.information) Note(name + ":\n" + ForTerminal(*drawing.information));
 
     for (const std::string& warning : WarningsOf(drawing)) Complain(name + ": " + ForTerminal(warning));
+    if (!whole) Complain(name + ": written as it was drawn, without the changes and checks that were asked for");
     if (ended) {
         const std::string remedy = RemedyOf(m_Options, drawing);
         Complain(name + ": not imported whole: " + ForTerminal(reason) + "; got " + AmountText(survey, entities) +

@@ -51,7 +51,7 @@ protected:
 private:
     void TakeInformation(CDialog& dialog);
     // Whether there is a cause to stop, which the drawing is then told.
-    bool IsToStop();
+    bool IsToStop(std::size_t entities = 0);
 
     DialogUse m_DialogUse = DialogUse::Import;
     const ImportSettings* m_pSettings = nullptr;

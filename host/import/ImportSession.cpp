@@ -51,13 +51,12 @@ void CImportSession::RunCommand(tagPlugImportJob& job, CImportFrame::DialogUse u
     }
 }
 
-Drawing CImportSession::Import(const std::string& path, ImportCounters& counters, const std::atomic<bool>& stop) {
+Drawing CImportSession::Import(const std::string& path, ImportCounters& counters, const CStopCause& stop) {
     Drawing drawing;
     drawing.source = path == "-" ? "stdin" : std::filesystem::path(path).filename().string();
     drawing.hostVersion = m_Settings.hostVersion;
     drawing.complete = m_Settings.complete;
-    const CStopCause stopCause(m_Settings.timeout, stop);
-    const CInputFile input(path, stopCause);
+    const CInputFile input(path, stop);
     if (!input.Error().empty()) {
         drawing.end = input.StoppedBy().value_or(ImportEnd::NotOpened);
         drawing.openError = input.Error();
@@ -70,7 +69,7 @@ Drawing CImportSession::Import(const std::string& path, ImportCounters& counters
     job.pList = &list;
     RunOnDeepStack([&] {
         CMemoryLimit limit(m_Settings.memoryLimit);
-        m_Frame.BeginImport(m_Settings, drawing, counters, limit, stopCause);
+        m_Frame.BeginImport(m_Settings, drawing, counters, limit, stop);
         if (m_Settings.wantsInformation) RunCommand(job, CImportFrame::DialogUse::Information);
         RunCommand(job, CImportFrame::DialogUse::Import);
         m_Frame.EndImport();

@@ -2,7 +2,6 @@
 // arguments; a front brings a main window, which answers the dialog, and a flag that stops an import.
 #pragma once
 
-#include <atomic>
 #include <string>
 
 #include "import/ImportFrame.h"
@@ -21,9 +20,8 @@ public:
     const std::string& Error() const { return m_Plugin.Error(); }
 
     // Imports one file; "-" is standard input. Whatever happens, what was drawn is in the drawing, whose `end`
-    // tells how it ended, and which may outlive the session. `stop` may be set from another thread or a signal
-    // handler at any time.
-    Drawing Import(const std::string& path, ImportCounters& counters, const std::atomic<bool>& stop);
+    // tells how it ended, and which may outlive the session.
+    Drawing Import(const std::string& path, ImportCounters& counters, const CStopCause& stop);
 
 private:
     void RunCommand(tagPlugImportJob& job, CImportFrame::DialogUse use);

@@ -13,6 +13,6 @@ struct ImportSettings {
     std::vector<std::string> fontFolders;      // where fonts are looked for first, in this order
     bool wantsInformation = false;             // ask for the file information first, in a dialog of its own
     bool allowFileAccess = false;              // let the program in the file touch files
-    std::optional<double> timeout;             // seconds for each import
+    std::optional<double> timeout;             // seconds for each import, which the caller's CStopCause counts
     std::optional<std::uint64_t> memoryLimit;  // bytes for each import, beyond what the process has
 };

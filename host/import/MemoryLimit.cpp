@@ -59,16 +59,6 @@ std::uint64_t MachineMemory(const std::string& root) {
     return kNoLimit;
 }
 
-// Bytes of address space that the process has now.
-std::uint64_t AddressSpace() {
-    unsigned long pages = 0;
-    if (std::FILE* file = std::fopen("/proc/self/statm", "r")) {
-        if (std::fscanf(file, "%lu", &pages) != 1) pages = 0;
-        std::fclose(file);
-    }
-    return pages * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
-}
-
 // The stack grows page by page, and counts as address space: at the limit a deeper call would be killed,
 // where an allocation fails in order. So the stack takes its room beforehand, as far as it may grow.
 [[gnu::noinline]] void TakeStack() {
@@ -88,12 +78,21 @@ std::optional<std::uint64_t> UsualMemoryLimit(const std::string& root) {
     return memory == kNoLimit ? std::nullopt : std::optional(memory / 4 * 3);
 }
 
-CMemoryLimit::CMemoryLimit(std::optional<std::uint64_t> bytes) {
+std::uint64_t UsedAddressSpace() {
+    unsigned long pages = 0;
+    if (std::FILE* file = std::fopen("/proc/self/statm", "r")) {
+        if (std::fscanf(file, "%lu", &pages) != 1) pages = 0;
+        std::fclose(file);
+    }
+    return pages * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
+}
+
+CMemoryLimit::CMemoryLimit(std::optional<std::uint64_t> bytes, std::optional<std::uint64_t> used) {
     rlimit limit{};
     if (!bytes || ::getrlimit(RLIMIT_AS, &limit) != 0) return;
     TakeStack();
-    const std::uint64_t used = AddressSpace();
-    const rlim_t wanted = *bytes < RLIM_INFINITY - used ? *bytes + used : RLIM_INFINITY;
+    if (!used) used = UsedAddressSpace();
+    const rlim_t wanted = *bytes < RLIM_INFINITY - *used ? *bytes + *used : RLIM_INFINITY;
     const rlim_t before = limit.rlim_cur;
     limit.rlim_cur = std::min(wanted, before);
     if (::setrlimit(RLIMIT_AS, &limit) == 0) m_nBefore = before;

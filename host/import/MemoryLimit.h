@@ -10,11 +10,14 @@
 // stand in.
 std::optional<std::uint64_t> UsualMemoryLimit(const std::string& root = "");
 
-// While it lives, the process may take so many bytes of address space beyond what it has; allocations beyond
-// fail. Without a value it does nothing.
+// Bytes of address space that the process has now.
+std::uint64_t UsedAddressSpace();
+
+// While it lives, the process may take so many bytes of address space beyond what it has, or had when `used` was asked
+// for; allocations beyond fail. Without a value it does nothing.
 class CMemoryLimit {
 public:
-    explicit CMemoryLimit(std::optional<std::uint64_t> bytes);
+    explicit CMemoryLimit(std::optional<std::uint64_t> bytes, std::optional<std::uint64_t> used = std::nullopt);
     ~CMemoryLimit() { Lift(); }
     CMemoryLimit(const CMemoryLimit&) = delete;
     CMemoryLimit& operator=(const CMemoryLimit&) = delete;

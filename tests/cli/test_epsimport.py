@@ -480,6 +480,24 @@ class Limits(CliTest):
                 self.assertGreaterEqual(len(run.json["entities"]), 1)
                 self.assertIn("memory", run.err)
 
+    def test_time_and_memory_for_the_passes_run_out(self):
+        passes = ("--dedupe", "--join", "0.01", "--curves", "arc", "--check")
+        # A fan, which is much to compare, and lines apart from one another, which are much to index.
+        fan = "0 1 60000 { dup 1000 mod 0.001 mul exch 0.0007 mul moveto 72 72 lineto stroke } for\n"
+        apart = "0 1 200000 { dup 0 moveto 72 lineto stroke } for\n"
+        cases = [(fan, (*passes, "--timeout", "0.4"), "time")]
+        if not SANITIZED:
+            cases.append((apart, (*passes, "--memory", "40"), "memory"))
+        for program, args, word in cases:
+            for kind in ("json", "svg"):
+                with self.subTest(word, kind=kind):
+                    run = self.run_it(self.file(program), "-f", kind, *args)
+                    self.assertEqual(run.status, 1)
+                    self.assertRegex(run.err, f"not imported whole: the {word} ran out")
+                    self.assertIn("as it was drawn, without the changes", run.err)
+                    lines = run.out.count(b"<path") if kind == "svg" else len(run.json["entities"])
+                    self.assertGreater(lines, 1000)
+
     def test_programs_touch_no_files(self):
         (self.dir / "victim").write_text("mine")
         body = "(victim) deletefile\n"

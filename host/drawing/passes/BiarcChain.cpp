@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "drawing/Section.h"
+#include "drawing/Work.h"
 #include "drawing/passes/ArcFitting.h"
 
 namespace {
@@ -161,6 +162,7 @@ void CBiarcChain::AppendSmooth(const Node& from, const Node& to) {
 }
 
 std::optional<Biarc> CBiarcChain::Follow(const Node& from, const Node& to) const {
+    CWorkLimit::Count();
     const Point chord = to.point - from.point;
     if (!(Norm(chord) > 0)) return std::nullopt;
     const double leaving = AngleBetween(from.tangent, chord), arriving = AngleBetween(chord, to.tangent);

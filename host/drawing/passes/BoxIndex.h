@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "drawing/Work.h"
+
 template <std::size_t dimensions>
 struct IndexBox {
     std::array<double, dimensions> min{};
@@ -66,13 +68,15 @@ public:
         found.clear();
         const auto keep = [&found](const Entry& entry) { found.push_back(entry.second); };
         m_Tree.query(boost::geometry::index::intersects(ToBoost(box)), boost::make_function_output_iterator(keep));
+        CWorkLimit::Count(1 + found.size());
     }
 
     // Calls `visit` with the number of each box that meets this one, until it answers false.
     template <class Visit>
     void FindUntil(const Box& box, Visit visit) const {
         auto at = m_Tree.qbegin(boost::geometry::index::intersects(ToBoost(box)));
-        while (at != m_Tree.qend() && visit(at->second)) ++at;
+        CWorkLimit::Count();
+        for (; at != m_Tree.qend() && visit(at->second); ++at) CWorkLimit::Count();
     }
 
 private:

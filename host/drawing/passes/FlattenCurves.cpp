@@ -3,6 +3,7 @@
 #include "drawing/passes/FlattenCurves.h"
 
 #include "drawing/Section.h"
+#include "drawing/Work.h"
 #include "hostout/HostCurves.h"
 
 namespace {
@@ -17,6 +18,7 @@ void AppendLines(Figure& figure, const Section& curve, double flatness, std::vec
     section.Copy(control, 4);
     scratch.clear();
     section.Flatten(static_cast<float>(flatness), scratch);
+    CWorkLimit::Count(scratch.size());
     for (std::size_t i = 1; i + 1 < scratch.size(); ++i) figure.points.push_back({scratch[i].x, scratch[i].y});
     figure.points.push_back(curve.End());
     figure.segments.insert(figure.segments.end(), scratch.size() - 1, SegmentKind::Line);

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "drawing/Section.h"
+#include "drawing/Work.h"
 #include "drawing/passes/ArcFitting.h"
 #include "drawing/passes/BiarcChain.h"
 
@@ -247,6 +248,7 @@ std::optional<double> CArcRecogniser::SweepOfRun(std::size_t first, std::size_t 
     const auto at = [this](std::size_t i) -> const Piece& { return m_Pieces[i % m_Pieces.size()]; };
     if (!at(first).IsArc() || !at(first + count - 1).IsArc() || at(first).Start() == at(first + count - 1).End())
         return std::nullopt;
+    CWorkLimit::Count(count);
     double sweep = 0;
     for (std::size_t i = first; i < first + count; ++i) {
         const bool goesOn = at(i).IsArc() ? at(i).sweep * at(first).sweep > 0 : at(i).IsHair();
