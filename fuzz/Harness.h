@@ -27,6 +27,11 @@ void FuzzScanner(const std::uint8_t* data, std::size_t size);
 /// one, or when encrypted charstrings draw anything else than plain ones.
 void FuzzFont(const std::uint8_t* data, std::size_t size);
 
+/// Makes figures of the bytes, or of what they draw as a program, has the passes that the second byte asks for change
+/// them, and writes all formats. Traps on a coordinate that isn't finite and on output that isn't valid JSON, SVG or
+/// DXF.
+void FuzzWriters(const std::uint8_t* data, std::size_t size);
+
 /// Runs a chain of one or two decoders over the bytes, with parameters that the first of them tell, and some encoders.
 /// Traps when other sizes of blocks and reads give other bytes or another end, or when what was encoded decodes to
 /// something else.

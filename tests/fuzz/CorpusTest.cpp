@@ -41,6 +41,8 @@ TEST(CorpusTest, Filter) { EXPECT_GT(Replay("filter", FuzzFilter), 0); }
 
 TEST(CorpusTest, Font) { EXPECT_GT(Replay("font", FuzzFont), 0); }
 
+TEST(CorpusTest, Writers) { EXPECT_GT(Replay("writers", FuzzWriters), 0); }
+
 TEST(CorpusTest, FileInfo) { EXPECT_GT(Replay("info", FuzzFileInfo), 0); }
 
 }  // namespace
