@@ -18,10 +18,12 @@ int OpDictEnd(CFilterEPS& m) {
     const int count = m.m_OperandStack.CountToMark();
     if (count < 0) return m.Fail(PSERR_UNMATCHEDMARK);
     if (count % 2 != 0) return m.Fail(PSERR_RANGE);
-    for (int i = 1; i < count; i += 2) {
-        const CElement& key = *m.m_OperandStack.AtFromTop(i);
+    const CElement* value = m.m_OperandStack.Top();
+    for (int i = 0; i < count; i += 2) {
+        const CElement& key = *value->m_pPrev;
         if (key.m_nType == ET_NULL) return m.Fail(PSERR_TYPECHECK);
         if (!CKey(key).IsValid()) return m.Fail(PSERR_RANGE, "limitcheck");
+        value = key.m_pPrev;
     }
     std::vector<ElementPtr> elements(static_cast<std::size_t>(count));
     for (std::size_t i = elements.size(); i-- > 0;) elements[i] = m.Pop();

@@ -53,6 +53,7 @@ TEST(WorkTest, LargeOperandsAreManySteps) {
         {"stroke", "", "0 0 moveto n {1 1 rlineto} repeat stroke"},
         {"pathbbox", "0 0 moveto n {1 1 rlineto} repeat", "pathbbox pop pop pop pop", true},
         {"clip", "0 0 moveto n {1 1 rlineto} repeat", "clip", true},
+        {">>", "", "<< n {rand 1} bind repeat >> pop", true},
     };
     for (const WorkCase& c : cases) {
         RunSettings settings;
