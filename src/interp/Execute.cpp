@@ -164,7 +164,7 @@ int CFilterEPS::RunCode(const CArrayBody& body, size_t& at, size_t end) {
     const std::uint64_t epoch = g_nCodeEpoch;
     const Step* step = code + at;
     do {
-        assert(IsStepOf(*step, body.Contents().At(static_cast<size_t>(step - code))));
+        assert(body.Code() == code && IsStepOf(*step, body.Contents().At(static_cast<size_t>(step - code))));
         switch (step->kind) {
             case StepKind::number:
                 Push(NewNumber(step->number, step->isReal));
