@@ -152,7 +152,7 @@ private:
 };
 
 std::vector<Figure> MakeFigures(CBytes& bytes) {
-    constexpr std::size_t most = 500;
+    constexpr std::size_t most = 100;
     std::vector<Figure> figures;
     while (!bytes.IsEmpty() && figures.size() < most) {
         const unsigned kind = bytes.Byte();
@@ -181,7 +181,7 @@ std::vector<Figure> MakeFigures(CBytes& bytes) {
 /// A frame that lets a run take so many polls.
 class PatientFrame final : public TestFrame {
 public:
-    bool OnProgress(const tagImportProgress&) override { return ++m_nPolls > 20; }
+    bool OnProgress(const tagImportProgress&) override { return ++m_nPolls > 3; }
     bool AllowsFileAccess() const override { return false; }
     int m_nPolls = 0;
 };
@@ -231,7 +231,7 @@ void FuzzWriters(const std::uint8_t* data, std::size_t size) {
     std::optional<CheckReport> check;
     try {
         int questions = 0;
-        const CWorkLimit limit([&] { return ++questions > 100; });
+        const CWorkLimit limit([&] { return ++questions > 10; });
         RunPasses(figures, settings);
         CheckFigures(figures);
         check = CheckDrawing(figures, {});
