@@ -301,6 +301,33 @@ TypedPtr<CDictionary> NewFont(std::int32_t type, const CName* name) {
 
 }  // namespace
 
+int CFontFaces::MakeCidFont(CFilterEPS& m, const CName* name) {
+    constexpr std::int32_t cidTypeZero = 9;
+    NamedFont named;
+    named.name = name->Text();
+    if (const auto found = m_p->Catalogue().Find(name->Text());
+        found && found->sameWidths && found->face->IsCidKeyed()) {
+        named.face = found->face;
+        named.used = found->usedName;
+    }
+    TypedPtr<CDictionary> font = NewFont(cidTypeZero, name);
+    font->Put("CIDFontName", MakeElement<CSimpElement>(name));
+    font->Put("CIDFontType", NewInt(0));
+    auto system = MakeElement<CDictionary>(3);
+    system->Put("Registry", Text("Adobe"));
+    system->Put("Ordering", Text("Identity"));
+    system->Put("Supplement", NewInt(0));
+    font->Put("CIDSystemInfo", std::move(system));
+    font->Put("FontInfo", MakeElement<CDictionary>(1));
+    font->Put(m_Names.face, NewInt(Keep(std::move(named))));
+    m.Push(MakeElement<CSimpElement>(name));
+    m.Push(std::move(font));
+    m.Push(Name("CIDFont"));
+    if (InternName("defineresource")->m_pfnOperator(m) == 1) return 1;
+    if (m.m_nError != PSERR_NONE) m.Drop(3);
+    return -1;
+}
+
 ElementPtr CFontFaces::MakeFont(CFilterEPS& m, const CName* name) {
     constexpr std::int32_t typeOne = 1;
     const CBodyPlaceScope global(PLACE_GLOBAL);

@@ -72,6 +72,9 @@ public:
     // Fonts that are only named.
     /// A new font dictionary in global VM for a name that nobody has defined, with a face or without one.
     [[nodiscard]] ElementPtr MakeFont(CFilterEPS& m, const CName* name);
+    /// Defines a CIDFont for a name that nobody has defined: a face of this system if its glyphs have CIDs, or one
+    /// without glyphs. 1 with the CIDFont pushed, or -1.
+    [[nodiscard]] int MakeCidFont(CFilterEPS& m, const CName* name);
     /// Whether there is a face of just that name, or one with its widths.
     [[nodiscard]] bool Has(const CName* name);
     /// What a font dictionary is tied to by its entry; null for one that brings its glyphs along.

@@ -9,6 +9,7 @@
 #include "complete/CMapOperators.h"
 #include "complete/CompleteDialect.h"
 #include "complete/FilterOperators.h"
+#include "complete/FontFaces.h"
 #include "complete/FontOperators.h"
 #include "complete/ResourceOperators.h"
 #include "complete/text/Encodings.h"
@@ -102,6 +103,15 @@ ElementPtr FindFontElsewhere(CFilterEPS& m, const CElement& key) {
     return name ? m.Dialect().FindUndefinedFont(m, name) : nullptr;
 }
 
+/// Files ask for the CIDFonts of East Asian faces, which printers have. One that isn't there has no glyphs.
+ElementPtr FindCidFontElsewhere(CFilterEPS& m, const CElement& key) {
+    const CName* name = KeyNameOf(key);
+    if (!name || m.m_pFontDirectory->Find(name) || m.m_pSharedFontDirectory->Find(name)) return nullptr;
+    CFontFaces& fonts = CCompleteDialect::Of(m).Fonts();
+    if (fonts.Has(name)) return nullptr;
+    return fonts.MakeCidFont(m, name) == 1 ? m.Pop() : nullptr;
+}
+
 bool IsFontElsewhere(CFilterEPS& m, const CElement& key) {
     const CName* name = KeyNameOf(key);
     return name && CCompleteDialect::Of(m).Fonts().Has(name);
@@ -120,7 +130,7 @@ constexpr CategoryRow kRows[] = {
      .directory = DirectoryOf<&CFilterEPS::m_pFontDirectory, &CFilterEPS::m_pSharedFontDirectory>,
      .find = FindFontElsewhere,
      .exists = IsFontElsewhere},
-    {.name = "CIDFont", .instanceType = kDict, .define = DefineCidFont},
+    {.name = "CIDFont", .instanceType = kDict, .define = DefineCidFont, .find = FindCidFontElsewhere},
     {.name = "CMap",
      .instanceType = kDict,
      .names = kCMapNames,

@@ -274,6 +274,26 @@ TEST(CompleteFontTest, Mappings) {
               "65 500.0 0.0 1 0 0");
 }
 
+TEST(CompleteFontTest, CidFontsThatAreNotThere) {
+    CheckStacks(
+        {
+            {"has what programs copy",
+             "/Absent-W5 /CIDFont findresource"
+             " dup /CIDFontName get exch /CIDSystemInfo get /Registry get",
+             "/Absent-W5 (Adobe)"},
+            {"is the same one again", "/Absent-W5 /CIDFont findresource /Absent-W5 /CIDFont findresource eq", "true"},
+            {"isn't told to be there", "/Absent-W5 /CIDFont resourcestatus", "false"},
+            {"has no glyphs",
+             "/C /Identity-H [/Absent-W5] composefont 10 scalefont setfont 3 4 moveto (\\000A) show currentpoint",
+             "3.0 4.0"},
+            {"a font of that name goes first",
+             "/Own << /FontType 3 /FontMatrix [1 0 0 1 0 0] /Encoding [] /FontBBox [0 0 1 1] >> definefont pop"
+             " {/Own /CIDFont findresource} stopped $error /errorname get 4 1 roll pop pop pop",
+             "/undefinedresource"},
+        },
+        kComplete);
+}
+
 TEST(CompleteFontTest, CMaps) {
     const std::string cmap =
         kBoxes +
