@@ -114,6 +114,8 @@ TEST(SubstitutesTest, FoldersGoFirst) {
     first.Write("broken.ttf", "no font");
     FontCatalogue catalogue({first.Path(), second.Path(), "/nowhere"});
     EXPECT_EQ(Found(catalogue, "Helvetica"), "LiberationSans 102");
+    EXPECT_EQ(Found(catalogue, "ABCDEF+LiberationSans"), "LiberationSans 102");
+    EXPECT_EQ(Found(catalogue, "ABCDEf+LiberationSans"), "Helvetica 101 other") << "no tag of a subset";
     EXPECT_EQ(Found(catalogue, "Courier"), "Courier 104");
 }
 
@@ -193,6 +195,9 @@ TEST(SubstitutesTest, StandardNames) {
                           {"ZapfChancery-MediumItalic", "ZapfChancery-MediumItalic"},
                           {"Symbol", "Symbol"},
                           {"ZapfDingbats", "ZapfDingbats"},
+                          {"NimbusSanL-Regu", "Helvetica"},
+                          {"LiberationSerif-BoldItalic", "Times-BoldItalic"},
+                          {"StandardSymL", "Symbol"},
                           {"HelveticaNeue-Bold", nullptr},
                           {"Helvetica-Light", nullptr},
                           {"ArialBlack", nullptr},

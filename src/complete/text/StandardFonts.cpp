@@ -184,6 +184,15 @@ std::vector<std::string> WordsOf(std::string_view name) {
     return words;
 }
 
+StandardFont FontOf(const FamilyRow& row, std::size_t style) {
+    StandardFont font;
+    font.faces = Split(row.faces[style]);
+    if (row.family) font.faceClass = {*row.family, (style & Bold) != 0, (style & Italic) != 0};
+    font.widths = row.widths[style];
+    font.encoding = row.encoding;
+    return font;
+}
+
 }  // namespace
 
 std::optional<StandardFont> FindStandardFont(std::string_view name) {
@@ -195,12 +204,14 @@ std::optional<StandardFont> FindStandardFont(std::string_view name) {
             if (!joined.starts_with(spelling)) continue;
             const auto style = ParseStyle(std::string_view(joined).substr(spelling.size()), row);
             if (!style || row.faces[*style].empty()) continue;
-            StandardFont font;
-            font.faces = Split(row.faces[*style]);
-            if (row.family) font.faceClass = {*row.family, (*style & Bold) != 0, (*style & Italic) != 0};
-            font.widths = row.widths[*style];
-            font.encoding = row.encoding;
-            return font;
+            return FontOf(row, *style);
+        }
+    }
+    // A face that stands for one of them in files of other systems.
+    for (const FamilyRow& row : kFamilies) {
+        for (std::size_t style = Regular; style <= BoldItalic; ++style) {
+            const std::vector<std::string_view> faces = Split(row.faces[style]);
+            if (std::ranges::find(faces, name) != faces.end()) return FontOf(row, style);
         }
     }
     return std::nullopt;

@@ -78,6 +78,14 @@ Owned<FcConfig> ConfigOf(const std::string& folder) {
     return config;
 }
 
+/// The name of the font that a subset is of: six capitals and a plus sign stand before it (PDF Reference, Font Subsets).
+std::string_view WithoutSubsetTag(std::string_view name) noexcept {
+    constexpr std::size_t length = 6;
+    const bool isSubset = name.size() > length + 1 && name[length] == '+' &&
+                          std::all_of(name.begin(), name.begin() + length, [](char c) { return c >= 'A' && c <= 'Z'; });
+    return isSubset ? name.substr(length + 1) : name;
+}
+
 /// The files that have a face of just that name, best first.
 std::vector<FontFile> FilesOf(FcConfig* config, const std::string& postScriptName) {
     const Owned<FcPattern> pattern(
@@ -214,11 +222,13 @@ struct FontCatalogue::Contents {
     std::optional<SubstituteFace> Find(const std::string& name) {
         Start();
         std::vector<std::string> names{name};
-        const std::optional<StandardFont> standard = FindStandardFont(name);
+        const std::string whole(WithoutSubsetTag(name));
+        if (whole != name) names.push_back(whole);
+        const std::optional<StandardFont> standard = FindStandardFont(whole);
         if (standard) names.insert(names.end(), standard->faces.begin(), standard->faces.end());
         std::optional<SubstituteFace> found = FindExactly(names);
         if (!found) {
-            const std::optional<FaceClass> faceClass = standard ? standard->faceClass : ClassOfName(name);
+            const std::optional<FaceClass> faceClass = standard ? standard->faceClass : ClassOfName(whole);
             if (faceClass) found = FindOfClass(*faceClass, standard ? standard->widths : std::nullopt);
         }
         if (found && standard) {
