@@ -65,6 +65,14 @@ constexpr std::string_view kServer =
     "/exitserver{pop clear cleardictstack}bind def /settimeout{pop}bind def"
     " end put systemdict /\004{}put";
 
+// Names of language level 2 that later editions have dropped: of global VM, and of a cache of user paths.
+constexpr std::string_view kOldNames =
+    "systemdict begin"
+    "/shareddict globaldict def /currentshared/currentglobal load def /setshared/setglobal load def"
+    "/scheck/gcheck load def"
+    "/ucachestatus{mark 0 0 0 0 0}bind def /setucacheparams{cleartomark}bind def"
+    " end";
+
 void Run(CFilterEPS& m, BodyPlace place, std::string_view source) {
     const CBodyPlaceScope scope(place);
     static_cast<void>(m.ScanBuffer(source));
@@ -74,6 +82,7 @@ void Run(CFilterEPS& m, BodyPlace place, std::string_view source) {
 
 void BuildSystemDictionaries(CFilterEPS& m) {
     Run(m, PLACE_GLOBAL, kPapers);
+    Run(m, PLACE_GLOBAL, kOldNames);
     Run(m, PlaceOfLevel(0), kStatus);
     Run(m, PlaceOfLevel(0), kServer);
 }

@@ -1,6 +1,8 @@
 // Memory and time. The answers are the same on every run: what a program draws may not hang on the machine it runs on.
 #include "complete/SystemOperators.h"
 
+#include <algorithm>
+#include <iterator>
 #include <limits>
 
 #include "complete/CompleteDialect.h"
@@ -36,6 +38,21 @@ int OpTime(CFilterEPS& m) {
     return 1;
 }
 
+// mark int..  setcacheparams  -              unmatchedmark typecheck
+// What is left out stays as it is, and more than three are ignored.
+int OpSetcacheparams(CFilterEPS& m) {
+    const int count = m.m_OperandStack.CountToMark();
+    if (count < 0) return m.Fail(PSERR_UNMATCHEDMARK);
+    std::int32_t* const parameters[] = {&m.m_nCacheUpper, &m.m_nCacheLower, &m.m_nCacheSize};
+    const int known = std::min(count, static_cast<int>(std::size(parameters)));
+    Operands in(m);
+    for (int i = 0; i < known; ++i) in.Int(i);
+    if (!in) return -1;
+    for (int i = 0; i < known; ++i) *parameters[i] = in.Int(i);
+    m.Drop(count + 1);
+    return 1;
+}
+
 constexpr std::int32_t kGreatest = std::numeric_limits<std::int32_t>::max();
 
 constexpr OpRow kRows[] = {
@@ -44,6 +61,7 @@ constexpr OpRow kRows[] = {
     {"setvmthreshold", OpDiscardInt<-1, kGreatest>},
     {"usertime", OpTime},
     {"realtime", OpTime},
+    {"setcacheparams", OpSetcacheparams},
 };
 
 }  // namespace

@@ -129,6 +129,9 @@ TEST(CompleteDeviceTest, NamesOfPrinters) {
             {"a page of a typesetter", "statusdict begin 300 400 1 setpage end clippath pathbbox",
              "0.0 0.0 300.0 400.0"},
             {"out of the server's loop", "1 2 serverdict begin 0 exitserver count countdictstack", "0 3"},
+            {"of older language levels", "true setshared currentshared currentglobal shareddict globaldict eq 1 scheck",
+             "true true true true"},
+            {"a cache of user paths", "mark 9 setucacheparams ucachestatus counttomark", "mark 0 0 0 0 0 5"},
             {"names of this kind are a program's to define", "/letter 7 def letter /note {8} def note", "7 8"},
         },
         kComplete);

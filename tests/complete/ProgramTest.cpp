@@ -65,6 +65,10 @@ TEST(CompleteProgramTest, MemoryAndTime) {
     CheckStacks(
         {
             {"vmstatus", "vmstatus exch sub 1000000 gt exch", "true 0"},
+            {"of the font cache",
+             "mark 7 8 setcacheparams mark 1 2 3 4 setcacheparams mark 9 setcacheparams currentcacheparams",
+             "mark 2 3 9"},
+            {"without a mark", "{5 setcacheparams} stopped $error /errorname get", "5 true /unmatchedmark"},
             {"its level", "save vmstatus pop pop exch pop", "1"},
             {"vmreclaim", "-2 vmreclaim 2 vmreclaim {3 vmreclaim} stopped", "3 true"},
             {"setvmthreshold", "-1 setvmthreshold {true setvmthreshold} stopped", "true true"},
