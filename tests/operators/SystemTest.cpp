@@ -89,8 +89,8 @@ TEST(SystemOperatorsTest, DeviceAndCaches) {
         {"at the start", "currentcacheparams", "mark 500000 500 5000"},
         {"the status is fixed", "mark 1 2 3 setcacheparams 100 setcachelimit cachestatus",
          "0 500000 0 200 0 5000 5000"},
-        {"the mark stands elsewhere", "1 mark 1 2 setcacheparams", "1 mark 1 2", PSERR_TYPECHECK},
-        {"missing", "mark 1 2 setcacheparams", "mark 1 2", PSERR_STACKUNDERFLOW},
+        {"departure: the mark stands elsewhere", "1 mark 1 2 setcacheparams", "1 mark 1 2", PSERR_TYPECHECK},
+        {"departure: missing", "mark 1 2 setcacheparams", "mark 1 2", PSERR_STACKUNDERFLOW},
         {"no numbers", "mark 1 (2) 3 setcacheparams", "mark 1 (2) 3", PSERR_TYPECHECK},
         {"setcachelimit on nothing", "setcachelimit", "", PSERR_STACKUNDERFLOW},
     });

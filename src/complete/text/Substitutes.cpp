@@ -78,7 +78,7 @@ Owned<FcConfig> ConfigOf(const std::string& folder) {
     return config;
 }
 
-/// The name of the font that a subset is of: six capitals and a plus sign stand before it (PDF Reference, Font Subsets).
+/// The name of the font that a subset is of, without its six capitals and plus sign (PDF Reference, Font Subsets).
 std::string_view WithoutSubsetTag(std::string_view name) noexcept {
     constexpr std::size_t length = 6;
     const bool isSubset = name.size() > length + 1 && name[length] == '+' &&
