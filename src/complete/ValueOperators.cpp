@@ -9,11 +9,13 @@
 #include "complete/CheckedOperators.h"
 #include "interp/Operands.h"
 #include "interp/OperatorChain.h"
+#include "operators/TwoNumbers.h"
 #include "operators/TypeOperators.h"
 
 namespace {
 
-/// A result that 32 bits can't hold is a real.
+// num1 num2  add sub mul  result             stackunderflow typecheck
+// A result that 32 bits can't hold is a real.
 template <class Function>
 void Combine(CNumberElement& a, double b, bool isReal) {
     const double result = Function{}(a.GetReal(), b);
@@ -22,27 +24,6 @@ void Combine(CNumberElement& a, double b, bool isReal) {
     } else {
         a.SetInt(static_cast<std::int32_t>(result));
     }
-}
-
-// num1 num2  add sub mul  result             stackunderflow typecheck
-template <class Function>
-int OpBinary(CFilterEPS& m) {
-    Operands in(m);
-    const CNumberElement* b = in.Number(0);
-    CNumberElement* a = in.Number(1);
-    if (!in) return -1;
-    Combine<Function>(*a, b->GetReal(), b->IsReal());
-    m.Drop(1);
-    return 1;
-}
-
-/// The same for a second number that has not been pushed.
-template <class Function>
-int OnBinary(CFilterEPS& m, double b, bool isReal) {
-    auto* a = As<CNumberElement>(m.m_OperandStack.Top());
-    if (!a) return 0;
-    Combine<Function>(*a, b, isReal);
-    return 1;
 }
 
 // any  type  name                            stackunderflow
@@ -154,9 +135,9 @@ int OpBitshift(CFilterEPS& m) {
 }
 
 constexpr OpRow kRows[] = {
-    {"add", OpBinary<std::plus<>>, OnBinary<std::plus<>>},
-    {"sub", OpBinary<std::minus<>>, OnBinary<std::minus<>>},
-    {"mul", OpBinary<std::multiplies<>>, OnBinary<std::multiplies<>>},
+    {"add", OpTwoNumbers<Combine<std::plus<>>>, OnSecondNumber<Combine<std::plus<>>>},
+    {"sub", OpTwoNumbers<Combine<std::minus<>>>, OnSecondNumber<Combine<std::minus<>>>},
+    {"mul", OpTwoNumbers<Combine<std::multiplies<>>>, OnSecondNumber<Combine<std::multiplies<>>>},
     {"type", OpType},
     {"cvs", OpCvs},
     {"cvrs", OpCvrs},

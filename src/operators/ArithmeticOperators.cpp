@@ -8,13 +8,13 @@
 #include <cmath>
 #include <functional>
 
-#include "interp/Operands.h"
 #include "objects/Angles.h"
+#include "operators/TwoNumbers.h"
 
 namespace {
 
-// Beside each operator of two numbers stands its form for a second one that has not been pushed.
-
+// num1 num2  add sub mul  result             STACKUNDERFLOW TYPECHECK
+// num1 num2  div atan exp  real
 template <class Function>
 void Combine(CNumberElement& a, double b, bool isReal) {
     const double result = Function{}(a.GetReal(), b);
@@ -25,44 +25,9 @@ void Combine(CNumberElement& a, double b, bool isReal) {
     }
 }
 
-// num1 num2  add sub mul  result             STACKUNDERFLOW TYPECHECK
-template <class Function>
-int OpBinary(CFilterEPS& m) {
-    Operands in(m);
-    const CNumberElement* b = in.Number(0);
-    CNumberElement* a = in.Number(1);
-    if (!in) return -1;
-    Combine<Function>(*a, b->GetReal(), b->IsReal());
-    m.Drop(1);
-    return 1;
-}
-
-template <class Function>
-int OnBinary(CFilterEPS& m, double b, bool isReal) {
-    auto* a = As<CNumberElement>(m.m_OperandStack.Top());
-    if (!a) return 0;
-    Combine<Function>(*a, b, isReal);
-    return 1;
-}
-
-// num1 num2  div atan exp  real              STACKUNDERFLOW TYPECHECK
 template <double (*Function)(double, double)>
-int OpBinaryReal(CFilterEPS& m) {
-    Operands in(m);
-    const double b = in.Real(0);
-    CNumberElement* a = in.Number(1);
-    if (!in) return -1;
-    a->SetReal(Function(a->GetReal(), b));
-    m.Drop(1);
-    return 1;
-}
-
-template <double (*Function)(double, double)>
-int OnBinaryReal(CFilterEPS& m, double b, bool) {
-    auto* a = As<CNumberElement>(m.m_OperandStack.Top());
-    if (!a) return 0;
-    a->SetReal(Function(a->GetReal(), b));
-    return 1;
+void CombineReal(CNumberElement& a, double b, bool) {
+    a.SetReal(Function(a.GetReal(), b));
 }
 
 // In 64 bits, -2147483648 by -1 has a result, which then goes the way of every other that is too large.
@@ -199,10 +164,10 @@ int OpRrand(CFilterEPS& m) {
 
 // Place 2 of the chain, compared after kStackCoreOperators.
 constexpr OpRow kCoreRows[] = {
-    {"add", OpBinary<std::plus<>>, OnBinary<std::plus<>>},
-    {"sub", OpBinary<std::minus<>>, OnBinary<std::minus<>>},
-    {"mul", OpBinary<std::multiplies<>>, OnBinary<std::multiplies<>>},
-    {"div", OpBinaryReal<RealQuotient>, OnBinaryReal<RealQuotient>},
+    {"add", OpTwoNumbers<Combine<std::plus<>>>, OnSecondNumber<Combine<std::plus<>>>},
+    {"sub", OpTwoNumbers<Combine<std::minus<>>>, OnSecondNumber<Combine<std::minus<>>>},
+    {"mul", OpTwoNumbers<Combine<std::multiplies<>>>, OnSecondNumber<Combine<std::multiplies<>>>},
+    {"div", OpTwoNumbers<CombineReal<RealQuotient>>, OnSecondNumber<CombineReal<RealQuotient>>},
 };
 
 // Place 11 of the chain.
@@ -216,10 +181,10 @@ constexpr OpRow kMathRows[] = {
     {"round", OpToWhole<Rounded>},
     {"truncate", OpToWhole<Truncated>},
     {"sqrt", OpReal<SquareRoot>},
-    {"atan", OpBinaryReal<Angle>},
+    {"atan", OpTwoNumbers<CombineReal<Angle>>},
     {"cos", OpReal<Cosine>},
     {"sin", OpReal<Sine>},
-    {"exp", OpBinaryReal<Power>},
+    {"exp", OpTwoNumbers<CombineReal<Power>>},
     {"ln", OpReal<NaturalLog>},
     {"log", OpReal<CommonLog>},
     {"rand", OpRand},
