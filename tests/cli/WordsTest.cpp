@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "import/EnglishResources.h"
+
 namespace {
 
 TEST(WordsTest, WhyAndWhereAFileFailed) {
@@ -21,6 +23,16 @@ TEST(WordsTest, WhyAndWhereAFileFailed) {
     drawing.report.failure = {2, "undefined", std::string("a\x1b[31m\xe4") + std::string(90, 'x'), 1, 0};
     EXPECT_EQ(ReasonOf(options, drawing),
               "line 1: undefined in a\\033[31m\\344" + std::string(33, 'x') + "... (undefined name)");
+}
+
+TEST(WordsTest, MeaningsOfTheErrors) {
+    const char* const meanings[] = {
+        "not an EPS file",        "operand of the wrong type", "undefined name",       "syntax error",
+        "file I/O error",         "too few operands",          "operand out of range", "no matching mark",
+        "too many end operators", "too many save levels",      "no current point",     "unsupported operator"};
+    for (int code = 0; code < 12; ++code) EXPECT_EQ(EnglishErrorText(code), meanings[code]);
+    EXPECT_EQ(EnglishErrorText(-1), "");
+    EXPECT_EQ(EnglishErrorText(12), "");
 }
 
 TEST(WordsTest, WhatALimitSays) {

@@ -167,6 +167,31 @@ TEST(PlugFilterMainTest, ErrorsDeliverWhatCameBefore) {
     EXPECT_EQ(frame.m_WaitCursor, "on off ");
 }
 
+TEST(PlugFilterMainTest, TextsOfTheErrors) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"hello\n", "文件格式错误"},
+        {"%!PS-Adobe-3.0\n(a) 1 add\n", "类型不匹配"},
+        {"%!PS-Adobe-3.0\nnonsense\n", "名称未定义"},
+        {"%!PS-Adobe-3.0\n16#ZZ pop\n", "语法错误"},
+        {"%!PS-Adobe-3.0\n(/nowhere/x) (r) file\n", "文件I/O错误"},
+        {"%!PS-Adobe-3.0\npop \n", "操作栈下溢"},
+        {"%!PS-Adobe-3.0\n-1 array\n", "操作范围错误"},
+        {"%!PS-Adobe-3.0\n1 ]\n", "mark 不匹配"},
+        {"%!PS-Adobe-3.0\nend \n", "字典栈下溢"},
+        {"%!PS-Adobe-3.0\n8 {save} repeat\n", "VM 栈上溢"},
+        {"%!PS-Adobe-3.0\nnewpath currentpoint\n", "路径没有起始点"},
+        {"%!PS-Adobe-3.0\n(x) run\n", "遇到了系统暂不支持的操作符"},
+    };
+    for (const auto& [program, text] : cases) {
+        SCOPED_TRACE(program);
+        TestFrame frame;
+        const TempFile file(program);
+        EXPECT_EQ(Import(file.Path()).answer, 1);
+        ASSERT_EQ(frame.m_Boxes.size(), 1u);
+        EXPECT_EQ(frame.m_Boxes[0].text, std::string("EPS文件解释失败!\n错误类型:") + text);
+    }
+}
+
 TEST(PlugFilterMainTest, ImportsThatDeliverNothing) {
     TestFrame frame;
     const TempFile empty("%!PS\n");
