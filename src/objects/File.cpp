@@ -76,20 +76,15 @@ int CFileBody::Open() {
     return 1;
 }
 
-void CFileBody::Close() noexcept {
+void CFileBody::Close() {
     if (m_pStream && !IsStandardStream(m_nFileKind)) std::fclose(m_pStream);
     m_pStream = nullptr;
     m_pSource.reset();
     m_pPlaces = nullptr;
     m_bLoading = false;
-    // A sink that writes to this very file while it ends finds it closed. One that can't end is gone all the same.
+    // A sink that writes to this very file while it ends finds it closed.
     const std::unique_ptr<CByteSink> sink = std::move(m_pSink);
-    if (!sink) return;
-    try {
-        static_cast<void>(sink->Close());
-    } catch (const std::exception&) {
-        return;
-    }
+    if (sink) static_cast<void>(sink->Close());
 }
 
 // Blocks
@@ -367,7 +362,7 @@ void CFileElement::SetFileKind(std::int32_t kind) const noexcept {
     if (CFileBody* body = GetBody()) body->SetFileKind(kind);
 }
 
-void CFileElement::Close() const noexcept {
+void CFileElement::Close() const {
     if (CFileBody* body = GetBody()) body->Close();
 }
 

@@ -56,7 +56,8 @@ public:
     /// 1, or 0 when the file can't be opened.
     int Open();
     /// Closes what the file stands on; from here on it reads and writes as one that was never opened.
-    void Close() noexcept;
+    /// Throws what the end of a sink throws; the sink is gone all the same.
+    void Close();
     /// Whether there is something to read from or to write to.
     [[nodiscard]] bool IsOpen() const noexcept { return m_pStream || m_pSource || m_pSink || m_bLoading; }
     /// What the blocks are read from; null on a stream, on a file that writes or is closed, and while it is being read.
@@ -165,7 +166,7 @@ public:
     }
     void SetFileKind(std::int32_t kind) const noexcept;
     int Open() const { return Ask(0, &CFileBody::Open); }
-    void Close() const noexcept;
+    void Close() const;
     int ReadByte(unsigned* pByte) const { return Ask(-1, &CFileBody::ReadByte, pByte); }
     void UnreadByte() const;
     int ReadBlock(void* buffer, unsigned n, unsigned* pCount) const {

@@ -278,7 +278,7 @@ line
 {nosuch} stopped {$error /errorname get pop} if clear errordict /typecheck {pop pop} put 1 (a) add clear
 {1 {exit} loop} exec {stop} stopped pop 3 {countexecstack pop} repeat
 (616263>) /ASCIIHexDecode filter /SubFileDecode filter 9 string readstring clear
-100 string /FlateEncode filter dup (abcabcabc) writestring clear
+{pop pop 9 string} /FlateEncode filter dup (abcabcabc) writestring closefile
 <789c4b4c4a06000257 0126> /FlateDecode filter 9 string readstring clear
 (abc) << /Filter [] >> /ReusableStreamDecode filter dup 1 setfileposition read clear
 currentfile 0 (END) /SubFileDecode filter cvx exec
