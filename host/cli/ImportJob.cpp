@@ -29,18 +29,18 @@ CBox PageOf(const Drawing& drawing, const Placement& placement) {
     return page;
 }
 
-// What is kept of the time limit for each entity, in seconds: rather more than it takes to be written, if it is short.
-double TimeToWrite(DrawingFormat format) {
+// What is kept of the time limit: rather more than the writing takes.
+WritingTime TimeToWrite(DrawingFormat format) {
     switch (format) {
         case DrawingFormat::Svg:
         case DrawingFormat::Dxf:
-            return 2e-6;
+            return {.perEntity = 2e-6, .perPoint = 0.2e-6};
         case DrawingFormat::Json:
-            return 1e-6;
+            return {.perEntity = 1e-6, .perPoint = 0.2e-6};
         case DrawingFormat::None:
             break;
     }
-    return 0.5e-6;  // for the words
+    return {.perEntity = 0.5e-6, .perPoint = 0.05e-6};  // for the words
 }
 
 }  // namespace
@@ -55,7 +55,8 @@ CImportJob::Prepared CImportJob::Prepare(Drawing& drawing, bool keepEntities, co
     const double unit = drawing.UnitInMillimetres();
     Prepared result;
     if (passes.ChangeDrawing() || m_Options.output.check || flattens) {
-        const CWorkLimit time([&] { return stop.Get(entities.size()).has_value(); });
+        const DrawnAmount drawn{static_cast<std::int64_t>(entities.size()), drawing.report.nPointsDrawn};
+        const CWorkLimit time([&] { return stop.Get(drawn).has_value(); });
         const CMemoryLimit memory(m_Options.import.memoryLimit, usedMemory);
         std::optional<ImportEnd> end;
         try {
@@ -67,7 +68,7 @@ CImportJob::Prepared CImportJob::Prepare(Drawing& drawing, bool keepEntities, co
             if (flattens)
                 result.reading.figures = FlattenCurves(std::move(result.reading.figures), passes.arcs.flatness);
         } catch (const WorkEnded&) {
-            end = stop.Get(entities.size());
+            end = stop.Get(drawn);
         } catch (const std::bad_alloc&) {
             end = ImportEnd::OutOfMemory;
         }

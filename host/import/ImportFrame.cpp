@@ -53,12 +53,12 @@ bool CImportFrame::OnProgress(const tagImportProgress& progress) {
     m_pCounters->bytesRead.store(static_cast<std::uint64_t>(progress.nBytesRead), std::memory_order_relaxed);
     m_pCounters->entities.store(static_cast<std::uint64_t>(progress.nEntities), std::memory_order_relaxed);
     ShowProgress(*m_pDrawing, progress);
-    return IsToStop(static_cast<std::size_t>(progress.nEntities));
+    return IsToStop({progress.nEntities, progress.nPoints});
 }
 
-bool CImportFrame::IsToStop(std::size_t entities) {
+bool CImportFrame::IsToStop(const DrawnAmount& drawn) {
     if (m_pDrawing == nullptr) return false;
-    const std::optional<ImportEnd> cause = m_pStop->Get(entities);
+    const std::optional<ImportEnd> cause = m_pStop->Get(drawn);
     if (cause) m_pDrawing->end = *cause;
     return cause.has_value();
 }

@@ -39,6 +39,7 @@ void CFilterEPS::PaintPath() {
         state->ClearPath();
         return;
     }
+    m_Report.nPointsDrawn += count;
     UpdateColor();
     const double scale = UnitsPerMillimetre(*this);  // the tolerances are millimetres
     const double mergeTolerance = m_fMergeTolerance * scale;

@@ -22,6 +22,7 @@ bool CFilterEPS::PollHost() {
         input->GetLimit(progress.nBytesTotal);
     }
     progress.nEntities = m_pGroup ? m_pGroup->GetChildCount() : 0;
+    progress.nPoints = m_Report.nPointsDrawn;
     CFrameWnd* frame = glbf_GetMainFrame();
     m_bUserBreak = frame && frame->OnProgress(progress);
     if (m_bUserBreak) g_nWorkLeft = 0;

@@ -25,6 +25,7 @@ struct tagImportProgress {
     std::int64_t nBytesRead;   ///< position in the input file
     std::int64_t nBytesTotal;  ///< position at which the input ends
     std::int64_t nEntities;    ///< entities made so far
+    std::int64_t nPoints;      ///< points of their lines and curves
 };
 
 /// Why and where a program ended with an error.
@@ -74,6 +75,7 @@ struct tagFontUse {
 struct tagRunReport {
     std::optional<tagRunFailure> failure;
     tagLeftOut leftOut;
+    std::int64_t nPointsDrawn = 0;  ///< of lines and curves
     std::int64_t nTextsDrawn = 0;   ///< calls of the show family that drew
     std::vector<tagFontUse> fonts;  ///< by their first text; of the complete dialect only
     std::int32_t nTail = RT_NONE;   ///< RunTail

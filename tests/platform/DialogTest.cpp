@@ -108,8 +108,8 @@ public:
 
 TEST_F(DialogTest, AMainWindowThatOverridesOnlyWhatItMust) {
     PlainFrame frame;
-    EXPECT_FALSE(frame.OnProgress({1, 2, 3}));  // nobody wants out
-    EXPECT_FALSE(frame.OnMemoryExhausted());    // the run tells by itself
+    EXPECT_FALSE(frame.OnProgress({1, 2, 3, 4}));  // nobody wants out
+    EXPECT_FALSE(frame.OnMemoryExhausted());       // the run tells by itself
     EXPECT_TRUE(frame.AllowsFileAccess());
     frame.OnRunEnded({});
     frame.ShowWaitCursor(true);
