@@ -8,7 +8,7 @@
 
 class CCliFrame final : public CImportFrame {
 public:
-    // `progress` may be null.
+    /// `progress` may be null.
     CCliFrame(const Options& options, CProgressLine* progress) : m_Options(options), m_pProgress(progress) {}
 
 protected:

@@ -3,9 +3,9 @@
 
 #include <atomic>
 
-// From now on SIGINT and SIGTERM only set a flag, the first time; a second one kills as usual, so that
-// nothing can keep a user from leaving.
+/// From now on SIGINT and SIGTERM only set a flag, the first time; a second one kills as usual, so that
+/// nothing can keep a user from leaving.
 void CatchInterrupts();
 
-// The flag. Lock-free, as a signal handler needs it.
+/// The flag. Lock-free, as a signal handler needs it.
 extern std::atomic<bool> g_bInterrupted;

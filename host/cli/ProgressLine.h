@@ -11,10 +11,10 @@ public:
     CProgressLine(const CProgressLine&) = delete;
     CProgressLine& operator=(const CProgressLine&) = delete;
 
-    // Nothing is shown when standard error is no terminal.
+    /// Nothing is shown when standard error is no terminal.
     bool IsOn() const { return m_bOn; }
 
-    // True at most ten times a second, and not in the first moments: short work shows nothing.
+    /// True at most ten times a second, and not in the first moments: short work shows nothing.
     bool IsDue();
 
     void Show(std::string_view text);

@@ -6,11 +6,11 @@
 #include <functional>
 #include <utility>
 
-// Thrown by CWorkLimit::Count when the work has to end. What was being worked on is of no use then.
+/// Thrown by CWorkLimit::Count when the work has to end. What was being worked on is of no use then.
 struct WorkEnded {};
 
-// While it lives, work on this thread ends when `isToEnd` says so, which is asked every thousand sections or so. One at
-// a time.
+/// While it lives, work on this thread ends when `isToEnd` says so, which is asked every thousand sections or so. One
+/// at a time.
 class CWorkLimit {
 public:
     explicit CWorkLimit(std::function<bool()> isToEnd) { s_IsToEnd = std::move(isToEnd); }
@@ -18,7 +18,7 @@ public:
     CWorkLimit(const CWorkLimit&) = delete;
     CWorkLimit& operator=(const CWorkLimit&) = delete;
 
-    // Tells that so many sections were looked at, or as much was done.
+    /// Tells that so many sections were looked at, or as much was done.
     static void Count(std::size_t sections = 1) {
         s_nDone += sections;
         if (s_nDone < kInterval) return;

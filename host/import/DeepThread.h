@@ -3,6 +3,6 @@
 
 #include <functional>
 
-// Runs `work` on a thread of its own and waits for its end; an exception of its reaches the caller. Where no such
-// thread can be had it runs on the caller's.
+/// Runs `work` on a thread of its own and waits for its end; an exception of its reaches the caller. Where no such
+/// thread can be had it runs on the caller's.
 void RunOnDeepStack(const std::function<void()>& work);

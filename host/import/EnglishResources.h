@@ -5,8 +5,8 @@
 
 #include "platform/Resources.h"
 
-// The string table and the dialog with the ids of the plug-in's own. Lives as long as the program.
+/// The string table and the dialog with the ids of the plug-in's own. Lives as long as the program.
 HINSTANCE EnglishResources();
 
-// What an error code of a run report means: "operand of the wrong type"; empty for an unknown one.
+/// What an error code of a run report means: "operand of the wrong type"; empty for an unknown one.
 std::string_view EnglishErrorText(int code);

@@ -7,11 +7,11 @@
 #include "drawing/Figure.h"
 #include "writers/OutputFile.h"
 
-// R2000, through dxflib. A figure with curves becomes one spline of degree 3, exact: each curve is a Bézier piece,
-// each straight segment the same with its inner control points at its thirds, each arc some pieces within 4.2e-6
-// radii of it. So an outline of lines and curves stays one entity; a closed one ends where it starts.
+/// R2000, through dxflib. A figure with curves becomes one spline of degree 3, exact: each curve is a Bézier piece,
+/// each straight segment the same with its inner control points at its thirds, each arc some pieces within 4.2e-6
+/// radii of it. So an outline of lines and curves stays one entity; a closed one ends where it starts.
 void WriteDxf(std::span<const Figure> figures, COutputFile& out);
 
-// R12, for old controllers: POINT, LINE, ARC, CIRCLE and POLYLINE only, and the numbers of the fixed palette for
-// colours. Of a curve, which a caller should have turned into lines or arcs, the chord is written.
+/// R12, for old controllers: POINT, LINE, ARC, CIRCLE and POLYLINE only, and the numbers of the fixed palette for
+/// colours. Of a curve, which a caller should have turned into lines or arcs, the chord is written.
 void WriteDxfR12(std::span<const Figure> figures, COutputFile& out);

@@ -11,10 +11,10 @@
 
 #include "writers/Decimals.h"
 
-// A file or standard output, written through a large buffer. Numbers are written without a locale.
+/// A file or standard output, written through a large buffer. Numbers are written without a locale.
 class COutputFile {
 public:
-    // Opens `path` for writing, replacing what is there; "-" is standard output. See Error.
+    /// Opens `path` for writing, replacing what is there; "-" is standard output. See Error.
     explicit COutputFile(const std::string& path);
     ~COutputFile();
     COutputFile(const COutputFile&) = delete;
@@ -27,7 +27,7 @@ public:
     }
     void Write(char c) { Write(std::string_view(&c, 1)); }
 
-    // The texts of writers/Decimals.h.
+    /// The texts of writers/Decimals.h.
     void WriteShortest(float value) { EndAt(PutShortest(Room(kDecimalRoom), value)); }
     void WriteShortest(double value) { EndAt(PutShortest(Room(kDecimalRoom), value)); }
     void WriteFixed(double value) { EndAt(PutFixed(Room(kDecimalRoom), value)); }
@@ -36,14 +36,14 @@ public:
         EndAt(std::to_chars(at, at + kDecimalRoom, value).ptr);
     }
 
-    // Room for `size` bytes, kRoom at most, to be filled from its start up to the place that EndAt is told.
+    /// Room for `size` bytes, kRoom at most, to be filled from its start up to the place that EndAt is told.
     char* Room(std::size_t size) {
         if (size > kRoom - m_nUsed) Flush();
         return m_Buffer.get() + m_nUsed;
     }
     void EndAt(const char* end) { m_nUsed = static_cast<std::size_t>(end - m_Buffer.get()); }
 
-    // Ends the file. Answers whether every byte got there; Error() tells the reason if not.
+    /// Ends the file. Answers whether every byte got there; Error() tells the reason if not.
     bool Close();
     const std::string& Error() const { return m_Error; }
 

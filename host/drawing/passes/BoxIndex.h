@@ -19,7 +19,7 @@ struct IndexBox {
     std::array<double, dimensions> max{};
 };
 
-// Tells Boost how corners are read.
+/// Tells Boost how corners are read.
 template <std::size_t dimensions>
 struct IndexCorner {
     std::array<double, dimensions> at{};
@@ -49,21 +49,21 @@ struct access<IndexCorner<n>, i> {
 
 }  // namespace boost::geometry::traits
 
-// Holds a number for each box. Where boxes are inserted one by one, none should be flat: the tree is laid out by their
-// contents.
+/// Holds a number for each box. Where boxes are inserted one by one, none should be flat: the tree is laid out by their
+/// contents.
 template <std::size_t dimensions>
 class CBoxIndex {
 public:
     using Box = IndexBox<dimensions>;
 
     CBoxIndex() = default;
-    // Holds these at once: faster, and good for points that all lie on one line, too.
+    /// Holds these at once: faster, and good for points that all lie on one line, too.
     explicit CBoxIndex(const std::vector<std::pair<Box, std::uint32_t>>& boxes) : m_Tree(Entries(boxes)) {}
 
     void Insert(const Box& box, std::uint32_t number) { m_Tree.insert({ToBoost(box), number}); }
     void Remove(const Box& box, std::uint32_t number) { m_Tree.remove({ToBoost(box), number}); }
 
-    // Replaces `found` by the numbers of all boxes that meet this one.
+    /// Replaces `found` by the numbers of all boxes that meet this one.
     void Find(const Box& box, std::vector<std::uint32_t>& found) const {
         found.clear();
         const auto keep = [&found](const Entry& entry) { found.push_back(entry.second); };
@@ -71,7 +71,7 @@ public:
         CWorkLimit::Count(1 + found.size());
     }
 
-    // Calls `visit` with the number of each box that meets this one, until it answers false.
+    /// Calls `visit` with the number of each box that meets this one, until it answers false.
     template <class Visit>
     void FindUntil(const Box& box, Visit visit) const {
         auto at = m_Tree.qbegin(boost::geometry::index::intersects(ToBoost(box)));

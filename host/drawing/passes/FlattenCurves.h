@@ -5,5 +5,5 @@
 
 #include "drawing/Figure.h"
 
-// Every curve becomes lines that lie within `flatness` millimetres of it; all else stays as it is.
+/// Every curve becomes lines that lie within `flatness` millimetres of it; all else stays as it is.
 std::vector<Figure> FlattenCurves(std::vector<Figure> figures, double flatness);
