@@ -15,6 +15,7 @@
 #include "interp/FilterEPS.h"
 #include "interp/Keys.h"
 #include "interp/OperatorChain.h"
+#include "operators/DictionaryOperators.h"
 
 namespace {
 
@@ -131,9 +132,25 @@ Fault CheckDivisor(const CFilterEPS& m) {
     return divisor && NumberAt(m, 1) && divisor->GetReal() == 0 ? UNDEFINED_RESULT : NONE;
 }
 
+/// Numbers that have to be integers.
+template <int Count>
+Fault CheckIntegers(const CFilterEPS& m) {
+    for (int i = 0; i < Count; ++i) {
+        const CNumberElement* number = NumberAt(m, i);
+        if (number && number->IsReal()) return {PSERR_TYPECHECK};
+    }
+    return NONE;
+}
+
 Fault CheckWholeDivisor(const CFilterEPS& m) {
     const CNumberElement* divisor = NumberAt(m, 0);
-    return divisor && NumberAt(m, 1) && divisor->GetInt() == 0 ? UNDEFINED_RESULT : NONE;
+    if (!divisor || !NumberAt(m, 1)) return NONE;
+    return divisor->GetInt() == 0 ? UNDEFINED_RESULT : CheckIntegers<2>(m);
+}
+
+Fault CheckPassword(const CFilterEPS& m) {
+    const CNumberElement* password = NumberAt(m, 0);
+    return password && password->GetInt() != INTERNALDICT_PASSWORD ? INVALID_ACCESS : NONE;
 }
 
 Fault CheckSqrt(const CFilterEPS& m) {
@@ -225,11 +242,14 @@ struct CheckedRow {
     const char* name;
     Fault (*check)(const CFilterEPS&);
     int kept = 0;  ///< operands that the operator may have taken when it fails (RunKept)
-    /// Of an operator whose form for a number (OpRow::onNumber) serves here: which numbers it may be asked about.
-    bool (*takes)(double) = nullptr;
+    /// Of an operator whose form for a number (OpRow::onNumber) serves here: whether it may be asked about this one.
+    bool (*takes)(const CFilterEPS&, double, bool isReal) = nullptr;
 };
 
-bool IsDivisor(double number) { return number != 0; }
+bool IsDivisor(const CFilterEPS&, double number, bool) { return number != 0; }
+bool IsWholeDivisor(const CFilterEPS& m, double number, bool isReal) {
+    return number != 0 && !isReal && CheckIntegers<1>(m).code == PSERR_NONE;
+}
 
 constexpr CheckedRow kChecked[] = {
     {"get", CheckGet},
@@ -242,8 +262,14 @@ constexpr CheckedRow kChecked[] = {
     {"roll", CheckRoll},
     {"repeat", CheckNatural<1>},
     {"div", CheckDivisor, 0, IsDivisor},
-    {"idiv", CheckWholeDivisor, 0, IsDivisor},
-    {"mod", CheckWholeDivisor, 0, IsDivisor},
+    {"idiv", CheckWholeDivisor, 0, IsWholeDivisor},
+    {"mod", CheckWholeDivisor, 0, IsWholeDivisor},
+    {"not", CheckIntegers<1>},
+    {"and", CheckIntegers<2>},
+    {"or", CheckIntegers<2>},
+    {"xor", CheckIntegers<2>},
+    {"bitshift", CheckIntegers<2>},
+    {"internaldict", CheckPassword},
     {"sqrt", CheckSqrt},
     {"ln", CheckLog},
     {"log", CheckLog},
@@ -275,7 +301,7 @@ int OpChecked(CFilterEPS& m) {
 
 template <std::size_t I>
 int OnChecked(CFilterEPS& m, double value, bool isReal) {
-    return kChecked[I].takes(value) ? CHAIN_ROW<I>->onNumber(m, value, isReal) : 0;
+    return kChecked[I].takes(m, value, isReal) ? CHAIN_ROW<I>->onNumber(m, value, isReal) : 0;
 }
 
 template <std::size_t I>

@@ -134,7 +134,17 @@ int ClipToForm(CFilterEPS& m, const CDictionary& form) {
 }
 
 // form  execform  -                          stackunderflow typecheck rangecheck
-int OpExecform(CFilterEPS& m) { return RunForm(m, ClipToForm); }
+// The first time the form is told to be known, by an entry Implementation.
+int OpExecform(CFilterEPS& m) {
+    Operands in(m);
+    const CDictionary* operand = in.Dict(0);
+    if (!in) return -1;
+    const ElementPtr kept = operand->Clone();
+    if (RunForm(m, ClipToForm) != 1) return -1;
+    auto& form = static_cast<CDictionary&>(*kept);
+    if (!form.GetValue("Implementation")) form.Put("Implementation", MakeElement<CNullElement>());
+    return 1;
+}
 
 constexpr OpRow kRows[] = {
     {"makepattern", OpMakepattern},

@@ -1,4 +1,7 @@
 // The scanners of the complete dialect: files, texts, single tokens, and files that are run as programs.
+#include <charconv>
+#include <cmath>
+
 #include "complete/CompleteDialect.h"
 #include "complete/FilterObjects.h"
 #include "complete/ProgramLexer.h"
@@ -29,6 +32,20 @@ int CCompleteDialect::ScanToken(CFilterEPS& m, const CStringElement& source, Ele
     // The white space that ends a name or number belongs to it.
     consumed = static_cast<std::int32_t>(lexer.HoldsSpecial() ? lexer.Consumed() : lexer.Taken());
     return 1;
+}
+
+// PLRM, Numbers: one sign, digits, a point, an exponent; or a radix number. All else is a name ("1-2", "16#ZZ"), and an
+// integer that 32 bits can't hold is a real.
+TokenNumber CCompleteDialect::NumberOf(std::string_view token) const {
+    const TokenNumber number = ReadNumber(token);
+    if (!number.isValid) return {};
+    if (token.find('#') != std::string_view::npos) return number;
+    if (token.front() == '+' || token.front() == '-') token.remove_prefix(1);
+    double magnitude = 0;
+    const auto [end, error] = std::from_chars(token.data(), token.data() + token.size(), magnitude);
+    if (error == std::errc::invalid_argument || end != token.data() + token.size() || token.front() == '-') return {};
+    if (number.numberClass == NumberClass::real || magnitude == std::fabs(number.value)) return number;
+    return {NumberClass::real, true, number.value < 0 ? -magnitude : magnitude};
 }
 
 int CCompleteDialect::ExecuteOther(CFilterEPS& m, const CElement& e) {

@@ -11,6 +11,7 @@
 #include "interp/OperatorTable.h"
 #include "objects/Element.h"
 #include "objects/Filter.h"
+#include "objects/NumberText.h"
 
 class CFilterEPS;
 class CStringElement;
@@ -49,6 +50,10 @@ public:
     [[nodiscard]] virtual int ScanToken(CFilterEPS& m, const CStringElement& source, ElementPtr& object,
                                         std::int32_t& consumed);
     [[nodiscard]] virtual int ParseProcedure(CFilterEPS& m, std::string_view text, ElementPtr& procedure);
+    /// What a token says that ClassifyNumber takes for a number, and PlainNumber doesn't know. For a number without a
+    /// value PSERR_SYNTAX follows.
+    /// Departure: everything that is made of a number's bytes is one.
+    [[nodiscard]] virtual TokenNumber NumberOf(std::string_view token) const { return ReadNumber(token); }
 
     // Errors and other ways out (docs/architecture.md, Errors).
     /// Decides on an error, which stands in m_Report.failure. running is what failed, null when it was the scanner

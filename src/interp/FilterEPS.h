@@ -108,8 +108,8 @@ public:
     }
     /// What a token of a program means: a number is pushed, a name executed.
     [[nodiscard]] int ExecuteToken(std::string_view text);
-    /// Pushes the number of a token of that class. PSERR_SYNTAX for a radix number without a value.
-    [[nodiscard]] int PushNumberToken(std::string_view text, NumberClass numberClass);
+    /// Pushes the number of a token; 0 for a token that is none. PSERR_SYNTAX for a number without a value.
+    [[nodiscard]] int PushNumberToken(std::string_view text);
     /// Pushes the value of an immediately evaluated name. PSERR_UNDEFINED.
     [[nodiscard]] int PushImmediate(std::string_view text);
     /// Takes the elements above the topmost mark into a new literal array; the mark stays. Null without a mark.

@@ -91,13 +91,9 @@ int ReadSimpleLexeme(CFilterEPS& m, const Lexer& lexer, Lexeme lexeme, bool exec
     };
     switch (lexeme) {
         case Lexeme::token: {
-            const NumberClass numberClass = ClassifyNumber(lexer.Text());
-            if (numberClass == NumberClass::none) {
-                object = name(lexer.Text());
-                return 1;
-            }
-            if (m.PushNumberToken(lexer.Text(), numberClass) != 1) return -1;
-            object = m.Pop();
+            const int result = m.PushNumberToken(lexer.Text());
+            if (result == -1) return -1;
+            object = result == 1 ? m.Pop() : name(lexer.Text());
             return 1;
         }
         case Lexeme::literal:

@@ -158,25 +158,21 @@ int CDialect::ScanBuffer(CFilterEPS& m, std::string_view text) {
 }
 
 int CFilterEPS::ExecuteToken(std::string_view text) {
-    double value = 0.0;
-    switch (PlainNumber(text, value)) {
-        case NumberClass::real:
-            PushReal(value);
-            return 1;
-        case NumberClass::integer:
-            PushInt(static_cast<std::int32_t>(value));
-            return 1;
-        case NumberClass::none:
-            break;
-    }
-    const NumberClass numberClass = ClassifyNumber(text);
-    if (numberClass == NumberClass::none) return ExecuteName(InternName(text));
-    return PushNumberToken(text, numberClass);
+    const int result = PushNumberToken(text);
+    return result == 0 ? ExecuteName(InternName(text)) : result;
 }
 
-int CFilterEPS::PushNumberToken(std::string_view text, NumberClass numberClass) {
+int CFilterEPS::PushNumberToken(std::string_view text) {
     double value = 0.0;
-    if (!NumberFromText(text, numberClass, value)) return Fail(PSERR_SYNTAX);
+    NumberClass numberClass = PlainNumber(text, value);
+    if (numberClass == NumberClass::none) {
+        if (ClassifyNumber(text) == NumberClass::none) return 0;
+        const TokenNumber number = m_pDialect->NumberOf(text);
+        numberClass = number.numberClass;
+        if (numberClass == NumberClass::none) return 0;
+        if (!number.isValid) return Fail(PSERR_SYNTAX);
+        value = number.value;
+    }
     if (numberClass == NumberClass::real) {
         PushReal(value);
     } else {

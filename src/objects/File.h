@@ -54,7 +54,7 @@ public:
 
     void SetFileKind(std::int32_t kind) noexcept { m_nFileKind = kind; }
     /// 1, or 0 when the file can't be opened.
-    int Open();
+    [[nodiscard]] int Open();
     /// Closes what the file stands on; from here on it reads and writes as one that was never opened.
     /// Throws what the end of a sink throws; the sink is gone all the same.
     void Close();
@@ -67,29 +67,29 @@ public:
     [[nodiscard]] std::int32_t GetFileSize() const noexcept { return m_nFileSize; }
     /// 1 with a byte, 0 at the end of input, -1 on a failure or with nothing to read from. Departure: on a stream, the
     /// read that runs into the end delivers 4294967295 (-1) with 1, and the next one 0.
-    int ReadByte(unsigned* pByte);
+    [[nodiscard]] int ReadByte(unsigned* pByte);
     void UnreadByte();
     /// 1 when all n bytes came, 0 when input ended before, -1 on a failure. pCount takes the bytes read.
-    int ReadBlock(void* buffer, unsigned n, unsigned* pCount);
+    [[nodiscard]] int ReadBlock(void* buffer, unsigned n, unsigned* pCount);
     /// 1, or -1 on a failure and on a file that can't be written.
-    int Write(std::string_view bytes);
-    int WriteByte(int c);
-    int WriteText(const char* text);
+    [[nodiscard]] int Write(std::string_view bytes);
+    [[nodiscard]] int WriteByte(int c);
+    [[nodiscard]] int WriteText(const char* text);
     /// 1, or 0 on a failure and on a file without places.
     int GetPosition(std::int64_t& pos) const;
-    int SetPosition(std::int64_t pos);
+    [[nodiscard]] int SetPosition(std::int64_t pos);
     /// The position at which input ends. SetLimit: 1. GetLimit: 1, or 0 when it is not known before it is reached.
     int SetLimit(std::int64_t pos) noexcept;
     int GetLimit(std::int64_t& pos) const noexcept;
     void Flush() noexcept;
     /// Reads up to a line end, which is not stored: 1 when there was one, 0 at the end of input, -1 on a failure or
     /// when the line is longer than nMax bytes.
-    int ReadLine(std::string& text, std::int32_t nMax);
+    [[nodiscard]] int ReadLine(std::string& text, std::int32_t nMax);
     /// Reads pairs of hexadecimal digits, over everything else: 1 when nMax values came, 0 at the end of input, -1.
-    int ReadHex(std::vector<unsigned char>& values, std::int32_t nMax);
+    [[nodiscard]] int ReadHex(std::vector<unsigned char>& values, std::int32_t nMax);
     /// Reads until 200 characters "0" have come with nothing but white space between them: 1; -1 when input ends
     /// first; 0 on a file that isn't open.
-    int SkipToZeros();
+    [[nodiscard]] int SkipToZeros();
 
     // For a scanner or decoder that walks the bytes without a call for each of them.
     /// What is left of the block, after loading one if need be. Of a stream one byte at a time.
@@ -130,7 +130,7 @@ public:
 private:
     void ReadFrom(std::unique_ptr<CByteSource> source);
     [[nodiscard]] std::unique_ptr<CByteSource> OpenDisk() const;
-    int LoadBlock();
+    [[nodiscard]] int LoadBlock();
     void SkipInStream(size_t n) noexcept;
     [[nodiscard]] tagInputPlace WalkTo(std::int64_t start, std::int64_t position, bool passBlanks);
 
@@ -165,25 +165,27 @@ public:
         return body ? (body->*operation)(static_cast<Args&&>(args)...) : without;
     }
     void SetFileKind(std::int32_t kind) const noexcept;
-    int Open() const { return Ask(0, &CFileBody::Open); }
+    [[nodiscard]] int Open() const { return Ask(0, &CFileBody::Open); }
     void Close() const;
-    int ReadByte(unsigned* pByte) const { return Ask(-1, &CFileBody::ReadByte, pByte); }
+    [[nodiscard]] int ReadByte(unsigned* pByte) const { return Ask(-1, &CFileBody::ReadByte, pByte); }
     void UnreadByte() const;
-    int ReadBlock(void* buffer, unsigned n, unsigned* pCount) const {
+    [[nodiscard]] int ReadBlock(void* buffer, unsigned n, unsigned* pCount) const {
         return Ask(-1, &CFileBody::ReadBlock, buffer, n, pCount);
     }
-    int WriteByte(int c) const { return Ask(-1, &CFileBody::WriteByte, c); }
-    int WriteText(const char* text) const { return Ask(-1, &CFileBody::WriteText, text); }
+    [[nodiscard]] int WriteByte(int c) const { return Ask(-1, &CFileBody::WriteByte, c); }
+    [[nodiscard]] int WriteText(const char* text) const { return Ask(-1, &CFileBody::WriteText, text); }
     int GetPosition(std::int64_t& pos) const;
-    int SetPosition(std::int64_t pos) const { return Ask(0, &CFileBody::SetPosition, pos); }
+    [[nodiscard]] int SetPosition(std::int64_t pos) const { return Ask(0, &CFileBody::SetPosition, pos); }
     int SetLimit(std::int64_t pos) const;
     int GetLimit(std::int64_t& pos) const;
     void Flush() const noexcept;
-    int ReadLine(std::string& text, std::int32_t nMax) const { return Ask(-1, &CFileBody::ReadLine, text, nMax); }
-    int ReadHex(std::vector<unsigned char>& values, std::int32_t nMax) const {
+    [[nodiscard]] int ReadLine(std::string& text, std::int32_t nMax) const {
+        return Ask(-1, &CFileBody::ReadLine, text, nMax);
+    }
+    [[nodiscard]] int ReadHex(std::vector<unsigned char>& values, std::int32_t nMax) const {
         return Ask(-1, &CFileBody::ReadHex, values, nMax);
     }
-    int SkipToZeros() const { return Ask(0, &CFileBody::SkipToZeros); }
+    [[nodiscard]] int SkipToZeros() const { return Ask(0, &CFileBody::SkipToZeros); }
 
     [[nodiscard]] bool IsGlobal() const override;
     [[nodiscard]] bool IsEqual(const CElement* pOther) const override;

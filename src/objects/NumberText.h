@@ -11,6 +11,13 @@ enum class NumberClass : signed char { none = -1, integer = 0, real = 1 };
 /// "1-2" passes as an integer and "1.2.3" as a real. A '#' behind the first byte makes an integer.
 [[nodiscard]] NumberClass ClassifyNumber(std::string_view text) noexcept;
 
+/// What a token says as a number.
+struct TokenNumber {
+    NumberClass numberClass = NumberClass::none;  ///< none: it is a name
+    bool isValid = false;                         ///< whether a number has a value
+    double value = 0;
+};
+
 /// Classifies and converts the texts that most numbers of files are in one pass: digits with or without a minus sign in
 /// front and a point among them, few enough (9 of an integer, 15 of a real) to be computed exactly, so that the value
 /// is that of the two functions around this one to the last bit. Any other text is none, number or not.
@@ -21,3 +28,10 @@ enum class NumberClass : signed char { none = -1, integer = 0, real = 1 };
 /// number keeps the low 32 bits as a signed number.
 /// Answers false for a radix number whose base is not 2 to 36 or whose digits are missing or foreign.
 [[nodiscard]] bool NumberFromText(std::string_view text, NumberClass numberClass, double& value) noexcept;
+
+/// Both functions in one.
+[[nodiscard]] inline TokenNumber ReadNumber(std::string_view text) noexcept {
+    TokenNumber number{ClassifyNumber(text)};
+    number.isValid = number.numberClass != NumberClass::none && NumberFromText(text, number.numberClass, number.value);
+    return number;
+}

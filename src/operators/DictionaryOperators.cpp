@@ -260,9 +260,8 @@ int OpCleardictstack(CFilterEPS& m) {
 // int  internaldict  dict                    STACKUNDERFLOW; TYPECHECK for a wrong password
 // Departure: a wrong password is no invalidaccess, and a real is truncated.
 int OpInternaldict(CFilterEPS& m) {
-    constexpr std::int32_t password = 1183615869;  // PLRM, internaldict
     Operands in(m);
-    in.Require(in.Int(0) == password, PSERR_TYPECHECK);
+    in.Require(in.Int(0) == INTERNALDICT_PASSWORD, PSERR_TYPECHECK);
     if (!in) return -1;
     m.Drop(1);
     m.Push(m.m_pInternalDict->Clone());

@@ -1,7 +1,12 @@
 // Operators on dictionaries and on the dictionary stack, and bind.
 #pragma once
 
+#include <cstdint>
+
 #include "interp/OperatorTable.h"
+
+/// What opens the internal dictionary (PLRM, internaldict).
+inline constexpr std::int32_t INTERNALDICT_PASSWORD = 1183615869;
 
 /// What bind replaces in a procedure.
 enum class BoundNames {

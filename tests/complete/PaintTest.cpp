@@ -184,9 +184,9 @@ TEST(CompletePaintTest, ShadingsHaveAColour) {
 TEST(CompletePaintTest, Forms) {
     const std::string form =
         "<</FormType 1 /BBox [0 0 36 36] /Matrix [2 0 0 2 0 0] /PaintProc {pop 0 0 moveto 36 0 lineto "
-        "stroke clippath pathbbox}>> execform ";
-    const RunResult result = RunText(form + "4 2 roll pop pop", kComplete);
-    EXPECT_EQ(result.stack, "36.0 36.0");
+        "stroke clippath pathbbox}>> dup execform ";
+    const RunResult result = RunText(form + "4 2 roll pop pop 3 -1 roll /Implementation known", kComplete);
+    EXPECT_EQ(result.stack, "36.0 36.0 true");
     EXPECT_EQ(result.entities, (std::vector<std::string>{"#000000 open L 0,0 25.4,0"}));
 }
 

@@ -30,6 +30,22 @@ TEST(CompleteScannerTest, Strings) {
     EXPECT_EQ(RunText("/" + name, kComplete).stack, "/" + name);
 }
 
+TEST(CompleteScannerTest, Numbers) {
+    CheckStacks(
+        {
+            {"of all forms", "+7 -.5 5. 1e3 -2.5E-1 16#fF 36#Z 007", "7 -0.5 5.0 1000.0 -0.25 255 35 7"},
+            {"at the end of 32 bits", "2147483647 -2147483648 16#FFFFFFFF", "2147483647 -2147483648 -1"},
+            {"beyond", "2147483648 type -99999999999 type -99999999999 0 lt", "realtype realtype true"},
+            {"nearly numbers are names",
+             "/n {cvlit type} def {1-2 1.2.3 1e --5 +-5 -. 1e5.5 2#3 37#1 1#1 16#ZZ 16# -16#F} {n} forall",
+             "nametype nametype nametype nametype nametype nametype nametype nametype nametype nametype nametype "
+             "nametype nametype"},
+            {"outside of procedures", "/1-2 7 def 1-2", "7"},
+            {"cvi and cvr", "{(1-2) cvi} stopped (16#10) cvi (3e9) cvr type", "(1-2) true 16 realtype"},
+        },
+        kComplete);
+}
+
 TEST(CompleteScannerTest, Procedures) {
     CheckStacks(
         {

@@ -16,7 +16,8 @@ void CheckInEachWay(std::initializer_list<StackCase> cases) {
 TEST(BodyCodeTest, NumbersInFrontOfOperators) {
     CheckInEachWay({
         {"arithmetic", "/p {3 add 2 sub 4 mul 5 div} def 1 p 1 p 1 p", "1.6 1.6 1.6"},
-        {"whole", "/p {7 mod 3 mul 2 idiv} def 100 p 100.9 p -100 p", "3 3 -3"},
+        {"whole", "/p {7 mod 3 mul 2 idiv} def 100 p -100 p", "3 -3"},
+        {"departure: whole of reals", "/p {7 mod 3 mul 2 idiv} def 100.9 p", "3"},
         {"kinds", "/p {1 add} def 1 p 1.0 p /q {1.0 sub} def 1 q 1 q", "2 2.0 0.0 0.0"},
         {"departure: beyond 32 bits", "/p {2147483647 add} def 1 p 1 p 1 p", "-2147483648 -2147483648 -2147483648"},
         {"order", "/p {2 lt} def 1 p 3 p 2 p /q {2 ge} def 1 q 3 q 2 q /r {2 le} def 2 r /s {2 gt} def 2 s",

@@ -54,6 +54,9 @@ public:
     int ParseProcedure(CFilterEPS& m, std::string_view text, ElementPtr& procedure) override {
         return CDialect::ParseProcedure(m, text == "empty" ? "" : text, procedure);
     }
+    TokenNumber NumberOf(std::string_view token) const override {
+        return token == "1-2" ? TokenNumber{NumberClass::integer, true, 9} : CDialect::NumberOf(token);
+    }
     int OnError(CFilterEPS& m, const CName* running) override {
         if (m.m_Report.failure->strError == "unmatchedmark") return -1;
         m.Push(MakeElement<CSimpElement>(running ? running->Text() : "the scanner"));
@@ -103,6 +106,7 @@ TEST(DialectTest, IsAskedForWhatOperatorsKnow) {
              Case{"texts", "(inner) cvx exec", "11"},
              Case{"tokens", "(abc) token", "(bc) 5 true"},
              Case{"procedures", "{empty} {full}", "{} {full}"},
+             Case{"numbers", "1-2 2-1 2 (1-2) cvi", "9 2 2 5"},
              Case{"errors of operators", "pop 1 (a) sub 2", "/pop 1 (a) /sub 2"},
              Case{"errors of names", "1 nosuch 2", "1 /nosuch 2"},
              Case{"errors in procedures", "{pop 1} exec {nosuch 2} stopped", "/pop 1 /nosuch 2 false"},

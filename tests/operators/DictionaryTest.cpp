@@ -84,7 +84,7 @@ TEST(DictionaryOperatorsTest, TheStack) {
         {"dictstack: a packed array", "1 2 3 4 4 packedarray dictstack", "[1 2 3 4]", PSERR_TYPECHECK},
         {"departure: internaldict", "1183615869 internaldict /superexec known 1183615869.5 internaldict type",
          "true /dicttype"},
-        {"internaldict: wrong", "1 internaldict", "1", PSERR_TYPECHECK},
+        {"departure: internaldict: wrong", "1 internaldict", "1", PSERR_TYPECHECK},
         {"departure: superexec is there and refused", "1183615869 internaldict begin superexec", "", PSERR_UNSUPPORTED},
     });
 }
