@@ -131,4 +131,16 @@ TEST(WordsTest, Amounts) {
     EXPECT_EQ(AmountText(survey, 1), "1 entity (1 segment, 2 curves)");
 }
 
+TEST(WordsTest, WhatThePassesDid) {
+    PassReport report;
+    EXPECT_EQ(PassesText(report), "");
+    report.skipped = 1;
+    report.doubles.sections = 38;
+    report.join = {.contours = 12, .pieces = 47, .closed = 1};
+    report.circles = 16;
+    EXPECT_EQ(PassesText(report),
+              "1 entity skipped, 38 doubled sections removed, 12 contours joined from 47 pieces, 1 contour closed, "
+              "16 circles, ");
+}
+
 }  // namespace

@@ -397,30 +397,38 @@ class Errors(CliTest):
             self.assertEqual((run.status, len(run.json["entities"])), (1, 1), run.err)
             self.assertEqual(self.run_it(self.file(LINE), preexec_fn=limit).status, 0)
 
+    def on_a_terminal(self, *args):
+        """What a terminal is shown."""
+        ours, theirs = pty.openpty()
+        process = subprocess.Popen([str(PROGRAM), *args], cwd=self.dir, stderr=theirs)
+        os.close(theirs)
+        shown = b""
+        while True:
+            try:
+                block = os.read(ours, 4096)
+            except OSError:  # how a terminal ends
+                break
+            if not block:
+                break
+            shown += block
+        os.close(ours)
+        process.wait(timeout=60)
+        return shown.decode()
+
     def test_a_terminal_sees_progress_and_a_summary(self):
         for body, args, summary in ((LINE + CURVE, [], "drawing.eps: 2 entities (2 segments, 1 curve), "),
                                     (Limits.ENDLESS, ["--timeout", "1.2"], "not imported whole: the time ran out")):
             self.file(body)
-            ours, theirs = pty.openpty()
-            process = subprocess.Popen([str(PROGRAM), "drawing.eps", "-f", "none", *args], cwd=self.dir, stderr=theirs)
-            os.close(theirs)
-            shown = b""
-            while True:
-                try:
-                    block = os.read(ours, 4096)
-                except OSError:  # how a terminal ends
-                    break
-                if not block:
-                    break
-                shown += block
-            os.close(ours)
-            process.wait(timeout=60)
-            text = shown.decode()
+            text = self.on_a_terminal("drawing.eps", "-f", "none", *args)
             self.assertIn(summary, text)
             self.assertEqual("\x1b[K" in text, bool(args), text)  # short work shows no progress
             if args:
                 self.assertRegex(text, r"\rdrawing.eps: [\d.]+ k?B of [\d.]+ k?B read, 1 entity")
                 self.assertRegex(text, r"\r\x1b\[Kepsimport: ")  # the line is gone before the sentence stands
+        self.file(LINE + CURVE + Limits.ENDLESS, "other.eps")
+        text = self.on_a_terminal("drawing.eps", "other.eps", "-f", "none", "-j", "2", "--timeout", "1.2")
+        self.assertRegex(text, r"\r0 of 2 files, [\d.]+ k?B read, 4 entities")
+        self.assertRegex(text, r"\r\x1b\[Kepsimport: ")
 
 
 class Limits(CliTest):

@@ -67,6 +67,7 @@ TEST(ArrayTest, Intervals) {
     CheckStacks({
         {"array", "[1 2 3 4] 1 2 getinterval", "[2 3]"},
         {"string", "(abcd) 1 2 getinterval", "(bc)"},
+        {"copies of parts", "(abcd) 1 2 getinterval dup [1 2 3 4] 1 2 getinterval dup", "(bc) (bc) [2 3] [2 3]"},
         {"an executable one stays so", "{1 2 3} 1 2 getinterval exec", "2 3"},
         {"departure: of a packed array", "1 2 2 packedarray 1 1 getinterval type", "/arraytype"},
         {"at the end", "[1 2] 2 0 getinterval (ab) 2 0 getinterval", "[] ()"},

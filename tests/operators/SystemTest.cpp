@@ -17,6 +17,7 @@ TEST(SystemOperatorsTest, GlobalMode) {
 TEST(SystemOperatorsTest, UserObjects) {
     CheckStacks({
         {"the first makes ten", "0 (x) defineuserobject UserObjects length 0 execuserobject", "10 (x)"},
+        {"by the operator", "0 1 defineuserobject systemdict /UserObjects get exec length", "10"},
         {"the first beyond ten", "12 (x) defineuserobject UserObjects length", "13"},
         {"more",
          "0 (x) defineuserobject 12 (y) defineuserobject UserObjects length 0 execuserobject 12 "

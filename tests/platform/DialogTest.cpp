@@ -99,6 +99,18 @@ TEST_F(DialogTest, ADialogLeftOpenIsCancelledAndShutBehindTheLoop) {
     EXPECT_EQ(dialog.GetResult(), IDCANCEL);
 }
 
+TEST_F(DialogTest, EachRunStartsFromTheTemplate) {
+    TestFrame frame;
+    frame.m_Script = [](CDialog& dialog) {
+        EXPECT_EQ(dialog.GetControlText(EDIT), "first");
+        dialog.SetControlText(EDIT, "second");
+        dialog.PressButton(IDOK);
+    };
+    CDialog dialog(1, &frame);
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(dialog.DoModal(), IDOK);
+    EXPECT_EQ(CDialog(1, nullptr).MessageBox("nobody", "sees it", MB_OK), 0);
+}
+
 // A host that knows message boxes and dialogs only.
 class PlainFrame final : public CFrameWnd {
 public:

@@ -177,10 +177,17 @@ TempFile::~TempFile() { std::remove(m_Path.c_str()); }
 namespace {
 
 void CheckStack(const StackCase& c, const RunSettings& settings) {
-    const RunResult result = RunText(c.program, settings);
+    const std::string_view program = c.program;
+    const RunResult result = RunText(program, settings);
     EXPECT_EQ(result.stack, c.stack);
     EXPECT_EQ(result.error, c.error);
     EXPECT_EQ(result.result, c.error == PSERR_NONE ? 1 : -1);
+    if (c.error != PSERR_NONE) return;
+    for (const std::string_view asksForDepth : {"count", "clear", "stack", "stopped", "{restore"}) {
+        if (program.find(asksForDepth) != std::string_view::npos) return;
+    }
+    const std::string below = "/below";
+    EXPECT_EQ(RunText(below + " " + c.program, settings).stack, below + (*c.stack ? " " : "") + c.stack);
 }
 
 }  // namespace

@@ -78,9 +78,10 @@ struct StackCase {
     int error = PSERR_NONE;
 };
 
-/// Runs each case with RunText and compares stack and error. Those of the plain dialect, which the settings have unless
-/// told otherwise, run in the complete one as well, and must say the same there, but for those whose name begins with
-/// "departure: ": what the plain dialect does on its own, or refuses.
+/// Runs each case with RunText and compares stack and error; one that succeeds once more above another object, which
+/// must stay, unless its program may tell how much is on the stack. Those of the plain dialect, which the settings have
+/// unless told otherwise, run in the complete one as well, and must say the same there, but for those whose name begins
+/// with "departure: ": what the plain dialect does on its own, or refuses.
 void CheckStacks(std::initializer_list<StackCase> cases, const RunSettings& settings = {});
 
 /// The entities of a program joined by line ends, for one comparison.
