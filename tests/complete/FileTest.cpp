@@ -34,6 +34,12 @@ TEST(CompleteFileTest, FiltersDecode) {
              "<800b6050220c0c8501> <</EarlyChange 0>> /LZWDecode filter 10 string "
              "readstring pop",
              "(-----A---B)"},
+            {"fax: two white rows",
+             "<c0> <</K -1 /Columns 8 /Rows 2>> /CCITTFaxDecode filter 9 string readstring pop {} forall", "255 255"},
+            {"fax: white is 0",
+             "<c0> <</K -1 /Columns 8 /Rows 2 /BlackIs1 true>> /CCITTFaxDecode filter 9 string readstring pop {} "
+             "forall",
+             "0 0"},
             {"unknown", "{() /NoDecode filter} stopped $error /errorname get", "() /NoDecode true /undefined"},
             {"a hundred of a chain", "(abc) 100 {0 () /SubFileDecode filter} repeat 9 string readstring",
              "(abc) false"},
@@ -69,20 +75,32 @@ TEST(CompleteFileTest, FiltersDecode) {
         kComplete);
 }
 
-// What an encoder of the machine writes, its decoder reads, with each predictor and over a block border.
-TEST(CompleteFileTest, PredictorsAndEarlyChange) {
-    for (const char* filter : {"Flate", "LZW"}) {
-        for (const char* params : {"/Predictor 1", "/Predictor 2", "/Predictor 10", "/Predictor 11", "/Predictor 12",
-                                   "/Predictor 13", "/Predictor 14", "/Predictor 15", "/EarlyChange 0"}) {
-            SCOPED_TRACE(std::string(filter) + params);
-            const std::string program = std::string("/P <</Columns 100 /Colors 2 ") + params +
-                                        ">> def /s 60000 string def /d 20000 string def "
-                                        "0 1 19999 {d exch dup 7 mul 255 and put} for s P /" +
-                                        filter +
-                                        "Encode filter dup d writestring closefile "
-                                        "s P /" +
-                                        filter + "Decode filter 20000 string readstring exch d eq";
-            EXPECT_EQ(RunText(program, kComplete).stack, "true true");
+// What an encoder of the machine writes, its decoder reads, with each entry of the parameters and over a block border;
+// without the entry it reads something else.
+TEST(CompleteFileTest, EncodersAndDecodersTakeTheirParameters) {
+    const std::vector<std::string> predictors{"/Predictor 2",  "/Predictor 10", "/Predictor 11", "/Predictor 12",
+                                              "/Predictor 13", "/Predictor 14", "/Predictor 15"};
+    const std::string samples = "/Columns 100 /Colors 2 ";
+    struct Case {
+        const char* filter;
+        std::string usual;
+        std::vector<std::string> entries;
+    };
+    for (const auto& [filter, usual, entries] :
+         {Case{"Flate", samples, predictors}, Case{"LZW", samples, predictors}, Case{"LZW", "", {"/EarlyChange 0"}},
+          Case{"Flate", "/Predictor 15 /Columns 100 ", {"/Columns 50", "/Colors 4", "/BitsPerComponent 4"}}}) {
+        for (const std::string& entry : entries) {
+            SCOPED_TRACE(filter + usual + entry);
+            const auto read = [&](const std::string& params) {
+                return RunText(
+                           "/s 60000 string def /d 6000 string def 0 1 5999 {d exch dup 7 mul 255 and put} for s <<" +
+                               usual + entry + ">> /" + filter + "Encode filter dup d writestring closefile s <<" +
+                               params + ">> /" + filter + "Decode filter 6000 string readstring exch d eq",
+                           kComplete)
+                    .stack;
+            };
+            EXPECT_EQ(read(usual + entry), "true true");
+            EXPECT_NE(read(usual), "true true");
         }
     }
 }

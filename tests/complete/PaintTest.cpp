@@ -35,6 +35,8 @@ TEST(CompletePaintTest, Rectangles) {
     CheckStacks(
         {
             {"the path stays", "9 9 moveto 0 0 1 1 rectfill currentpoint", "9.0 9.0"},
+            {"a path that is clipped away goes",
+             "newpath clip 9 9 moveto 5 0 lineto 7 7 lineto fill {currentpoint} stopped", "true"},
             {"five numbers", "{[1 2 3 4 5] rectfill} stopped $error /errorname get", "[1 2 3 4 5] true /rangecheck"},
             {"no number string", "{(abcd) rectstroke} stopped $error /errorname get", "(abcd) true /typecheck"},
             {"a bad name among numbers", "{1 2 /a 4 rectfill} stopped", "1 2 /a 4 true"},

@@ -89,6 +89,8 @@ TEST(CompleteResourceTest, ForAll) {
              "/X"},
             {"by a template", "(Device?M*) {cvn} 20 string /ColorSpaceFamily resourceforall", "/DeviceCMYK"},
             {"a template with two stars", "(*C*d) {cvn} 20 string /ColorSpaceFamily resourceforall", "/ICCBased"},
+            {"a star goes on from where it stood",
+             "/abc 1 dict /Form defineresource pop (ab*bc) {} 9 string /Form resourceforall", ""},
             {"an escaped star",
              "(a*b) cvn 1 dict /Form defineresource pop /acb 1 dict /Form defineresource pop "
              "(a\\\\*b) {cvn} 20 string /Form resourceforall",

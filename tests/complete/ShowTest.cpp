@@ -69,7 +69,7 @@ TEST(CompleteShowTest, ThePointAfterEachOperator) {
              {"{pop pop pop} (AB) cshow", "0.0 0.0"},
              {"() show", "0.0 0.0"},
          }) {
-        EXPECT_EQ(Left(kStart + program + at), end) << program;
+        EXPECT_EQ(Left("/below " + kStart + program + at), "/below " + end) << program;
     }
     EXPECT_EQ(Left(kStart + "{} (AB) kshow"), "65 66");
     EXPECT_EQ(Left(kStart + "{} (AB) cshow"), "65 36.0 0.0 66 43.2 0.0");
@@ -110,6 +110,14 @@ TEST(CompleteShowTest, TypeThree) {
     EXPECT_EQ(Left(kStart3 + "(dd) stringwidth"), "14.4 0.0");
     EXPECT_EQ(Left(kStart3 + "(dd) show currentpoint"), "14.4 0.0");
     EXPECT_EQ(Left(kStart3 + "/Drawn findfont [0 72 72 0 0 0] makefont setfont (dd) show currentpoint"), "0.0 14.4");
+    // Each at its place, in a turned user space as well.
+    EXPECT_EQ(Drawn(kDrawn + "/Drawn 72 selectfont 36 72 moveto (dd) show", kComplete),
+              "#000000 closed L 12.7,25.4 15.24,25.4 L 15.24,25.4 15.24,27.94 L 15.24,27.94 12.7,27.94 L 12.7,27.94 "
+              "12.7,25.4\n#000000 closed L 15.24,25.4 17.78,25.4 L 17.78,25.4 17.78,27.94 L 17.78,27.94 15.24,27.94 L "
+              "15.24,27.94 15.24,25.4");
+    EXPECT_EQ(Drawn(kDrawn + "/Drawn 72 selectfont [0 1 -1 0 0 0] concat 72 -36 moveto (d) show", kComplete),
+              "#000000 closed L 12.7,25.4 12.7,27.94 L 12.7,27.94 10.16,27.94 L 10.16,27.94 10.16,25.4 L 10.16,25.4 "
+              "12.7,25.4");
     // What the procedure sets is gone behind it, and its origin is the current point.
     const std::string noisy =
         "/Noisy << /FontType 3 /FontMatrix [1 0 0 1 0 0] /Encoding StandardEncoding /BuildGlyph"
