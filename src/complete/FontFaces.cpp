@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <deque>
+#include <map>
 #include <utility>
 
 #include "complete/CompleteDialect.h"
@@ -77,6 +78,34 @@ std::vector<std::string_view> StringsIn(const CArrayElement& array) {
     return strings;
 }
 
+/// The strings of a glyph directory, an array or a dictionary, by their index. Their changes count from now on.
+std::map<std::int32_t, std::string_view> DirectoryOf(const CElement& directory) {
+    std::map<std::int32_t, std::string_view> strings;
+    const auto add = [&strings](std::int32_t index, const CElement* value) {
+        const auto* string = As<CStringElement>(value);
+        if (!string || !string->GetBody()) return;
+        string->GetBody()->MarkCopied();
+        strings.emplace(index, string->Bytes());
+    };
+    if (const auto* array = As<CArrayElement>(&directory)) {
+        if (CArrayBody* body = array->GetBody()) body->MarkCopied();
+        for (std::int32_t i = 0; i < array->GetLength(); ++i) add(i, array->GetAt(i));
+    } else if (const auto* dict = As<CDictionary>(&directory)) {
+        if (CDictionaryBody* body = dict->GetBody()) body->MarkCopied();
+        for (std::int32_t i = 0; i < dict->GetOtherCount(); ++i) {
+            const CDictNode2* node = dict->GetOtherNodeAt(i);
+            if (const auto* index = As<CNumberElement>(node->m_pKey.get())) add(index->GetInt(), node->GetValue());
+        }
+    }
+    return strings;
+}
+
+StorageKey KeyOfDirectory(const CElement& directory) {
+    if (const auto* array = As<CArrayElement>(&directory)) return KeyOf(*array);
+    const auto* dict = As<CDictionary>(&directory);
+    return dict ? KeyOf(*dict) : StorageKey{};
+}
+
 // Charstrings
 
 struct CharStringGlyph {
@@ -140,7 +169,9 @@ struct CidFace {
     std::uint64_t epoch = 0;
     bool isStarted = false;
     text::CidType0Layout layout;
-    std::vector<std::array<double, 9>> matrices;  ///< of the font dictionaries
+    std::vector<std::array<double, 9>> matrices;    ///< of the font dictionaries
+    std::vector<std::vector<std::string>> subrs;    ///< of each, where it has them in an array
+    std::map<std::int32_t, std::string> directory;  ///< where there is one, it goes before the glyph data
     std::unordered_map<std::int32_t, std::optional<text::Type1Glyph>> glyphs;
 };
 
@@ -154,6 +185,11 @@ void Renew(CidFace& face, const CDictionary& font) {
     face.glyphs.clear();
     face.layout = {};
     face.matrices.clear();
+    face.subrs.clear();
+    face.directory.clear();
+    if (const CElement* directory = font.GetValue("GlyphDirectory")) {
+        for (const auto& [cid, bytes] : DirectoryOf(*directory)) face.directory.emplace(cid, bytes);
+    }
     face.layout.cidMapOffset = IntegerIn(font, "CIDMapOffset");
     face.layout.fdBytes = IntegerIn(font, "FDBytes");
     face.layout.gdBytes = IntegerIn(font, "GDBytes");
@@ -162,12 +198,16 @@ void Renew(CidFace& face, const CDictionary& font) {
     for (std::int32_t i = 0; array && i < array->GetLength(); ++i) {
         text::CidType0Layout::FontDict fontDict;
         std::array<double, 9> matrix{1, 0, 0, 0, 1, 0, 0, 0, 1};
+        std::vector<std::string> subrs;
         if (const auto* dict = As<CDictionary>(array->GetAt(i))) {
             if (const auto* priv = As<CDictionary>(dict->GetValue("Private"))) {
                 fontDict.subrMapOffset = IntegerIn(*priv, "SubrMapOffset");
                 fontDict.sdBytes = IntegerIn(*priv, "SDBytes");
                 fontDict.subrCount = IntegerIn(*priv, "SubrCount");
                 fontDict.lenIV = LenIvOf(*priv);
+                if (const auto* strings = As<CArrayElement>(priv->GetValue("Subrs"))) {
+                    for (const std::string_view subr : StringsIn(*strings)) subrs.emplace_back(subr);
+                }
             }
             double six[6];
             const auto* its = As<CArrayElement>(dict->GetValue("FontMatrix"));
@@ -175,18 +215,33 @@ void Renew(CidFace& face, const CDictionary& font) {
         }
         face.layout.fontDicts.push_back(fontDict);
         face.matrices.push_back(matrix);
+        face.subrs.push_back(std::move(subrs));
     }
     face.isStarted = true;
     face.epoch = g_nSnapshotEpoch;
 }
 
+/// The charstring of a CID in a glyph directory: the index of its font dictionary stands in front (PLRM, CIDFontType 0
+/// CIDFonts).
+std::optional<text::CidCharString> FindInDirectory(const CidFace& face, std::int32_t cid) {
+    const auto found = face.directory.find(cid);
+    const auto indexBytes = static_cast<std::size_t>(std::clamp<std::int64_t>(face.layout.fdBytes, 0, 4));
+    if (found == face.directory.end() || found->second.size() <= indexBytes) return std::nullopt;
+    const std::string_view bytes = found->second;
+    return text::CidCharString{text::CodeMap::NumberOf(bytes.substr(0, indexBytes)), bytes.substr(indexBytes)};
+}
+
 std::optional<text::Type1Glyph> MakeCidGlyph(const CidFace& face, std::string_view bytes, std::int32_t cid) {
     const text::CidType0Data data(bytes, face.layout);
-    const auto charString = data.Find(cid);
+    const auto charString = face.directory.empty() ? data.Find(cid) : FindInDirectory(face, cid);
     if (!charString || charString->fontDict >= face.matrices.size()) return std::nullopt;
     text::Type1Program program;
     program.lenIV = face.layout.fontDicts[charString->fontDict].lenIV;
-    program.subr = [&](std::size_t number) { return data.Subr(charString->fontDict, number); };
+    program.subr = [&](std::size_t number) {
+        const std::vector<std::string>& subrs = face.subrs[charString->fontDict];
+        return number < subrs.size() ? std::optional<std::string_view>(subrs[number])
+                                     : data.Subr(charString->fontDict, number);
+    };
     auto glyph = text::MakeType1Glyph(program, charString->bytes);
     if (!glyph) return glyph;
     const double* matrix = face.matrices[charString->fontDict].data();
@@ -467,9 +522,11 @@ bool CFontFaces::FindCharString(const CDictionary& font, const CName* name, cons
 bool CFontFaces::FindInSfnts(const CDictionary& font, std::int32_t index, FontGlyph& glyph) {
     const auto* sfnts = As<CArrayElement>(font.GetValue(m_Names.sfnts));
     if (!sfnts || !sfnts->GetBody()) return false;
-    SfntFace& entry = m_p->sfnts.At(KeyOf(*sfnts));
+    const CElement* directory = font.GetValue(m_Names.glyphDirectory);
+    SfntFace& entry = m_p->sfnts.At(directory ? KeyOfDirectory(*directory) : KeyOf(*sfnts));
     if (!entry.isStarted || entry.epoch != g_nSnapshotEpoch) {
         std::string bytes = text::JoinSfntStrings(StringsIn(*sfnts));
+        if (directory) bytes = text::WithGlyphs(bytes, {DirectoryOf(*directory), IntegerIn(font, "MetricsCount")});
         if (!entry.isStarted || bytes != entry.bytes) {
             entry.bytes = bytes;
             entry.face = text::MakeSfntFace(std::move(bytes));
@@ -490,14 +547,16 @@ bool CFontFaces::FindCid(const CDictionary& font, std::int32_t cid, FontGlyph& g
         return (index != 0 || cid == 0) && FindInSfnts(font, index, glyph);
     }
     const auto* data = As<CStringElement>(font.GetValue("GlyphData"));
-    if (!data || !data->GetBody()) return false;
-    CidFace& face = m_p->cidFonts.At(KeyOf(*data));
+    if (data && !data->GetBody()) return false;
+    const CElement* directory = font.GetValue(m_Names.glyphDirectory);
+    if (!data && !directory) return false;
+    CidFace& face = m_p->cidFonts.At(directory ? KeyOfDirectory(*directory) : KeyOf(*data));
     if (!face.isStarted || face.epoch != g_nSnapshotEpoch) {
-        data->GetBody()->MarkCopied();
+        if (data) data->GetBody()->MarkCopied();
         Renew(face, font);
     }
     const auto [entry, isNew] = face.glyphs.try_emplace(cid);
-    if (isNew) entry->second = MakeCidGlyph(face, data->Bytes(), cid);
+    if (isNew) entry->second = MakeCidGlyph(face, data ? data->Bytes() : std::string_view(), cid);
     if (!entry->second) return false;
     glyph = {entry->second->metrics.width, entry->second->metrics.bearing, &entry->second->outline};
     return true;

@@ -31,6 +31,7 @@ struct FontNames {
     const CName* fontMatrix = InternName("FontMatrix");
     const CName* fontName = InternName("FontName");
     const CName* fontType = InternName("FontType");
+    const CName* glyphDirectory = InternName("GlyphDirectory");
     const CName* glyphNames = InternName(".GlyphNames");  ///< of a CMap: the names that codes select
     const CName* metrics = InternName("Metrics");
     const CName* metrics2 = InternName("Metrics2");
@@ -90,7 +91,7 @@ public:
     /// Of a Type 1 font, from the charstring that its CharStrings have under the name.
     [[nodiscard]] bool FindCharString(const CDictionary& font, const CName* name, const CStringElement& charString,
                                       FontGlyph& glyph);
-    /// Of a Type 42 font, from its sfnts, by the value that its CharStrings have.
+    /// Of a Type 42 font, from its sfnts and its glyph directory, by the value that its CharStrings have.
     [[nodiscard]] bool FindInSfnts(const CDictionary& font, std::int32_t index, FontGlyph& glyph);
     /// Of a CIDFont.
     [[nodiscard]] bool FindCid(const CDictionary& font, std::int32_t cid, FontGlyph& glyph);

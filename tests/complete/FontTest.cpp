@@ -5,6 +5,8 @@
 
 #include "complete/CompleteDialect.h"
 #include "complete/FontPrograms.h"
+#include "support/CharStrings.h"
+#include "support/FontBytes.h"
 #include "support/Program.h"
 
 namespace {
@@ -183,11 +185,16 @@ std::string Big(std::uint32_t value, int bytes) {
     return text;
 }
 
+/// The description of a box of 500 by 700.
+std::string BoxDescription() {
+    return Big(1, 2) + Big(0, 4) + Big(500, 2) + Big(700, 2) + Big(3, 2) + Big(0, 2) + std::string("\1\1\1\1", 4) +
+           Big(0, 2) + Big(500, 2) + Big(0, 2) + Big(0x10000 - 500, 2) + Big(0, 2) + Big(0, 2) + Big(700, 2) +
+           Big(0, 2);
+}
+
 /// An sfnt with two glyphs, whose em has 1000 units: nothing, 600 wide, and a box of 500 by 700, 500 wide.
 std::string SmallSfnt() {
-    const std::string glyph = Big(1, 2) + Big(0, 4) + Big(500, 2) + Big(700, 2) + Big(3, 2) + Big(0, 2) +
-                              std::string("\1\1\1\1", 4) + Big(0, 2) + Big(500, 2) + Big(0, 2) + Big(0x10000 - 500, 2) +
-                              Big(0, 2) + Big(0, 2) + Big(700, 2) + Big(0, 2);
+    const std::string glyph = BoxDescription();
     const std::vector<std::pair<std::string, std::string>> tables = {
         {"glyf", glyph},
         {"head", Big(0x10000, 4) + Big(0, 8) + Big(0x5F0F3CF5, 4) + Big(0, 2) + Big(1000, 2) + Big(0, 16) + Big(0, 4) +
@@ -229,6 +236,105 @@ TEST(CompleteFontTest, TypeFortyTwo) {
     EXPECT_EQ(Width("/X << /FontType 42 /FontMatrix [1 0 0 1 0 0] /Encoding StandardEncoding /CharStrings << /A 1 >>"
                     " /sfnts [<00> (none) 5] >> definefont setfont"),
               "0.0");
+}
+
+// What a driver sends for a text is added to the directory as the pages need it.
+TEST(CompleteFontTest, GlyphDirectories) {
+    const std::string box = "<" + Hex(BoxDescription()) + ">";
+    const auto font = [](const std::string& entries) {
+        return "/Type42 << /FontType 42 /FontMatrix [1 0 0 1 0 0] /PaintType 0 /FontBBox [0 0 0 0] /Encoding"
+               " StandardEncoding /CharStrings << /.notdef 0 /A 3 /B 4 >> /sfnts [<" +
+               Hex(SmallSfnt()) + ">] " + entries + " >> definefont pop /Type42 1000 selectfont";
+    };
+    const std::string empty = font("/GlyphDirectory 1 dict");
+    EXPECT_EQ(Box(font("/GlyphDirectory << 3 " + box + " >>")), "0.0 0.0 500.0 700.0");
+    EXPECT_EQ(Box(font("/GlyphDirectory [() () () " + box + "]")), "0.0 0.0 500.0 700.0");
+    EXPECT_EQ(Left(empty + " 0 0 moveto (A) false charpath currentfont /GlyphDirectory get 3 " + box + " put newpath" +
+                   " 0 0 moveto (A) false charpath pathbbox"),
+              "0.0 0.0 500.0 700.0");
+    EXPECT_EQ(Width(font("/MetricsCount 2 /GlyphDirectory << 3 <" + Hex(Big(800, 2) + Big(0, 2) + BoxDescription()) +
+                         "> >>")),
+              "800.0");
+    EXPECT_EQ(Width(font("/MetricsCount 4 /GlyphDirectory << 3 <" +
+                         Hex(Big(7, 2) + Big(8, 2) + Big(800, 2) + Big(0, 2) + BoxDescription()) + "> >>")),
+              "800.0");
+    // Keys, values and data of all kinds make no glyph.
+    for (const char* directory : {"5", "<< /a (b) -1 (c) 3 5 70000 (d) >>", "[5 (a) null (b)]"})
+        EXPECT_EQ(Left(font(std::string("/MetricsCount 9 /GlyphDirectory ") + directory) +
+                       " 0 0 moveto (AB) false charpath {} {} {} {} pathforall"),
+                  "0.0 0.0")
+            << directory;
+}
+
+TEST(CompleteFontTest, CidFontsOfSfnts) {
+    const auto font = [](const std::string& entries) {
+        return "/K << /CIDFontType 2 /CIDFontName /K /FontMatrix [1 0 0 1 0 0] /FontBBox [0 0 0 0] /CIDCount 9"
+               " /GDBytes 2 /sfnts [<" +
+               Hex(SmallSfnt()) + ">] " + entries +
+               " >> /CIDFont defineresource pop /C /Identity-H [/K] composefont 1000 scalefont setfont";
+    };
+    for (const char* map :
+         {"<0000 0000 0000 0000 0000 0001>", "[<0000 0000> <0000 0000 00> <00 0001>]", "<< 5 1 >>", "-4"}) {
+        EXPECT_EQ(Box(font("/CIDMap " + std::string(map)), "<0005>"), "0.0 0.0 500.0 700.0") << map;
+    }
+    EXPECT_EQ(Box(font("/CIDMap 0 /GlyphDirectory << 5 <" + Hex(BoxDescription()) + "> >>"), "<0005>"),
+              "0.0 0.0 500.0 700.0");
+    EXPECT_EQ(Width(font("/CIDMap <0000>"), "<0005>"), "600.0") << "CID 0 stands for it";
+}
+
+/// A program that defines /K of the glyph data, up to them, whose CID 1 is a box; with 1000 units to the em.
+std::string CidFontHead(const std::string& entries) {
+    return "/CIDInit /ProcSet findresource begin 20 dict begin /CIDFontName /K def /CIDFontType 0 def /FontMatrix"
+           " [1 0 0 1 0 0] def /FontBBox [0 0 0 0] def /CIDSystemInfo 3 dict def /CIDMapOffset 0 def /FDBytes 1 def"
+           " /GDBytes 2 def /CIDCount 2 def /FDArray [<< /FontType 1 /PaintType 0 /FontMatrix [.001 0 0 .001 0 0]"
+           " /Private << /lenIV -1 " +
+           entries + " >> >>] def ";
+}
+const std::string kShowCidOne = " /C /Identity-H [/K] composefont 72 scalefont setfont 0 0 moveto <0001> show ";
+const std::string kBoxOfAnInch = "#000000 closed L 0,0 12.7,0 L 12.7,0 12.7,17.78 L 12.7,17.78 0,17.78 L 0,17.78 0,0";
+
+TEST(CompleteFontTest, CidFontsOfGlyphData) {
+    const std::string box =
+        AssembleCharString("0 500 hsbw 0 hmoveto 500 hlineto 700 vlineto -500 hlineto closepath endchar");
+    const std::string map =
+        Big(0, 1) + Big(9, 2) + Big(0, 1) + Big(9, 2) + Big(0, 1) + Big(static_cast<std::uint32_t>(9 + box.size()), 2);
+    const std::string data = map + box;
+    const std::string length = std::to_string(data.size());
+    for (const std::string& start :
+         {"(Binary) " + length + " StartData " + data, "(Hex) " + length + " StartData " + Hex(data) + ">"}) {
+        const RunResult result = RunAsFile(
+            "%!PS-Adobe-3.0 EPSF-3.0\n" + CidFontHead("") + start + kShowCidOne + "countdictstack 3 ne {stop} if\n",
+            kComplete);
+        EXPECT_EQ(result.entities, std::vector<std::string>{kBoxOfAnInch});
+        EXPECT_EQ(result.error, PSERR_NONE);
+        EXPECT_FALSE(result.report.failure);
+    }
+    // In a glyph directory the index of the font dictionary stands in front.
+    const std::string subr = AssembleCharString("500 hlineto 700 vlineto -500 hlineto return");
+    const std::string calls = Big(0, 1) + AssembleCharString("0 500 hsbw 0 hmoveto 0 callsubr closepath endchar");
+    EXPECT_EQ(Drawn(CidFontHead("/Subrs [<" + Hex(subr) + ">]") + "/GlyphDirectory << 1 <" + Hex(calls) +
+                        "> >> def /K currentdict end /CIDFont defineresource pop end" + kShowCidOne,
+                    kComplete),
+              kBoxOfAnInch);
+    CheckStacks(
+        {{"a negative length", "{(Hex) -1 StartData} stopped $error /errorname get", "(Hex) -1 true /rangecheck"},
+         {"no file to read from", "{(Hex) 5 StartData} stopped $error /errorname get", "(Hex) 5 true /ioerror"},
+         {"no font around it", "{5 5 StartData} stopped $error /errorname get", "5 5 true /typecheck"}},
+        kComplete);
+}
+
+TEST(CompleteFontTest, SetsOfFonts) {
+    const std::string cff = MakeCff({{34, "100 0 0 rmoveto 500 hlineto 700 vlineto -500 hlineto endchar"}});
+    const std::string program = "%!PS-Adobe-3.0 EPSF-3.0\n/FontSetInit /ProcSet findresource begin /Set " +
+                                std::to_string(cff.size()) + " StartData " + cff +
+                                " /TestFace 72 selectfont 0 0 moveto (A) show countdictstack 3 ne {stop} if\n";
+    const RunResult result = RunAsFile(program, kComplete);
+    EXPECT_EQ(result.entities, std::vector<std::string>{kBoxOfAnInch});
+    EXPECT_FALSE(result.report.failure);
+    EXPECT_EQ(RunAsFile("%!PS-Adobe-3.0 EPSF-3.0\n/FontSetInit /ProcSet findresource begin /Set 4 StartData abcd\n",
+                        kComplete)
+                  .report.failure->strError,
+              "invalidfont");
 }
 
 // Composite fonts
@@ -319,6 +425,7 @@ TEST(CompleteFontTest, CMaps) {
         {
             {"there from the start", "/Identity-V /CMap findresource /WMode get", "1"},
             {"usecmap of none", "{/None usecmap} stopped $error /errorname get", "/None true /undefinedresource"},
+            {"usecmap of a number", "{5 usecmap} stopped $error /errorname get", "5 true /typecheck"},
             {"an odd range", "{mark (A) endcodespacerange} stopped $error /errorname get count",
              "mark (A) true /rangecheck 4"},
             {"no mark", "{endcidchar} stopped $error /errorname get", "true /unmatchedmark"},
