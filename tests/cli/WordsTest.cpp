@@ -131,6 +131,32 @@ TEST(WordsTest, Amounts) {
     EXPECT_EQ(AmountText(survey, 1), "1 entity (1 segment, 2 curves)");
 }
 
+TEST(WordsTest, WhatACheckFinds) {
+    CheckReport check;
+    check.box.Add(Point{1, 2});
+    check.box.Add(Point{11, 7});
+    check.closed = 1;
+    check.open = 12;
+    EXPECT_EQ(CheckText(check, {}), "  size 10 x 5 mm, lower left corner at 1, 2\n  1 closed contour, 12 open ones");
+    check.ends = 11;
+    check.endPlaces.assign(11, Point{3, 4});
+    check.doubles = 1;
+    check.doubledLength = 2.5;
+    check.shortSections = 1;
+    check.white = 2;
+    check.outsidePage = 1;
+    Drawing drawing;
+    drawing.report.leftOut.nImages = 1;
+    const std::string text = CheckText(check, drawing);
+    EXPECT_NE(
+        text.find("\n  11 ends of open contours within 1 mm of another: 3, 4; 3, 4; 3, 4; 3, 4; 3, 4; 3, 4; 3, 4; "
+                  "3, 4; 3, 4; 3, 4; ...\n  2.5 mm drawn twice\n  1 section shorter than 0.01 mm\n  2 entities in "
+                  "white\n  1 entity wholly outside the page\n  not drawn: 1 image\n  may help: "),
+        std::string::npos)
+        << text;
+    for (const char* advice : {"--dedupe", "--join"}) EXPECT_NE(text.find(advice), std::string::npos) << text;
+}
+
 TEST(WordsTest, WhatThePassesDid) {
     PassReport report;
     EXPECT_EQ(PassesText(report), "");

@@ -427,7 +427,7 @@ class Errors(CliTest):
                 self.assertRegex(text, r"\r\x1b\[Kepsimport: ")  # the line is gone before the sentence stands
         self.file(LINE + CURVE + Limits.ENDLESS, "other.eps")
         text = self.on_a_terminal("drawing.eps", "other.eps", "-f", "none", "-j", "2", "--timeout", "1.2")
-        self.assertRegex(text, r"\r0 of 2 files, [\d.]+ k?B read, 4 entities")
+        self.assertRegex(text, r"\r0 of 2 files, [\d.]+ k?B read, 4 entities\x1b\[K")
         self.assertRegex(text, r"\r\x1b\[Kepsimport: ")
 
 
@@ -632,6 +632,7 @@ class Batch(CliTest):
         self.assertEqual([line["entities"] for line in lines], [1, 0, 1, 1])
         self.assertEqual([line["output"] for line in lines],
                          ["out/drawing.svg", "out/missing.svg", "out/bad.svg", "out/drawing-2.svg"])
+        self.assertEqual([line["dialect"] for line in lines], ["plain"] * 4)
         self.assertIsNone(lines[0]["reason"])
         self.assertIn("No such file", lines[1]["reason"])
         self.assertEqual(len(lines[2]["messages"]), 1)

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/resource.h>
 
 #include <filesystem>
 #include <fstream>
@@ -44,6 +45,22 @@ TEST(MemoryLimitTest, TheUsualLimitIsThreeQuartersOfWhatThereIs) {
                          {"/sys/fs/cgroup/memory/memory.limit_in_bytes", "9223372036854771712\n"}}),
               600000u);
     EXPECT_EQ(LimitWith({machine, {"/proc/self/cgroup", "broken\n::\n0::no\n"}}), whole);
+}
+
+TEST(MemoryLimitTest, ALimitThatIsLiftedLeavesWhatWasBefore) {
+    rlimit before{}, meanwhile{}, after{};
+    ASSERT_EQ(::getrlimit(RLIMIT_AS, &before), 0);
+    {
+        CMemoryLimit limit(std::uint64_t{1} << 30);
+        ::getrlimit(RLIMIT_AS, &meanwhile);
+        EXPECT_LT(meanwhile.rlim_cur, before.rlim_cur);
+        limit.Lift();
+        ::getrlimit(RLIMIT_AS, &after);
+        EXPECT_EQ(after.rlim_cur, before.rlim_cur);
+    }
+    { const CMemoryLimit limit(std::uint64_t{1} << 30); }
+    ::getrlimit(RLIMIT_AS, &after);
+    EXPECT_EQ(after.rlim_cur, before.rlim_cur);
 }
 
 }  // namespace
