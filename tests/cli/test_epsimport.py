@@ -727,6 +727,19 @@ class Dxf(CliTest):
         seed = int(document.header["$HANDSEED"], 16)
         self.assertLess(max(int(e.dxf.handle, 16) for e in document.modelspace()), seed)
 
+    def test_tables_that_layers_and_views_refer_to(self):
+        for form in ("r2000", "r12"):
+            document = self.convert(self.file(LINE), "--dxf", form)
+            self.assertEqual({layer.dxf.linetype.upper() for layer in document.layers}, {"CONTINUOUS"})
+            line = document.linetypes.get("CONTINUOUS")
+            self.assertEqual((line.dxf.description, line.simplified_line_pattern()), ("Solid line", ()))
+            self.assertEqual(document.styles.get("STANDARD").dxf.flags, 0)
+        view = self.convert(self.file(LINE)).viewports.get("*ACTIVE")[0].dxf
+        self.assertAlmostEqual(view.center[0], 12.7, 4)
+        self.assertAlmostEqual(view.center[1], 0, 4)
+        self.assertGreater(view.height * view.aspect_ratio, 25.4)
+        self.assertLess(view.height * view.aspect_ratio, 2 * 25.4)
+
     def test_splines_are_exact(self):
         for eps in sorted(EXAMPLES.glob("*.eps")):
             with self.subTest(eps.name):

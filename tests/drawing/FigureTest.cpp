@@ -61,8 +61,11 @@ TEST(FigureTest, EntitiesBecomeFiguresInMillimetresAndTheRestIsCounted) {
     entities.push_back(Polyline({{0, 0}, {40, 80}}, 0xFF000080, true));
     entities.push_back(Polyline({{0, 0}, {kNan, 80}}, 1));
     entities.push_back(Polyline({{1, 2}, {3, 4}, {5, 7}}, 2));
+    const FigureReading kept = ReadFigures(std::span<const EntityPtr>(entities), 1.0 / 40);
+    EXPECT_EQ(kept.leftOut, 1u);
     const FigureReading reading = ReadFigures(std::move(entities), 1.0 / 40);
     EXPECT_EQ(reading.leftOut, 1u);
+    EXPECT_EQ(kept.figures.size(), reading.figures.size());
     ASSERT_EQ(reading.figures.size(), 2u);
     EXPECT_EQ(reading.figures[0].color, 0x80u);
     EXPECT_TRUE(reading.figures[0].closed);
