@@ -6,6 +6,7 @@
 
 #include "complete/CompleteDialect.h"
 #include "complete/FilterObjects.h"
+#include "graphics/MatrixOperators.h"
 #include "interp/Keys.h"
 #include "interp/Operands.h"
 
@@ -16,7 +17,9 @@ using Target = CodeMap::Target;
 
 const FontNames& NamesOf(const CFilterEPS& m) { return CCompleteDialect::Of(m).Fonts().Names(); }
 
+// What the next records of a CMap are about.
 constexpr std::string_view USE_FONT = ".UseFont";
+constexpr std::string_view USE_MATRIX = ".UseMatrix";
 
 void Append(CDictionary& cmap, const CName* key, std::string_view records) {
     const auto* before = As<CStringElement>(cmap.GetValue(key));
@@ -53,14 +56,12 @@ int OpBeginList(CFilterEPS& m) {
 }
 
 // any any  beginrearrangedfont  -            stackunderflow
-// int  beginusematrix  -
-// Departure: fonts are neither rearranged nor transformed one by one.
-template <int Count>
-int OpPassOver(CFilterEPS& m) {
+// Departure: fonts are not rearranged.
+int OpBeginrearrangedfont(CFilterEPS& m) {
     Operands in(m);
-    in.Any(Count - 1);
+    in.Any(1);
     if (!in) return -1;
-    m.Drop(Count);
+    m.Drop(2);
     return 1;
 }
 
@@ -81,7 +82,9 @@ int OpUsecmap(CFilterEPS& m) {
     if (const auto* contents = As<CStringElement>(other->GetValue(names.codeMap))) {
         Append(*m.TopDict(), names.codeMap, contents->Bytes());
     }
-    if (const CElement* list = other->GetValue(names.glyphNames)) m.TopDict()->Put(names.glyphNames, list->Clone());
+    for (const CName* key : {names.glyphNames, names.fontMatrices}) {
+        if (const CElement* kept = other->GetValue(key)) m.TopDict()->Put(key, kept->Clone());
+    }
     return 1;
 }
 
@@ -93,6 +96,38 @@ int OpUsefont(CFilterEPS& m) {
     if (!in) return -1;
     m.Drop(1);
     m.TopDict()->Put(USE_FONT, NewInt(font));
+    return 1;
+}
+
+// int  beginusematrix  -                     stackunderflow typecheck rangecheck
+int OpBeginusematrix(CFilterEPS& m) {
+    Operands in(m);
+    const std::int32_t font = in.Int(0);
+    in.Require(font >= 0 && font < 256, PSERR_RANGE);
+    if (!in) return -1;
+    m.Drop(1);
+    m.TopDict()->Put(USE_MATRIX, NewInt(font));
+    return 1;
+}
+
+// matrix  endusematrix  -                    stackunderflow typecheck rangecheck
+int OpEndusematrix(CFilterEPS& m) {
+    Operands in(m);
+    const CArrayElement* matrix = in.AnyArray(0);
+    double six[6];
+    if (in) {
+        const ErrorCode error = ReadMatrix(*matrix, six);
+        in.Require(error == PSERR_NONE, error);
+    }
+    if (!in) return -1;
+    const FontNames& names = NamesOf(m);
+    CDictionary& cmap = *m.TopDict();
+    const auto* before = As<CDictionary>(cmap.GetValue(names.fontMatrices));  // perhaps another CMap's, too
+    auto matrices = MakeElement<CDictionary>(4);
+    if (before) static_cast<void>(before->CopyTo(matrices.get()));
+    if (const CElement* font = cmap.GetValue(USE_MATRIX)) matrices->PutOther(font->Clone(), matrix->Clone());
+    cmap.Put(names.fontMatrices, std::move(matrices));
+    m.Drop(1);
     return 1;
 }
 
@@ -332,10 +367,10 @@ constexpr OpRow kRows[] = {
     {"endbfchar", OpEndList<ListKind::BaseFont, false>},
     {"beginbfrange", OpBeginList},
     {"endbfrange", OpEndList<ListKind::BaseFont, true>},
-    {"beginrearrangedfont", OpPassOver<2>},
+    {"beginrearrangedfont", OpBeginrearrangedfont},
     {"endrearrangedfont", OpNothing},
-    {"beginusematrix", OpPassOver<1>},
-    {"endusematrix", OpPassOver<1>},
+    {"beginusematrix", OpBeginusematrix},
+    {"endusematrix", OpEndusematrix},
     {"StartData", OpStartData},
 };
 

@@ -2,8 +2,12 @@
 // another one, which goes on with that code as its first byte.
 #include "complete/CharReader.h"
 
+#include <array>
+#include <map>
+
 #include "complete/CompleteDialect.h"
 #include "graphics/GraphState.h"
+#include "graphics/Matrix.h"
 #include "graphics/MatrixOperators.h"
 
 namespace {
@@ -49,8 +53,25 @@ struct CCharReader::Node {
     TypedPtr<CArrayElement> fonts;
     std::shared_ptr<const text::CodeMap> codeMap;
     TypedPtr<CArrayElement> glyphNames;
-    std::int32_t current = 0;     ///< font number that an escape or a shift has chosen
-    std::vector<Node*> children;  ///< by font number, as far as they have been asked for
+    std::map<std::int32_t, std::array<double, 6>> fontMatrices;  ///< that the CMap has for some fonts, times `matrix`
+    std::int32_t current = 0;                                    ///< font number that an escape or a shift has chosen
+    std::vector<Node*> children;                                 ///< by font number, as far as they have been asked for
+
+    void ReadFontMatrices(const CDictionary& matrices) {
+        for (std::int32_t i = 0; i < matrices.GetOtherCount(); ++i) {
+            const CDictNode2* entry = matrices.GetOtherNodeAt(i);
+            const auto* number = As<CNumberElement>(entry->m_pKey.get());
+            const auto* array = As<CArrayElement>(entry->GetValue());
+            double six[6];
+            if (!number || !array || ReadMatrix(*array, six) != PSERR_NONE) continue;
+            double left[9];
+            double right[9];
+            MatFromArray6(six, left);
+            MatFromArray6(matrix, right);
+            MatMultiply(left, right, left);
+            MatToArray6(left, fontMatrices[number->GetInt()].data());
+        }
+    }
 };
 
 CCharReader::CCharReader(CFilterEPS& m) : m_Machine(m) {}
@@ -89,6 +110,9 @@ CCharReader::Node* CCharReader::Open(const CDictionary& font) {
                 node->codeMap = CCompleteDialect::Of(m_Machine).Fonts().CodeMapOf(*cmap);
                 const auto* list = As<CArrayElement>(cmap->GetValue(names.glyphNames));
                 if (list) node->glyphNames.reset(static_cast<CArrayElement*>(list->Clone().release()));
+                if (const auto* matrices = As<CDictionary>(cmap->GetValue(names.fontMatrices))) {
+                    node->ReadFontMatrices(*matrices);
+                }
             }
             isWhole = isWhole && cmap;
         }
@@ -200,7 +224,8 @@ int CCharReader::DecodeCMap(Node& node, ShownChar& next) {
     if (!child) return -1;
     if (child->isComposite) return FailFont(m_Machine);
     next.font = &child->font;
-    next.parentMatrix = node.matrix;
+    const auto matrix = node.fontMatrices.find(mapping.font);
+    next.parentMatrix = matrix != node.fontMatrices.end() ? matrix->second.data() : node.matrix;
     next.code = static_cast<std::int32_t>(mapping.code);
     const auto value = static_cast<std::int32_t>(mapping.value);
     if (mapping.target == text::CodeMap::Target::Name) {

@@ -118,6 +118,7 @@ struct CharStringFace {
     std::uint64_t epoch = 0;
     StorageKey priv;  ///< the dictionary that the following stood in
     bool isStarted = false;
+    bool isStroked = false;  ///< its contours stay as open as they are
     int lenIV = 4;
     std::vector<std::string> subrs;
     std::unordered_map<const CName*, CharStringGlyph> glyphs;
@@ -129,7 +130,8 @@ int LenIvOf(const CDictionary& priv) {
 }
 
 /// Reads what the charstrings of a font share, and forgets the glyphs that may be others now.
-void Renew(CharStringFace& face, const CDictionary& font, const CDictionary& charStrings, const FontNames& names) {
+void Renew(CharStringFace& face, const CDictionary& font, const CDictionary& charStrings, const FontNames& names,
+           bool isStroked) {
     charStrings.GetBody()->MarkCopied();
     int lenIV = 4;
     std::vector<std::string> subrs;
@@ -143,6 +145,8 @@ void Renew(CharStringFace& face, const CDictionary& font, const CDictionary& cha
         }
     }
     if (lenIV != face.lenIV || subrs != face.subrs) face.glyphs.clear();
+    if (isStroked != face.isStroked) face.glyphs.clear();
+    face.isStroked = isStroked;
     face.lenIV = lenIV;
     face.subrs = std::move(subrs);
     std::erase_if(face.glyphs, [](const auto& entry) {
@@ -273,6 +277,7 @@ std::int32_t IndexOfCid(const CDictionary& font, std::int32_t cid) {
         string = As<CStringElement>(strings->GetAt(i));
         if (!string || at < string->GetLength()) break;
         at -= string->GetLength();
+        string = nullptr;
     }
     const std::string_view data = string ? string->Bytes() : std::string_view();
     if (at < 0 || at + bytes > std::ssize(data)) return 0;
@@ -481,6 +486,12 @@ int CFontFaces::DefineFontSet(CFilterEPS& m, const CElement& key, std::string da
 
 // Glyphs
 
+bool CFontFaces::IsStroked(const CDictionary& font) const {
+    constexpr std::int32_t strokes = 2;
+    const auto* type = As<CNumberElement>(font.GetValue(m_Names.paintType));
+    return type && type->GetInt() == strokes;
+}
+
 bool CFontFaces::FindInFace(text::FontFace& face, std::int32_t index, FontGlyph& glyph) {
     const auto metrics = face.Metrics(index);
     if (!metrics) return false;
@@ -495,8 +506,9 @@ bool CFontFaces::FindCharString(const CDictionary& font, const CName* name, cons
     CharStringFace& face = m_p->charStrings.At(KeyOf(*charStrings));
     const auto* priv = As<CDictionary>(font.GetValue(m_Names.priv));
     const bool isSameFont = face.priv == (priv ? KeyOf(*priv) : StorageKey{});  // others may share the charstrings
-    if (!face.isStarted || !isSameFont || face.epoch != g_nSnapshotEpoch) {
-        Renew(face, font, *charStrings, m_Names);
+    const bool isStroked = IsStroked(font);
+    if (!face.isStarted || !isSameFont || face.epoch != g_nSnapshotEpoch || face.isStroked != isStroked) {
+        Renew(face, font, *charStrings, m_Names, isStroked);
     }
     const auto known = face.glyphs.find(name);
     CharStringGlyph* entry = known != face.glyphs.end() ? &known->second : nullptr;
@@ -505,6 +517,7 @@ bool CFontFaces::FindCharString(const CDictionary& font, const CName* name, cons
         entry->charString = charString.Bytes();
         text::Type1Program program;
         program.lenIV = face.lenIV;
+        program.closesContours = !face.isStroked;
         program.subr = [&face](std::size_t number) {
             return number < face.subrs.size() ? std::optional<std::string_view>(face.subrs[number]) : std::nullopt;
         };

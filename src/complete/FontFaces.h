@@ -27,6 +27,7 @@ struct FontNames {
     const CName* face = InternName(".Face");  ///< number of the face that stands for a font, NamedFont
     const CName* fDepVector = InternName("FDepVector");
     const CName* fid = InternName("FID");
+    const CName* fontMatrices = InternName(".FontMatrices");  ///< of a CMap: dictionary by font number (usematrix)
     const CName* fMapType = InternName("FMapType");
     const CName* fontMatrix = InternName("FontMatrix");
     const CName* fontName = InternName("FontName");
@@ -36,6 +37,7 @@ struct FontNames {
     const CName* metrics = InternName("Metrics");
     const CName* metrics2 = InternName("Metrics2");
     const CName* notdef = InternName(".notdef");
+    const CName* paintType = InternName("PaintType");
     const CName* priv = InternName("Private");
     const CName* sfnts = InternName("sfnts");
     const CName* shiftIn = InternName("ShiftIn");
@@ -85,6 +87,9 @@ public:
 
     /// Reads a set of fonts and defines each of them (PLRM, FontSet Resources). 1, or -1 with invalidfont.
     [[nodiscard]] int DefineFontSet(CFilterEPS& m, const CElement& key, std::string data);
+
+    /// Whether the outlines of a font are stroked rather than filled (PLRM, PaintType).
+    [[nodiscard]] bool IsStroked(const CDictionary& font) const;
 
     // Glyphs; false when there is none or it can't be made.
     [[nodiscard]] static bool FindInFace(text::FontFace& face, std::int32_t index, FontGlyph& glyph);

@@ -78,7 +78,7 @@ private:
     [[nodiscard]] int ShowOne(const ShownChar& character, Point& width);
     [[nodiscard]] int ShowOutline(const ShownChar& character, const double six[6], Point& width);
     [[nodiscard]] int RunProcedure(const ShownChar& character, const double six[6], Point& width);
-    [[nodiscard]] int PaintOutline(const geometry::Path& outline, const double toPoints[6]);
+    [[nodiscard]] int PaintOutline(const geometry::Path& outline, const double toPoints[6], bool isStroked);
     [[nodiscard]] int AddAdvance(const ShownChar& character, std::size_t index, Point& width) const;
     [[nodiscard]] int CallBetween(const ShownChar& character, std::int32_t nextCode);
     [[nodiscard]] int CallFor(const ShownChar& character, Point width);
@@ -192,13 +192,13 @@ int CTextRun::ShowOutline(const ShownChar& character, const double six[6], Point
         const Point across = Turn({six[0], six[1]}, m_ToPoints);
         const Point up = Turn({six[2], six[3]}, m_ToPoints);
         const double toPoints[6] = {across.x, across.y, up.x, up.y, at.x, at.y};
-        if (PaintOutline(*glyph.outline, toPoints) != 1) return -1;
+        if (PaintOutline(*glyph.outline, toPoints, font.IsStroked()) != 1) return -1;
     }
     Count(font, found);
     return 1;
 }
 
-int CTextRun::PaintOutline(const geometry::Path& outline, const double toPoints[6]) {
+int CTextRun::PaintOutline(const geometry::Path& outline, const double toPoints[6], bool isStroked) {
     CGraphState& state = *m_Machine.GetCurrentGState();
     const bool isPath = m_Request.use == TextUse::Path;
     if (!isPath) std::swap(state.m_Path, m_Glyph);  // the current path stays as it is
@@ -215,7 +215,7 @@ int CTextRun::PaintOutline(const geometry::Path& outline, const double toPoints[
         state.AddPathPoint(mapped, letters[static_cast<std::size_t>(op)]);
     }
     if (isPath) return 1;
-    const int result = PaintArea(m_Machine);
+    const int result = isStroked ? PaintLines(m_Machine) : PaintArea(m_Machine);
     std::swap(m_Machine.GetCurrentGState()->m_Path, m_Glyph);
     return result;
 }

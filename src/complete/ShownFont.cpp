@@ -47,6 +47,7 @@ bool CShownFont::Open(CFilterEPS& m, const CDictionary& font) {
         m_pDevProc = CloneEntry<CArrayElement>(font, names.cdevProc);
         const auto* writing = As<CNumberElement>(font.GetValue(names.wMode));
         m_nWMode = writing && writing->GetInt() == 1 ? 1 : 0;
+        m_bStroked = FacesOf(m).IsStroked(font);
         m_pNamed = FacesOf(m).NamedOf(font);
         switch (type->GetInt()) {
             case FT_TYPE1:

@@ -47,6 +47,8 @@ public:
         return m_Origin == GlyphOrigin::Procedure || m_Origin == GlyphOrigin::CidProcedure;
     }
     [[nodiscard]] std::int32_t WMode() const noexcept { return m_nWMode; }
+    /// Whether its outlines are stroked rather than filled.
+    [[nodiscard]] bool IsStroked() const noexcept { return m_bStroked; }
     /// The face that stands for the font, if one does.
     [[nodiscard]] const NamedFont* Named() const noexcept { return m_pNamed; }
     /// The name that the report has for it.
@@ -80,4 +82,5 @@ private:
     double m_Matrix[6] = {};
     GlyphOrigin m_Origin = GlyphOrigin::Program;
     std::int32_t m_nWMode = 0;
+    bool m_bStroked = false;
 };

@@ -3,6 +3,17 @@
 
 #include <string>
 
+/// Bytes as hexadecimal digits of both cases, in lines.
+inline std::string Hex(const std::string& bytes) {
+    std::string hex;
+    for (const char c : bytes) {
+        hex.push_back("0123456789ABCDEF"[static_cast<unsigned char>(c) >> 4]);
+        hex.push_back("0123456789abcdef"[c & 15]);
+        if (hex.size() % 65 == 64) hex.push_back('\n');
+    }
+    return hex;
+}
+
 /// The head of a Type 1 font whose charstrings are not encrypted, up to its CharStrings, and its end.
 inline const std::string kTypeOneHead =
     " 12 dict begin /FontType 1 def /FontName /Boxes def /FontMatrix [.001 0 0 .001 0 0] def /PaintType 0 def"

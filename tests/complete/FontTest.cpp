@@ -5,8 +5,6 @@
 
 #include "complete/CompleteDialect.h"
 #include "complete/FontPrograms.h"
-#include "support/CharStrings.h"
-#include "support/FontBytes.h"
 #include "support/Program.h"
 
 namespace {
@@ -139,16 +137,6 @@ std::string Encrypt(const std::string& plain) {
     return encrypted;
 }
 
-std::string Hex(const std::string& bytes) {
-    std::string hex;
-    for (const char c : bytes) {
-        hex.push_back("0123456789ABCDEF"[static_cast<unsigned char>(c) >> 4]);
-        hex.push_back("0123456789abcdef"[c & 15]);
-        if (hex.size() % 65 == 64) hex.push_back('\n');
-    }
-    return hex;
-}
-
 TEST(CompleteFontTest, Eexec) {
     const std::string end = "\n0000000000000000000000000000000000000000000000000000000000000000\ncleartomark\n";
     // What stands behind the blank after RD are bytes, whatever they look like.
@@ -264,77 +252,6 @@ TEST(CompleteFontTest, GlyphDirectories) {
                        " 0 0 moveto (AB) false charpath {} {} {} {} pathforall"),
                   "0.0 0.0")
             << directory;
-}
-
-TEST(CompleteFontTest, CidFontsOfSfnts) {
-    const auto font = [](const std::string& entries) {
-        return "/K << /CIDFontType 2 /CIDFontName /K /FontMatrix [1 0 0 1 0 0] /FontBBox [0 0 0 0] /CIDCount 9"
-               " /GDBytes 2 /sfnts [<" +
-               Hex(SmallSfnt()) + ">] " + entries +
-               " >> /CIDFont defineresource pop /C /Identity-H [/K] composefont 1000 scalefont setfont";
-    };
-    for (const char* map :
-         {"<0000 0000 0000 0000 0000 0001>", "[<0000 0000> <0000 0000 00> <00 0001>]", "<< 5 1 >>", "-4"}) {
-        EXPECT_EQ(Box(font("/CIDMap " + std::string(map)), "<0005>"), "0.0 0.0 500.0 700.0") << map;
-    }
-    EXPECT_EQ(Box(font("/CIDMap 0 /GlyphDirectory << 5 <" + Hex(BoxDescription()) + "> >>"), "<0005>"),
-              "0.0 0.0 500.0 700.0");
-    EXPECT_EQ(Width(font("/CIDMap <0000>"), "<0005>"), "600.0") << "CID 0 stands for it";
-}
-
-/// A program that defines /K of the glyph data, up to them, whose CID 1 is a box; with 1000 units to the em.
-std::string CidFontHead(const std::string& entries) {
-    return "/CIDInit /ProcSet findresource begin 20 dict begin /CIDFontName /K def /CIDFontType 0 def /FontMatrix"
-           " [1 0 0 1 0 0] def /FontBBox [0 0 0 0] def /CIDSystemInfo 3 dict def /CIDMapOffset 0 def /FDBytes 1 def"
-           " /GDBytes 2 def /CIDCount 2 def /FDArray [<< /FontType 1 /PaintType 0 /FontMatrix [.001 0 0 .001 0 0]"
-           " /Private << /lenIV -1 " +
-           entries + " >> >>] def ";
-}
-const std::string kShowCidOne = " /C /Identity-H [/K] composefont 72 scalefont setfont 0 0 moveto <0001> show ";
-const std::string kBoxOfAnInch = "#000000 closed L 0,0 12.7,0 L 12.7,0 12.7,17.78 L 12.7,17.78 0,17.78 L 0,17.78 0,0";
-
-TEST(CompleteFontTest, CidFontsOfGlyphData) {
-    const std::string box =
-        AssembleCharString("0 500 hsbw 0 hmoveto 500 hlineto 700 vlineto -500 hlineto closepath endchar");
-    const std::string map =
-        Big(0, 1) + Big(9, 2) + Big(0, 1) + Big(9, 2) + Big(0, 1) + Big(static_cast<std::uint32_t>(9 + box.size()), 2);
-    const std::string data = map + box;
-    const std::string length = std::to_string(data.size());
-    for (const std::string& start :
-         {"(Binary) " + length + " StartData " + data, "(Hex) " + length + " StartData " + Hex(data) + ">"}) {
-        const RunResult result = RunAsFile(
-            "%!PS-Adobe-3.0 EPSF-3.0\n" + CidFontHead("") + start + kShowCidOne + "countdictstack 3 ne {stop} if\n",
-            kComplete);
-        EXPECT_EQ(result.entities, std::vector<std::string>{kBoxOfAnInch});
-        EXPECT_EQ(result.error, PSERR_NONE);
-        EXPECT_FALSE(result.report.failure);
-    }
-    // In a glyph directory the index of the font dictionary stands in front.
-    const std::string subr = AssembleCharString("500 hlineto 700 vlineto -500 hlineto return");
-    const std::string calls = Big(0, 1) + AssembleCharString("0 500 hsbw 0 hmoveto 0 callsubr closepath endchar");
-    EXPECT_EQ(Drawn(CidFontHead("/Subrs [<" + Hex(subr) + ">]") + "/GlyphDirectory << 1 <" + Hex(calls) +
-                        "> >> def /K currentdict end /CIDFont defineresource pop end" + kShowCidOne,
-                    kComplete),
-              kBoxOfAnInch);
-    CheckStacks(
-        {{"a negative length", "{(Hex) -1 StartData} stopped $error /errorname get", "(Hex) -1 true /rangecheck"},
-         {"no file to read from", "{(Hex) 5 StartData} stopped $error /errorname get", "(Hex) 5 true /ioerror"},
-         {"no font around it", "{5 5 StartData} stopped $error /errorname get", "5 5 true /typecheck"}},
-        kComplete);
-}
-
-TEST(CompleteFontTest, SetsOfFonts) {
-    const std::string cff = MakeCff({{34, "100 0 0 rmoveto 500 hlineto 700 vlineto -500 hlineto endchar"}});
-    const std::string program = "%!PS-Adobe-3.0 EPSF-3.0\n/FontSetInit /ProcSet findresource begin /Set " +
-                                std::to_string(cff.size()) + " StartData " + cff +
-                                " /TestFace 72 selectfont 0 0 moveto (A) show countdictstack 3 ne {stop} if\n";
-    const RunResult result = RunAsFile(program, kComplete);
-    EXPECT_EQ(result.entities, std::vector<std::string>{kBoxOfAnInch});
-    EXPECT_FALSE(result.report.failure);
-    EXPECT_EQ(RunAsFile("%!PS-Adobe-3.0 EPSF-3.0\n/FontSetInit /ProcSet findresource begin /Set 4 StartData abcd\n",
-                        kComplete)
-                  .report.failure->strError,
-              "invalidfont");
 }
 
 // Composite fonts

@@ -52,6 +52,22 @@ TEST(CompleteShowTest, PatternsAndMatrices) {
     EXPECT_EQ(RunText(kStart + "gsave 0 0 scale (AB) show grestore (A) stringwidth pop", kComplete).stack, "36.0");
 }
 
+TEST(CompleteShowTest, StrokedFonts) {
+    // A contour that the font leaves open is closed in a fill only, whichever of the two fonts is shown first.
+    const std::string fonts = kTypeOneHead + "/A <8B F888 0D 8B 16 F888 06 F950 07 0E> def" + kTypeOneEnd +
+                              "/Boxes findfont dup length dict copy dup /PaintType 2 put /Lines exch definefont pop"
+                              " 0 0 moveto ";
+    const std::string filled = "#000000 closed L 0,0 12.7,0 L 12.7,0 12.7,17.78 L 12.7,17.78 0,0";
+    const std::string stroked = "#000000 open L 0,0 12.7,0 L 12.7,0 12.7,17.78";
+    const std::string fill = "/Boxes 72 selectfont (A) show 0 0 moveto ";
+    const std::string stroke = "/Lines 72 selectfont (A) show 0 0 moveto ";
+    EXPECT_EQ(Drawn(fonts + fill + stroke + fill, kComplete), filled + "\n" + stroked + "\n" + filled);
+    EXPECT_EQ(Drawn(fonts + stroke + fill + stroke, kComplete), stroked + "\n" + filled + "\n" + stroked);
+    RunSettings strokes = kComplete;
+    strokes.fillOutline = false;
+    EXPECT_EQ(Drawn(fonts + fill + stroke, strokes), stroked);
+}
+
 TEST(CompleteShowTest, ThePointAfterEachOperator) {
     const std::string at = " currentpoint exch round exch round";
     for (const auto& [program, end] : std::vector<std::pair<std::string, std::string>>{

@@ -59,7 +59,7 @@ public:
         m_Results.clear();
         m_bFlex = false;
         if (!Run(charString)) return false;
-        CloseContour();
+        EndContour();
         return true;
     }
     [[nodiscard]] Type1Glyph& Glyph() noexcept { return m_Glyph; }
@@ -101,6 +101,11 @@ private:
         if (m_bOpen) m_Glyph.outline.Close();
         m_bOpen = false;
     }
+    /// Ends a contour that the charstring has not closed.
+    void EndContour() {
+        if (m_Program.closesContours) CloseContour();
+        m_bOpen = false;
+    }
     bool OpenContour() {
         if (!m_bOpen) m_Glyph.outline.MoveTo(m_Current);
         m_bOpen = true;
@@ -109,7 +114,7 @@ private:
     bool MoveBy(Point by) {
         m_Current = m_Current + by;
         if (!m_bFlex) {
-            CloseContour();
+            EndContour();
             return true;
         }
         if (m_nFlexPoints == FLEX_POINTS) return false;

@@ -19,6 +19,8 @@ struct Type1Program {
     std::function<std::optional<std::string_view>(std::size_t number)> subr;
     /// The charstring of a glyph name as it stands in the font, for composite glyphs. May be empty.
     std::function<std::optional<std::string_view>(std::string_view name)> charString;
+    /// Whether a contour that the charstring leaves open is closed: glyphs are filled but for those of PaintType 2.
+    bool closesContours = true;
 };
 
 /// In the unit of the charstrings.
