@@ -1,6 +1,7 @@
 // Fonts that tests of text define: their glyphs are boxes, so that what is shown can be told by its corners.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 /// Bytes as hexadecimal digits of both cases, in lines.
@@ -12,6 +13,18 @@ inline std::string Hex(const std::string& bytes) {
         if (hex.size() % 65 == 64) hex.push_back('\n');
     }
     return hex;
+}
+
+/// As eexec reads it, with four blanks in front.
+inline std::string Encrypt(const std::string& plain) {
+    std::string encrypted;
+    std::uint16_t key = 55665;
+    for (const char c : "    " + plain) {
+        const auto cipher = static_cast<unsigned char>(static_cast<unsigned char>(c) ^ (key >> 8));
+        encrypted.push_back(static_cast<char>(cipher));
+        key = static_cast<std::uint16_t>((cipher + key) * 52845 + 22719);
+    }
+    return encrypted;
 }
 
 /// The head of a Type 1 font whose charstrings are not encrypted, up to its CharStrings, and its end.

@@ -126,17 +126,6 @@ TEST(CompleteFontTest, CharStrings) {
 
 // eexec
 
-std::string Encrypt(const std::string& plain) {
-    std::string encrypted;
-    std::uint16_t key = 55665;
-    for (const char c : "    " + plain) {
-        const auto cipher = static_cast<unsigned char>(static_cast<unsigned char>(c) ^ (key >> 8));
-        encrypted.push_back(static_cast<char>(cipher));
-        key = static_cast<std::uint16_t>((cipher + key) * 52845 + 22719);
-    }
-    return encrypted;
-}
-
 TEST(CompleteFontTest, Eexec) {
     const std::string end = "\n0000000000000000000000000000000000000000000000000000000000000000\ncleartomark\n";
     // What stands behind the blank after RD are bytes, whatever they look like.

@@ -5,8 +5,10 @@
 #include <filesystem>
 #include <fstream>
 
+#include "complete/FontPrograms.h"
 #include "complete/text/StandardFonts.h"
 #include "complete/text/Substitutes.h"
+#include "support/CharStrings.h"
 #include "support/FontBytes.h"
 #include "support/Paths.h"
 
@@ -100,6 +102,45 @@ TEST(SubstitutesTest, TheNameItselfThenEqualMetrics) {
     EXPECT_EQ(catalogue.Find("Helvetica")->builtInEncoding, &kStandardEncoding);
     EXPECT_EQ(catalogue.Find("Own-Name")->builtInEncoding, &kStandardEncoding);
     EXPECT_EQ(catalogue.Find("Helvetica")->face, catalogue.Find("ArialMT")->face);
+}
+
+/// A Type 1 font file with one glyph, a, of that width.
+std::string TypeOneFile(const std::string& encoding, int width) {
+    const auto entry = [](const std::string& charString) {
+        return std::to_string(charString.size()) + " RD " + charString + " ND\n";
+    };
+    const auto glyph = [&entry](int wide) {
+        return entry(EncryptCharString(
+            AssembleCharString("0 " + std::to_string(wide) + " hsbw 100 hlineto 100 vlineto closepath endchar")));
+    };
+    const std::string priv =
+        "dup /Private 8 dict dup begin /RD {string currentfile exch readstring pop} executeonly def /ND {def} def"
+        " /BlueValues [] def /MinFeature {16 16} def /password 5839 def /lenIV 4 def\n"
+        "2 index /CharStrings 2 dict dup begin\n/.notdef " +
+        glyph(500) + "/a " + glyph(width) +
+        "end end readonly put noaccess put dup /FontName get exch definefont pop mark currentfile closefile\n";
+    return "%!PS-AdobeFont-1.0: Own-Name 001.001\n11 dict begin\n/FontInfo 1 dict dup begin end def\n/FontName "
+           "/Own-Name"
+           " def\n/PaintType 0 def\n/FontType 1 def\n/FontMatrix [0.001 0 0 0.001 0 0] readonly def\n" +
+           encoding + "\n/FontBBox {0 0 0 0} readonly def\ncurrentdict end\ncurrentfile eexec\n" + Encrypt(priv) +
+           "\n" + std::string(64, '0') + "\ncleartomark\n";
+}
+
+TEST(SubstitutesTest, OfSeveralFilesTheOneWhoseEncodingIsKnown) {
+    const std::string made =
+        "/Encoding 256 array def 0 1 255 {Encoding exch /.notdef put} for Encoding 65 [/a] putinterval";
+    const std::string plain = "/Encoding 256 array 0 1 255 {1 index exch /.notdef put} for dup 65 /a put readonly def";
+    const FontFolder system;
+    const OneSystemFolder only(system);
+    system.Write("0.pfa", TypeOneFile(made, 101));
+    FontCatalogue alone({});
+    EXPECT_EQ(Found(alone, "Own-Name"), "Own-Name 101");
+    EXPECT_EQ(alone.Find("Own-Name")->builtInEncoding, &kStandardEncoding);
+    system.Write("1.pfa", TypeOneFile(plain, 102));
+    FontCatalogue both({});
+    EXPECT_EQ(Found(both, "Own-Name"), "Own-Name 102");
+    EXPECT_EQ((*both.Find("Own-Name")->builtInEncoding)[65], "a");
+    EXPECT_EQ((*both.Find("Own-Name")->builtInEncoding)[66], ".notdef");
 }
 
 TEST(SubstitutesTest, FoldersGoFirst) {

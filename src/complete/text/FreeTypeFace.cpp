@@ -216,12 +216,16 @@ const EncodingVector* FreeTypeFace::BuiltInEncoding() const {
     if (std::none_of(std::begin(encodings), std::end(encodings),
                      [this](FT_Encoding encoding) { return FT_Select_Charmap(m_pFace, encoding) == 0; }))
         return nullptr;
-    m_pEncoding = std::make_unique<EncodingVector>();
-    for (std::size_t code = 0; code < m_pEncoding->size(); ++code) {
+    auto encoding = std::make_unique<EncodingVector>();
+    bool hasGlyphs = false;
+    for (std::size_t code = 0; code < encoding->size(); ++code) {
         const auto glyph = static_cast<std::int32_t>(FT_Get_Char_Index(m_pFace, code));
         const std::string_view name = glyph != 0 ? NameOfGlyph(glyph) : std::string_view();
-        (*m_pEncoding)[code] = name.empty() ? NOTDEF : name;
+        (*encoding)[code] = name.empty() ? NOTDEF : name;
+        hasGlyphs = hasGlyphs || !name.empty();
     }
+    // FreeType finds nothing in one that a Type 1 font makes by procedures.
+    if (hasGlyphs) m_pEncoding = std::move(encoding);
     return m_pEncoding.get();
 }
 

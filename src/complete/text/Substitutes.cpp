@@ -196,9 +196,16 @@ struct FontCatalogue::Contents {
     std::optional<SubstituteFace> FindExactly(const std::vector<std::string>& names) {
         for (const Owned<FcConfig>& config : configs) {
             for (const std::string& name : names) {
+                // Of several files the first one whose encoding is known, if there is one.
+                std::shared_ptr<FontFace> face;
                 for (const FontFile& file : FilesOf(config.get(), name)) {
-                    if (auto face = Open(file)) return SubstituteFace{std::move(face), name, true, std::nullopt};
+                    auto opened = Open(file);
+                    if (!opened) continue;
+                    const bool hasEncoding = opened->BuiltInEncoding() != nullptr;
+                    if (hasEncoding || !face) face = std::move(opened);
+                    if (hasEncoding) break;
                 }
+                if (face) return SubstituteFace{std::move(face), name, true, std::nullopt};
             }
         }
         return std::nullopt;
