@@ -273,6 +273,7 @@ TEST(SubstitutesTest, WordsThatTellTextFaces) {
     EXPECT_EQ(classOf("MonotypeSorts"), "none");
     EXPECT_EQ(classOf("PMW-Music"), "none");
     EXPECT_EQ(classOf("TimesMath-Symbols"), "none");
+    EXPECT_EQ(classOf("GothicBBB-Medium-90ms-RKSJ-H"), "none");  // codes of two bytes
 }
 
 }  // namespace

@@ -235,6 +235,8 @@ std::optional<FaceClass> ClassOfName(std::string_view name) {
             Split(list), [&words](std::string_view word) { return std::ranges::find(words, word) != words.end(); });
     };
     if (hasOne(noText)) return std::nullopt;
+    // The name of a composite font ends with that of a CMap: its codes are not those of a text face.
+    if (!words.empty() && (words.back() == "h" || words.back() == "v")) return std::nullopt;
     FaceClass faceClass;
     if (hasOne(mono)) {
         faceClass.family = Family::Mono;
