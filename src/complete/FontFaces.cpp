@@ -21,6 +21,7 @@
 #include "hostout/HostCore.h"
 #include "interp/Keys.h"
 #include "platform/Window.h"
+#include "text/FontDirectory.h"
 
 namespace {
 
@@ -100,9 +101,10 @@ std::map<std::int32_t, std::string_view> DirectoryOf(const CElement& directory) 
     return strings;
 }
 
-StorageKey KeyOfDirectory(const CElement& directory) {
-    if (const auto* array = As<CArrayElement>(&directory)) return KeyOf(*array);
-    const auto* dict = As<CDictionary>(&directory);
+/// Of a value that is no directory, or null, nothing.
+StorageKey KeyOfDirectory(const CElement* directory) {
+    if (const auto* array = As<CArrayElement>(directory)) return KeyOf(*array);
+    const auto* dict = As<CDictionary>(directory);
     return dict ? KeyOf(*dict) : StorageKey{};
 }
 
@@ -418,7 +420,7 @@ ElementPtr CFontFaces::MakeFont(CFilterEPS& m, const CName* name) {
     font->Put(m_Names.fid, MakeElement<CSimpElement>(name, ET_FONTID));
     font->Put(m_Names.face, NewInt(Keep(std::move(named))));
     font->m_nAccess = ACC_READONLY;
-    m.m_pSharedFontDirectory->Put(name, font->Clone());
+    EnterFontEverywhere(m, name, *font);
     return font;
 }
 
@@ -536,10 +538,12 @@ bool CFontFaces::FindInSfnts(const CDictionary& font, std::int32_t index, FontGl
     const auto* sfnts = As<CArrayElement>(font.GetValue(m_Names.sfnts));
     if (!sfnts || !sfnts->GetBody()) return false;
     const CElement* directory = font.GetValue(m_Names.glyphDirectory);
-    SfntFace& entry = m_p->sfnts.At(directory ? KeyOfDirectory(*directory) : KeyOf(*sfnts));
+    const StorageKey directoryKey = KeyOfDirectory(directory);
+    SfntFace& entry = m_p->sfnts.At(directoryKey.body ? directoryKey : KeyOf(*sfnts));
     if (!entry.isStarted || entry.epoch != g_nSnapshotEpoch) {
         std::string bytes = text::JoinSfntStrings(StringsIn(*sfnts));
-        if (directory) bytes = text::WithGlyphs(bytes, {DirectoryOf(*directory), IntegerIn(font, "MetricsCount")});
+        if (directoryKey.body)
+            bytes = text::WithGlyphs(bytes, {DirectoryOf(*directory), IntegerIn(font, "MetricsCount")});
         if (!entry.isStarted || bytes != entry.bytes) {
             entry.bytes = bytes;
             entry.face = text::MakeSfntFace(std::move(bytes));
@@ -561,9 +565,10 @@ bool CFontFaces::FindCid(const CDictionary& font, std::int32_t cid, FontGlyph& g
     }
     const auto* data = As<CStringElement>(font.GetValue("GlyphData"));
     if (data && !data->GetBody()) return false;
-    const CElement* directory = font.GetValue(m_Names.glyphDirectory);
-    if (!data && !directory) return false;
-    CidFace& face = m_p->cidFonts.At(directory ? KeyOfDirectory(*directory) : KeyOf(*data));
+    StorageKey key = KeyOfDirectory(font.GetValue(m_Names.glyphDirectory));
+    if (!key.body && data) key = KeyOf(*data);
+    if (!key.body) return false;
+    CidFace& face = m_p->cidFonts.At(key);
     if (!face.isStarted || face.epoch != g_nSnapshotEpoch) {
         if (data) data->GetBody()->MarkCopied();
         Renew(face, font);

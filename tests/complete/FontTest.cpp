@@ -44,6 +44,8 @@ TEST(CompleteFontTest, Dictionaries) {
              "true"},
             {"under any key", "5 << /FontType 3 /FontMatrix matrix >> definefont 5 findfont eq", "true"},
             {"and has an identifier", "/X << /FontType 3 /FontMatrix matrix >> definefont /FID known", "true"},
+            {"so does one that was only named, once it is found",
+             "FontDirectory /Helvetica known /Helvetica findfont pop FontDirectory /Helvetica known", "false true"},
             {"it stands in FontDirectory",
              "/X << /FontType 3 /FontMatrix matrix >> definefont pop FontDirectory /X known", "true"},
             {"until it is undefined",
@@ -235,8 +237,9 @@ TEST(CompleteFontTest, GlyphDirectories) {
     EXPECT_EQ(Width(font("/MetricsCount 4 /GlyphDirectory << 3 <" +
                          Hex(Big(7, 2) + Big(8, 2) + Big(800, 2) + Big(0, 2) + BoxDescription()) + "> >>")),
               "800.0");
+    EXPECT_EQ(Width(font("/GlyphDirectory 5")), "600.0") << "which is no directory";
     // Keys, values and data of all kinds make no glyph.
-    for (const char* directory : {"5", "<< /a (b) -1 (c) 3 5 70000 (d) >>", "[5 (a) null (b)]"})
+    for (const char* directory : {"<< /a (b) -1 (c) 3 5 70000 (d) >>", "[5 (a) null (b)]"})
         EXPECT_EQ(Left(font(std::string("/MetricsCount 9 /GlyphDirectory ") + directory) +
                        " 0 0 moveto (AB) false charpath {} {} {} {} pathforall"),
                   "0.0 0.0")
