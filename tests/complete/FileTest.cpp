@@ -86,21 +86,22 @@ TEST(CompleteFileTest, EncodersAndDecodersTakeTheirParameters) {
         std::string usual;
         std::vector<std::string> entries;
     };
-    for (const auto& [filter, usual, entries] :
+    for (const Case& row :
          {Case{"Flate", samples, predictors}, Case{"LZW", samples, predictors}, Case{"LZW", "", {"/EarlyChange 0"}},
           Case{"Flate", "/Predictor 15 /Columns 100 ", {"/Columns 50", "/Colors 4", "/BitsPerComponent 4"}}}) {
-        for (const std::string& entry : entries) {
-            SCOPED_TRACE(filter + usual + entry);
+        for (const std::string& entry : row.entries) {
+            SCOPED_TRACE(row.filter + row.usual + entry);
             const auto read = [&](const std::string& params) {
                 return RunText(
                            "/s 60000 string def /d 6000 string def 0 1 5999 {d exch dup 7 mul 255 and put} for s <<" +
-                               usual + entry + ">> /" + filter + "Encode filter dup d writestring closefile s <<" +
-                               params + ">> /" + filter + "Decode filter 6000 string readstring exch d eq",
+                               row.usual + entry + ">> /" + row.filter +
+                               "Encode filter dup d writestring closefile s <<" + params + ">> /" + row.filter +
+                               "Decode filter 6000 string readstring exch d eq",
                            kComplete)
                     .stack;
             };
-            EXPECT_EQ(read(usual + entry), "true true");
-            EXPECT_NE(read(usual), "true true");
+            EXPECT_EQ(read(row.usual + entry), "true true");
+            EXPECT_NE(read(row.usual), "true true");
         }
     }
 }
