@@ -191,6 +191,9 @@ TEST(RecogniseArcs, CurvesByTheirForm) {
     AddArcCurves(keyhole, {0, 0}, 2, 0, 2 * kPi, 4);
     keyhole.points.back() = keyhole.points.front();
     keyhole.AddLine({10, 0});
+    Figure parts;  // of one arc, as other passes leave them
+    parts.points = {10 * Direction(0)};
+    for (const double at : {0.0, 0.5, 1.0}) parts.AddArc(10 * Direction(at + 0.25), 10 * Direction(at + 0.5));
 
     struct Case {
         const char* name;
@@ -205,7 +208,8 @@ TEST(RecogniseArcs, CurvesByTheirForm) {
                           {"a curve that goes nowhere", dotted, "A"},
                           {"a dot", dot, "L"},
                           {"within the tolerance", CurveFigure({0, 0}, {1, 0.405}, {2, 0.395}, {3, 0}), "A"},
-                          {"a circle with a tail", keyhole, "AAL"}}) {
+                          {"a circle with a tail", keyhole, "AAL"},
+                          {"arcs of one circle", parts, "A"}}) {
         SCOPED_TRACE(c.name);
         const Figure result = Convert(c.figure);
         EXPECT_EQ(Form(result), c.form);
@@ -219,6 +223,11 @@ TEST(RecogniseArcs, CurvesByTheirForm) {
     EXPECT_LE(Apart(half, Convert(half)), 0.05);
     EXPECT_GT(Form(Convert(bowed)).size(), 1u);
     EXPECT_LE(Apart(bowed, Convert(bowed)), 0.05);
+    // The arc through the middle of this curve lies 0.021 mm off, the two after it 0.017 and 0.0154.
+    Figure bulged;
+    AddArcCurves(bulged, {0, 0}, 10, 0, kPi / 2, 1, 1.03);
+    for (const double tolerance : {0.022, 0.0175, 0.016})
+        EXPECT_EQ(Form(Convert(bulged, {tolerance, 0.05})), "A") << tolerance;
 }
 
 TEST(RecogniseArcs, LinesKeepTheirEnds) {

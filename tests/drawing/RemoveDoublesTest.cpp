@@ -238,6 +238,49 @@ TEST(RemoveDoubles, AgreesWithTryingAllPairs) {
     }
 }
 
+// Arcs that lie on each other though their circles differ: what stays leaves no gap, and doubles only where two circles
+// part.
+TEST(RemoveDoubles, ArcsOfOtherCirclesLeaveNoGap) {
+    std::mt19937 random(11);
+    const auto number = [&](double least, double most) {
+        return least + (most - least) * static_cast<double>(random() % 1000) / 1000;
+    };
+    const auto from = [](const Figure& arc, const Point& at) {
+        const ArcShape shape = ShapeOf({SegmentKind::Arc, arc.points.data()});
+        const double turn = std::remainder(Angle(at - shape.centre) - shape.start - shape.sweep / 2, 2 * kPi);
+        return std::fabs(turn) <= std::fabs(shape.sweep) / 2
+                   ? std::fabs(Distance(at, shape.centre) - shape.radius)
+                   : std::min(Distance(at, arc.points.front()), Distance(at, arc.points.back()));
+    };
+    for (int round = 0; round < 40; ++round) {
+        std::vector<Figure> before;
+        for (int i = 0; i < 4; ++i) {
+            // They touch each other at (100, 0), and are within half a thousandth of a millimetre as far as they reach.
+            const double radius = number(99.8, 100.2), start = number(-0.05, 0.04), sweep = number(0.01, 0.05 - start);
+            const Point centre{100 - radius, 0};
+            Figure arc;
+            arc.points = {centre + radius * Direction(start)};
+            arc.AddArc(centre + radius * Direction(start + sweep / 2), centre + radius * Direction(start + sweep));
+            before.push_back(arc);
+        }
+        std::vector<Figure> after = before;
+        RemoveDoubles(after);
+        double low = 1, high = -1;
+        for (const Figure& arc : before) {
+            const ArcShape shape = ShapeOf({SegmentKind::Arc, arc.points.data()});
+            low = std::min(low, shape.start);
+            high = std::max(high, shape.start + shape.sweep);
+            for (double t = 0; t <= 1; t += 0.001) {
+                const Point at = shape.centre + shape.radius * Direction(shape.start + t * shape.sweep);
+                double nearest = 1;
+                for (const Figure& kept : after) nearest = std::min(nearest, from(kept, at));
+                ASSERT_LE(nearest, 0.0015) << "round " << round;
+            }
+        }
+        EXPECT_LE(LengthOf(after), 100 * (high - low) + 0.03) << "round " << round;
+    }
+}
+
 // Each of these takes a fraction of a second; in quadratic time it would take minutes.
 TEST(RemoveDoubles, ManyOfAKindDontMultiply) {
     constexpr int kMany = 20000;

@@ -159,7 +159,7 @@ std::optional<double> SweepOfArcWithin(const Point* curve, double tolerance) {
         if (LiesAlong(curve, 0, 1, {curve[0], curve[3], sweep}, tolerance, &range)) return sweep;
         if (range.greatest - range.least > 2.5 * tolerance) break;
         const double outward = (range.greatest + range.least) / 2;
-        const double height = length / 2 * std::tan(sweep / 4) + std::copysign(outward, sweep);
+        const double height = length / 2 * std::tan(sweep / 4) + std::copysign(1.0, sweep) * outward;
         sweep = 4 * std::atan(2 * height / length);
     }
     return std::nullopt;
