@@ -349,14 +349,20 @@ ElementPtr CharStringsOf(const text::FontFace* face) {
     return charStrings;
 }
 
+/// What a named font tells of itself when it isn't there: Helvetica's entries, as programs reckon with them.
+text::FaceTraits TraitsOf(const text::FontFace* face) {
+    const auto traits = face ? face->Traits() : std::nullopt;
+    return traits.value_or(text::FaceTraits{{-174, -285}, {1001, 953}, 0, -100, 50, false});
+}
+
 /// A font dictionary with what all faces of this system have.
-TypedPtr<CDictionary> NewFont(std::int32_t type, const CName* name) {
+TypedPtr<CDictionary> NewFont(std::int32_t type, const CName* name, const text::FaceTraits& traits) {
     auto font = MakeElement<CDictionary>(16);
     font->Put("FontType", NewInt(type));
     font->Put("FontName", MakeElement<CSimpElement>(name));
     font->Put("PaintType", NewInt(0));
     font->Put("FontMatrix", Numbers({0.001, 0, 0, 0.001, 0, 0}));
-    font->Put("FontBBox", Numbers({-174, -285, 1001, 953}));
+    font->Put("FontBBox", Numbers({traits.boxMin.x, traits.boxMin.y, traits.boxMax.x, traits.boxMax.y}));
     font->Put("Private", MakeElement<CDictionary>(1));
     return font;
 }
@@ -372,7 +378,7 @@ int CFontFaces::MakeCidFont(CFilterEPS& m, const CName* name) {
         named.face = found->face;
         named.used = found->usedName;
     }
-    TypedPtr<CDictionary> font = NewFont(cidTypeZero, name);
+    TypedPtr<CDictionary> font = NewFont(cidTypeZero, name, TraitsOf(named.face.get()));
     font->Put("CIDFontName", MakeElement<CSimpElement>(name));
     font->Put("CIDFontType", NewInt(0));
     auto system = MakeElement<CDictionary>(3);
@@ -403,7 +409,8 @@ ElementPtr CFontFaces::MakeFont(CFilterEPS& m, const CName* name) {
         named.hasSameWidths = found->sameWidths;
         encoding = found->builtInEncoding;
     }
-    TypedPtr<CDictionary> font = NewFont(typeOne, name);
+    const text::FaceTraits traits = TraitsOf(named.face.get());
+    TypedPtr<CDictionary> font = NewFont(typeOne, name, traits);
     font->Put("Encoding", EncodingOf(m, *encoding));
     font->Put("CharStrings", CharStringsOf(named.face.get()));
     auto info = MakeElement<CDictionary>(10);
@@ -412,10 +419,10 @@ ElementPtr CFontFaces::MakeFont(CFilterEPS& m, const CName* name) {
     info->Put("FullName", Text(named.name));
     info->Put("FamilyName", Text(named.name.substr(0, named.name.find('-'))));
     info->Put("Weight", Text(named.name.find("Bold") != std::string::npos ? "Bold" : "Regular"));
-    info->Put("ItalicAngle", NewReal(0));
-    info->Put("isFixedPitch", MakeElement<CBoolElement>(named.name.starts_with("Courier")));
-    info->Put("UnderlinePosition", NewInt(-100));
-    info->Put("UnderlineThickness", NewInt(50));
+    info->Put("ItalicAngle", NewReal(traits.italicAngle));
+    info->Put("isFixedPitch", MakeElement<CBoolElement>(traits.isFixedPitch || named.name.starts_with("Courier")));
+    info->Put("UnderlinePosition", NewReal(traits.underlinePosition));
+    info->Put("UnderlineThickness", NewReal(traits.underlineThickness));
     font->Put("FontInfo", std::move(info));
     font->Put(m_Names.fid, MakeElement<CSimpElement>(name, ET_FONTID));
     font->Put(m_Names.face, NewInt(Keep(std::move(named))));
@@ -449,7 +456,7 @@ int CFontFaces::DefineFontSet(CFilterEPS& m, const CElement& key, std::string da
         std::shared_ptr<text::FontFace> face = text::MakeCffFace(data, index);
         if (!face) break;
         const CName* name = face->Name().empty() ? KeyNameOf(key) : InternName(face->Name());
-        TypedPtr<CDictionary> font = NewFont(cff, name);
+        TypedPtr<CDictionary> font = NewFont(cff, name, TraitsOf(face.get()));
         const bool isCid = face->IsCidKeyed();
         if (isCid) {
             font->Put("CIDFontName", MakeElement<CSimpElement>(name));

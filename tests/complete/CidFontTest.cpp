@@ -185,6 +185,9 @@ TEST(CompleteCidFontTest, FontSets) {
     EXPECT_EQ(Left(set(MakeCff({{34, glyph}})) + "/TestFace findfont dup /FontType get exch /CharStrings get /A known"
                                                  " countdictstack"),
               "2 true 3");
+    const std::string box{"\x27\x3b\x8c\x8d\x05"};  // -100 -80 1 2 FontBBox
+    EXPECT_EQ(Left(set(MakeCff({{34, glyph}}, {false, box})) + "/TestFace findfont /FontBBox get aload pop"),
+              "-100.0 -80.0 1.0 2.0");
     EXPECT_EQ(Left(set(MakeCff({{7, glyph}}, {true, ""})) +
                    "/C /Identity-H [/TestFace] composefont 1000 scalefont"
                    " setfont " +

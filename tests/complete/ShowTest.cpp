@@ -52,6 +52,26 @@ TEST(CompleteShowTest, PatternsAndMatrices) {
     EXPECT_EQ(RunText(kStart + "gsave 0 0 scale (AB) show grestore (A) stringwidth pop", kComplete).stack, "36.0");
 }
 
+TEST(CompleteShowTest, TextAsAClip) {
+    const std::string clip = "gsave 72 0 moveto (AB) true charpath clip newpath ";
+    EXPECT_EQ(Left(kStart + clip + "clippath pathbbox grestore"), "72.0 0.0 144.0 50.4");
+    EXPECT_EQ(Left(kStart + clip +
+                   "/Boxes 10 selectfont 72 0 moveto (B) false charpath clip clippath pathbbox"
+                   " 4 {round 4 1 roll} repeat"),
+              "72.0 0.0 77.0 1.0");
+    for (const auto& [drawn, clips] :
+         {std::pair("72 0 moveto 108 36 lineto", 0), std::pair("72 0 moveto 72 51 lineto", 1),
+          std::pair("108 0 moveto 144 7 lineto", 0), std::pair("108 0 moveto 144 8 lineto", 1),
+          std::pair("0 0 moveto 9 9 lineto", 1)}) {
+        EXPECT_EQ(RunText(kStart + clip + drawn + " stroke grestore", kComplete).report.leftOut.nClips, clips) << drawn;
+    }
+    // Text that is cut, and text within.
+    EXPECT_EQ(RunText(kStart + clip + "108 0 moveto (A) show", kComplete).report.leftOut.nClips, 1);
+    EXPECT_EQ(RunText(kStart + clip + "72 0 moveto (A) show", kComplete).report.leftOut.nClips, 0);
+    EXPECT_EQ(Shown(clip + "72 0 moveto (A) show"),
+              "#000000 closed L 25.4,0 38.1,0 L 38.1,0 38.1,17.78 L 38.1,17.78 25.4,17.78 L 25.4,17.78 25.4,0");
+}
+
 TEST(CompleteShowTest, StrokedFonts) {
     // A contour that the font leaves open is closed in a fill only, whichever of the two fonts is shown first.
     const std::string fonts = kTypeOneHead + "/A <8B F888 0D 8B 16 F888 06 F950 07 0E> def" + kTypeOneEnd +

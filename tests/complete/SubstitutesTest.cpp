@@ -119,11 +119,12 @@ std::string TypeOneFile(const std::string& encoding, int width) {
         "2 index /CharStrings 2 dict dup begin\n/.notdef " +
         glyph(500) + "/a " + glyph(width) +
         "end end readonly put noaccess put dup /FontName get exch definefont pop mark currentfile closefile\n";
-    return "%!PS-AdobeFont-1.0: Own-Name 001.001\n11 dict begin\n/FontInfo 1 dict dup begin end def\n/FontName "
+    return "%!PS-AdobeFont-1.0: Own-Name 001.001\n11 dict begin\n/FontInfo 4 dict dup begin /ItalicAngle -12 def"
+           " /isFixedPitch true def /UnderlinePosition -95 def /UnderlineThickness 40 def end def\n/FontName "
            "/Own-Name"
            " def\n/PaintType 0 def\n/FontType 1 def\n/FontMatrix [0.001 0 0 0.001 0 0] readonly def\n" +
-           encoding + "\n/FontBBox {0 0 0 0} readonly def\ncurrentdict end\ncurrentfile eexec\n" + Encrypt(priv) +
-           "\n" + std::string(64, '0') + "\ncleartomark\n";
+           encoding + "\n/FontBBox {-20 -200 900 800} readonly def\ncurrentdict end\ncurrentfile eexec\n" +
+           Encrypt(priv) + "\n" + std::string(64, '0') + "\ncleartomark\n";
 }
 
 TEST(SubstitutesTest, OfSeveralFilesTheOneWhoseEncodingIsKnown) {
@@ -141,6 +142,15 @@ TEST(SubstitutesTest, OfSeveralFilesTheOneWhoseEncodingIsKnown) {
     EXPECT_EQ(Found(both, "Own-Name"), "Own-Name 102");
     EXPECT_EQ((*both.Find("Own-Name")->builtInEncoding)[65], "a");
     EXPECT_EQ((*both.Find("Own-Name")->builtInEncoding)[66], ".notdef");
+
+    const auto traits = both.Find("Own-Name")->face->Traits();
+    ASSERT_TRUE(traits);
+    EXPECT_EQ(traits->boxMin, (geometry::Point{-20, -200}));
+    EXPECT_EQ(traits->boxMax, (geometry::Point{900, 800}));
+    EXPECT_EQ(traits->italicAngle, -12);
+    EXPECT_TRUE(traits->isFixedPitch);
+    EXPECT_EQ(traits->underlinePosition, -95);
+    EXPECT_EQ(traits->underlineThickness, 40);
 }
 
 TEST(SubstitutesTest, FoldersGoFirst) {

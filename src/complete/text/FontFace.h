@@ -18,6 +18,16 @@ struct GlyphMetrics {
     geometry::Point bearing;  ///< left side bearing: x of the outline's left side, or the point that sbw gives
 };
 
+/// What a font program tells of the face as a whole, for the entries of the font dictionary by the same names.
+struct FaceTraits {
+    geometry::Point boxMin;  ///< FontBBox, in the unit of the face
+    geometry::Point boxMax;
+    double italicAngle = 0;        ///< degrees, counterclockwise from the vertical
+    double underlinePosition = 0;  ///< of the middle of the line; in the unit of the face, as its thickness
+    double underlineThickness = 0;
+    bool isFixedPitch = false;
+};
+
 /// One face. Its unit: that of the charstrings for Type 1 and CFF (usually 1/1000 em), the em for sfnt.
 class FontFace {
 public:
@@ -47,6 +57,8 @@ public:
     [[nodiscard]] virtual std::int32_t GlyphOfCid(std::int32_t cid) const {
         return cid >= 0 && cid < GlyphCount() ? cid : NO_GLYPH;
     }
+    /// Nothing for a face that only serves a font dictionary of the file itself.
+    [[nodiscard]] virtual std::optional<FaceTraits> Traits() const { return std::nullopt; }
     /// The names of the glyphs by the face's own character codes, for as long as the face lives; null without any.
     [[nodiscard]] virtual const EncodingVector* BuiltInEncoding() const { return nullptr; }
 };

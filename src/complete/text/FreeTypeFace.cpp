@@ -7,6 +7,8 @@
 #include FT_FONT_FORMATS_H
 #include FT_MODULE_H
 #include FT_OUTLINE_H
+#include FT_TRUETYPE_TABLES_H
+#include FT_TYPE1_TABLES_H
 
 #include <algorithm>
 #include <array>
@@ -159,8 +161,27 @@ bool FreeTypeFace::Start(double emUnits) {
     const int pixels = m_bTrueType || em <= MAX_CFF_PIXELS ? em : USUAL_EM;
     if (FT_Set_Pixel_Sizes(m_pFace, 0, static_cast<FT_UInt>(pixels)) != 0) return false;
     m_fUnit = emUnits / (pixels * PER_PIXEL);
+    m_fEmUnits = emUnits;
     if (const char* name = FT_Get_Postscript_Name(m_pFace)) m_Name = name;
     return true;
+}
+
+std::optional<FaceTraits> FreeTypeFace::Traits() const {
+    constexpr double fixedOne = 65536;  // 16.16
+    const double unit = m_fEmUnits / m_pFace->units_per_EM;
+    const FT_BBox& box = m_pFace->bbox;
+    FaceTraits traits;
+    traits.boxMin = {static_cast<double>(box.xMin) * unit, static_cast<double>(box.yMin) * unit};
+    traits.boxMax = {static_cast<double>(box.xMax) * unit, static_cast<double>(box.yMax) * unit};
+    traits.underlinePosition = m_pFace->underline_position * unit;
+    traits.underlineThickness = m_pFace->underline_thickness * unit;
+    traits.isFixedPitch = FT_IS_FIXED_WIDTH(m_pFace);
+    PS_FontInfoRec info{};
+    if (const void* post = FT_Get_Sfnt_Table(m_pFace, FT_SFNT_POST))
+        traits.italicAngle = static_cast<double>(static_cast<const TT_Postscript*>(post)->italicAngle) / fixedOne;
+    else if (FT_Get_PS_Font_Info(m_pFace, &info) == 0)
+        traits.italicAngle = static_cast<double>(info.italic_angle);
+    return traits;
 }
 
 std::int32_t FreeTypeFace::GlyphCount() const noexcept { return static_cast<std::int32_t>(m_pFace->num_glyphs); }

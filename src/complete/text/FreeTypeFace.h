@@ -39,6 +39,7 @@ public:
     [[nodiscard]] std::optional<GlyphMetrics> Metrics(std::int32_t glyph) override;
     [[nodiscard]] const geometry::Path* Outline(std::int32_t glyph) override;
     [[nodiscard]] bool IsCidKeyed() const noexcept override;
+    [[nodiscard]] std::optional<FaceTraits> Traits() const override;
     [[nodiscard]] const EncodingVector* BuiltInEncoding() const override;
 
 private:
@@ -67,6 +68,7 @@ private:
     FT_FaceRec_* m_pFace = nullptr;
     std::string m_Name;
     double m_fUnit = 0;  ///< a unit of FreeType's in one of the face's
+    double m_fEmUnits = 0;
     bool m_bTrueType = false;
     std::unordered_map<std::int32_t, std::uint32_t> m_PartCounts;  ///< by glyph, itself included; up to MAX_PARTS + 1
     NamesFrom m_NamesFrom = NamesFrom::Font;

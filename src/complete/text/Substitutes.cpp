@@ -153,6 +153,7 @@ public:
         fitted.Transform(stretch);
         return &fitted;
     }
+    [[nodiscard]] std::optional<FaceTraits> Traits() const override { return m_pFace->Traits(); }
     [[nodiscard]] const EncodingVector* BuiltInEncoding() const override { return m_pFace->BuiltInEncoding(); }
 
 private:
