@@ -85,4 +85,7 @@ void BuildSystemDictionaries(CFilterEPS& m) {
     Run(m, PLACE_GLOBAL, kOldNames);
     Run(m, PlaceOfLevel(0), kStatus);
     Run(m, PlaceOfLevel(0), kServer);
+    // It runs a procedure whatever the access to what that changes; nothing here asks for it (Adobe Type 1 Font Format).
+    const CBodyPlaceScope scope(PLACE_GLOBAL);
+    m.m_pInternalDict->Put("superexec", MakeElement<COperatorElement>(std::string_view("exec")));
 }

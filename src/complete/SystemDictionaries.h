@@ -3,5 +3,6 @@
 
 class CFilterEPS;
 
-/// Enters papers in systemdict, and statusdict and serverdict with what printers have there.
+/// Enters papers in systemdict, and statusdict and serverdict with what printers have there;
+/// internaldict gets a superexec that runs its operand.
 void BuildSystemDictionaries(CFilterEPS& m);

@@ -120,6 +120,7 @@ TEST(CompleteScannerTest, Execution) {
              "3 4 2 execuserobject",
              "7 7"},
             {"startjob", "true (x) startjob", "false"},
+            {"superexec", "{7} 1183615869 internaldict /superexec get exec", "7"},
             {"start", "start executive", ""},
             {"many saves", "/back {restore} def 20 {save} repeat 20 /back load repeat", ""},
             {"restore beyond the sixth", "/x 1 def 8 {save /x x 1 add def} repeat x 9 1 roll 7 {pop} repeat restore x",
