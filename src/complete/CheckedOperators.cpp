@@ -75,12 +75,13 @@ Fault CheckGet(const CFilterEPS& m) {
 Fault CheckPut(const CFilterEPS& m) {
     const CElement* object = At(m, 2);
     if (!object) return NONE;
-    if (object->m_nType == ET_DICT) return FaultOfDefining(static_cast<const CDictionary&>(*object), At(m, 0));
-    const auto* array = As<CArrayElement>(object);
-    const CNumberElement* index = NumberAt(m, 1);
-    const std::int64_t length = array ? array->GetLength() : LengthOf(object);
-    if (index && length >= 0 && index->GetInt() >= length) return RANGE;
-    return array ? FaultOfStoring(*array, At(m, 0)) : NONE;
+    const CElement* value = At(m, 0);
+    const auto* index = As<CNumberElement>(value->m_pPrev);
+    if (const auto* array = As<CArrayElement>(object))
+        return index && index->GetInt() >= array->GetLength() ? RANGE : FaultOfStoring(*array, value);
+    if (object->m_nType == ET_DICT) return FaultOfDefining(static_cast<const CDictionary&>(*object), value);
+    const std::int64_t length = LengthOf(object);
+    return index && length >= 0 && index->GetInt() >= length ? RANGE : NONE;
 }
 
 Fault CheckDef(const CFilterEPS& m) { return FaultOfDefining(*m.TopDict(), At(m, 0)); }

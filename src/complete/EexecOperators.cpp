@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "complete/FilterObjects.h"
+#include "complete/text/TypeOneCipher.h"
 #include "interp/Operands.h"
 #include "objects/HexDigit.h"
 
 namespace {
 
-constexpr std::uint16_t FIRST_KEY = 55665;
 /// Bytes that the encryption begins with and that mean nothing.
 constexpr int LEADING_BYTES = 4;
 
@@ -86,12 +86,9 @@ private:
     }
 
     int Decrypt(unsigned char& plain) {
-        constexpr std::uint16_t c1 = 52845;
-        constexpr std::uint16_t c2 = 22719;
         unsigned char cipher = 0;
         if (const int result = TakeCipher(cipher); result != 1) return result;
-        plain = static_cast<unsigned char>(cipher ^ (m_nKey >> 8));
-        m_nKey = static_cast<std::uint16_t>((cipher + m_nKey) * c1 + c2);
+        plain = m_Cipher.Decrypt(cipher);
         return 1;
     }
 
@@ -102,7 +99,7 @@ private:
     std::size_t m_nHeld = 0;
     std::size_t m_nHeldAt = 0;
     std::size_t m_nTaken = 0;
-    std::uint16_t m_nKey = FIRST_KEY;
+    text::TypeOneCipher m_Cipher{text::TypeOneCipher::EEXEC_KEY};
     bool m_bStarted = false;
     bool m_bHex = false;
 };

@@ -22,7 +22,7 @@ inline std::string Encrypt(const std::string& plain) {
     for (const char c : "    " + plain) {
         const auto cipher = static_cast<unsigned char>(static_cast<unsigned char>(c) ^ (key >> 8));
         encrypted.push_back(static_cast<char>(cipher));
-        key = static_cast<std::uint16_t>((cipher + key) * 52845 + 22719);
+        key = static_cast<std::uint16_t>((cipher + key) * 52845u + 22719u);
     }
     return encrypted;
 }

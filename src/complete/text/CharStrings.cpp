@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #include "complete/text/Encodings.h"
+#include "complete/text/TypeOneCipher.h"
 
 namespace text {
 
@@ -34,16 +35,13 @@ public:
     std::uint8_t Take() noexcept {
         if (IsAtEnd()) return 0;
         const auto cipher = static_cast<std::uint8_t>(m_Bytes[m_nAt++]);
-        if (!m_bEncrypted) return cipher;
-        const auto plain = static_cast<std::uint8_t>(cipher ^ m_nKey >> 8);
-        m_nKey = static_cast<std::uint16_t>((cipher + m_nKey) * 52845u + 22719u);
-        return plain;
+        return m_bEncrypted ? m_Cipher.Decrypt(cipher) : cipher;
     }
 
 private:
     std::string_view m_Bytes;
     std::size_t m_nAt = 0;
-    std::uint16_t m_nKey = 4330;
+    TypeOneCipher m_Cipher{TypeOneCipher::CHARSTRING_KEY};
     bool m_bEncrypted;
 };
 
