@@ -65,13 +65,29 @@ constexpr std::string_view kServer =
     "/exitserver{pop clear cleardictstack}bind def /settimeout{pop}bind def"
     " end put systemdict /\004{}put";
 
-// Names of language level 2 that later editions have dropped: of global VM, and of a cache of user paths.
+// Names of language level 2 that later editions have dropped: of global VM, and of a cache of user paths. And the string
+// that interpreters have for `=`, which old programs borrow for their own texts.
 constexpr std::string_view kOldNames =
     "systemdict begin"
     "/shareddict globaldict def /currentshared/currentglobal load def /setshared/setglobal load def"
     "/scheck/gcheck load def"
     "/ucachestatus{mark 0 0 0 0 0}bind def /setucacheparams{cleartomark}bind def"
+    "/=string 128 string def"
     " end";
+
+// The procedures by which a program chooses a colour rendering, of a device without a name, and those of trapping, which
+// a drawing has no use for (PLRM 7.1.3 and 6.3).
+constexpr std::string_view kProcSets =
+    "/ColorRendering 3 dict dup begin"
+    "/GetPageDeviceName{/none}bind def /GetHalftoneName{/none}bind def"
+    "/GetSubstituteCRD{pop/DefaultColorRendering}bind def"
+    " end/ProcSet defineresource pop"
+    "/Trapping 3 dict dup begin"
+    "/currenttrapparams{1 dict dup/Enabled false put}bind def /settrapparams{pop}bind def /settrapzone{newpath}bind def"
+    " end/ProcSet defineresource pop";
+
+// One copy of each page, as programs of language level 1 read and set it.
+constexpr std::string_view kUser = "userdict/#copies 1 put";
 
 void Run(CFilterEPS& m, BodyPlace place, std::string_view source) {
     const CBodyPlaceScope scope(place);
@@ -83,8 +99,10 @@ void Run(CFilterEPS& m, BodyPlace place, std::string_view source) {
 void BuildSystemDictionaries(CFilterEPS& m) {
     Run(m, PLACE_GLOBAL, kPapers);
     Run(m, PLACE_GLOBAL, kOldNames);
+    Run(m, PLACE_GLOBAL, kProcSets);
     Run(m, PlaceOfLevel(0), kStatus);
     Run(m, PlaceOfLevel(0), kServer);
+    Run(m, PlaceOfLevel(0), kUser);
     // It runs a procedure whatever the access to what that changes; nothing here asks for it (Adobe Type 1 Font Format).
     const CBodyPlaceScope scope(PLACE_GLOBAL);
     m.m_pInternalDict->Put("superexec", MakeElement<COperatorElement>(std::string_view("exec")));

@@ -131,6 +131,7 @@ TEST(CompleteDeviceTest, NamesOfPrinters) {
             {"out of the server's loop", "1 2 serverdict begin 0 exitserver count countdictstack", "0 3"},
             {"of older language levels", "true setshared currentshared currentglobal shareddict globaldict eq 1 scheck",
              "true true true true"},
+            {"a string for texts", "42 =string cvs =string length userdict /#copies get", "(42) 128 1"},
             {"a cache of user paths", "mark 9 setucacheparams ucachestatus counttomark", "mark 0 0 0 0 0 5"},
             {"names of this kind are a program's to define", "/letter 7 def letter /note {8} def note", "7 8"},
         },

@@ -185,6 +185,13 @@ TEST(CompleteResourceTest, WhatTheLanguageHas) {
             {"default colour spaces", "/DefaultCMYK /ColorSpace findresource", "[/DeviceCMYK]"},
             {"colour rendering", "/Perceptual findcolorrendering exch /ColorRendering findresource type",
              "false dicttype"},
+            {"its procedures",
+             "/ColorRendering /ProcSet findresource begin GetPageDeviceName GetHalftoneName /X GetSubstituteCRD",
+             "/none /none /DefaultColorRendering"},
+            {"trapping",
+             "/Trapping /ProcSet findresource begin currenttrapparams settrapparams 1 1 moveto settrapzone"
+             " {currentpoint} stopped",
+             "true"},
             {"others are there, and empty", "/X /Halftone resourcestatus /X /OutputDevice resourcestatus",
              "false false"},
             {"a font",
