@@ -349,8 +349,10 @@ ElementPtr CharStringsOf(const text::FontFace* face) {
     return charStrings;
 }
 
-/// What a named font tells of itself when it isn't there: Helvetica's entries, as programs reckon with them.
-text::FaceTraits TraitsOf(const text::FontFace* face) {
+/// What a font tells of itself: a standard one what is published of it, whatever face stands for it. One that isn't
+/// there has the entries of the plain dialect's only font.
+text::FaceTraits TraitsOf(const CName* name, const text::FontFace* face) {
+    if (const auto published = StandardTraits(name->Text())) return *published;
     const auto traits = face ? face->Traits() : std::nullopt;
     return traits.value_or(text::FaceTraits{{-174, -285}, {1001, 953}, 0, -100, 50, false});
 }
@@ -378,7 +380,7 @@ int CFontFaces::MakeCidFont(CFilterEPS& m, const CName* name) {
         named.face = found->face;
         named.used = found->usedName;
     }
-    TypedPtr<CDictionary> font = NewFont(cidTypeZero, name, TraitsOf(named.face.get()));
+    TypedPtr<CDictionary> font = NewFont(cidTypeZero, name, TraitsOf(name, named.face.get()));
     font->Put("CIDFontName", MakeElement<CSimpElement>(name));
     font->Put("CIDFontType", NewInt(0));
     auto system = MakeElement<CDictionary>(3);
@@ -409,7 +411,7 @@ ElementPtr CFontFaces::MakeFont(CFilterEPS& m, const CName* name) {
         named.hasSameWidths = found->sameWidths;
         encoding = found->builtInEncoding;
     }
-    const text::FaceTraits traits = TraitsOf(named.face.get());
+    const text::FaceTraits traits = TraitsOf(name, named.face.get());
     TypedPtr<CDictionary> font = NewFont(typeOne, name, traits);
     font->Put("Encoding", EncodingOf(m, *encoding));
     font->Put("CharStrings", CharStringsOf(named.face.get()));
@@ -420,7 +422,7 @@ ElementPtr CFontFaces::MakeFont(CFilterEPS& m, const CName* name) {
     info->Put("FamilyName", Text(named.name.substr(0, named.name.find('-'))));
     info->Put("Weight", Text(named.name.find("Bold") != std::string::npos ? "Bold" : "Regular"));
     info->Put("ItalicAngle", NewReal(traits.italicAngle));
-    info->Put("isFixedPitch", MakeElement<CBoolElement>(traits.isFixedPitch || named.name.starts_with("Courier")));
+    info->Put("isFixedPitch", MakeElement<CBoolElement>(traits.isFixedPitch));
     info->Put("UnderlinePosition", NewReal(traits.underlinePosition));
     info->Put("UnderlineThickness", NewReal(traits.underlineThickness));
     font->Put("FontInfo", std::move(info));
@@ -456,7 +458,7 @@ int CFontFaces::DefineFontSet(CFilterEPS& m, const CElement& key, std::string da
         std::shared_ptr<text::FontFace> face = text::MakeCffFace(data, index);
         if (!face) break;
         const CName* name = face->Name().empty() ? KeyNameOf(key) : InternName(face->Name());
-        TypedPtr<CDictionary> font = NewFont(cff, name, TraitsOf(face.get()));
+        TypedPtr<CDictionary> font = NewFont(cff, name, TraitsOf(name, face.get()));
         const bool isCid = face->IsCidKeyed();
         if (isCid) {
             font->Put("CIDFontName", MakeElement<CSimpElement>(name));

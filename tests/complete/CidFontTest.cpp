@@ -188,6 +188,11 @@ TEST(CompleteCidFontTest, FontSets) {
     const std::string box{"\x27\x3b\x8c\x8d\x05"};  // -100 -80 1 2 FontBBox
     EXPECT_EQ(Left(set(MakeCff({{34, glyph}}, {false, box})) + "/TestFace findfont /FontBBox get aload pop"),
               "-100.0 -80.0 1.0 2.0");
+    EXPECT_EQ(
+        Left("/Times-Italic findfont dup /FontBBox get aload pop 5 -1 roll /FontInfo get dup /ItalicAngle get exch"
+             " /isFixedPitch get /Courier findfont /FontInfo get dup /isFixedPitch get exch /UnderlinePosition"
+             " get"),
+        "-169.0 -217.0 1010.0 883.0 -15.5 false true -100.0");
     EXPECT_EQ(Left(set(MakeCff({{7, glyph}}, {true, ""})) +
                    "/C /Identity-H [/TestFace] composefont 1000 scalefont"
                    " setfont " +

@@ -1,7 +1,8 @@
-// The table of standard widths, in the order of the glyph names' bytes.
+// The tables of standard metrics, in the order of their names' bytes.
 #include "complete/text/StandardMetrics.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -252,10 +253,72 @@ constexpr GlyphWidths kWidths[] = {
 
 static_assert(std::ranges::is_sorted(kWidths, {}, &GlyphWidths::glyph));
 
+struct PublishedBox {
+    std::string_view font;
+    std::int16_t box[4];  ///< left, bottom, right, top, in thousandths of the em
+    double italicAngle;
+};
+
+// clang-format off
+constexpr PublishedBox kBoxes[] = {
+    {"AvantGarde-Book", {-113, -222, 1148, 955}, 0},
+    {"AvantGarde-BookOblique", {-113, -222, 1279, 955}, -10.5},
+    {"AvantGarde-Demi", {-123, -251, 1222, 1021}, 0},
+    {"AvantGarde-DemiOblique", {-123, -251, 1256, 1021}, -10.5},
+    {"Bookman-Demi", {-194, -250, 1346, 934}, 0},
+    {"Bookman-DemiItalic", {-231, -250, 1333, 941}, -10},
+    {"Bookman-Light", {-188, -251, 1266, 908}, 0},
+    {"Bookman-LightItalic", {-228, -250, 1269, 883}, -10},
+    {"Courier", {-23, -250, 715, 805}, 0},
+    {"Courier-Bold", {-113, -250, 749, 801}, 0},
+    {"Courier-BoldOblique", {-57, -250, 869, 801}, -12},
+    {"Courier-Oblique", {-27, -250, 849, 805}, -12},
+    {"Helvetica", {-166, -225, 1000, 931}, 0},
+    {"Helvetica-Bold", {-170, -228, 1003, 962}, 0},
+    {"Helvetica-BoldOblique", {-174, -228, 1114, 962}, -12},
+    {"Helvetica-Narrow", {-136, -225, 820, 931}, 0},
+    {"Helvetica-Narrow-Bold", {-139, -228, 822, 962}, 0},
+    {"Helvetica-Narrow-BoldOblique", {-143, -228, 913, 962}, -12},
+    {"Helvetica-Narrow-Oblique", {-139, -225, 915, 931}, -12},
+    {"Helvetica-Oblique", {-170, -225, 1116, 931}, -12},
+    {"NewCenturySchlbk-Bold", {-165, -250, 1000, 988}, 0},
+    {"NewCenturySchlbk-BoldItalic", {-205, -250, 1147, 991}, -16},
+    {"NewCenturySchlbk-Italic", {-166, -250, 994, 958}, -16},
+    {"NewCenturySchlbk-Roman", {-195, -250, 1000, 965}, 0},
+    {"Palatino-Bold", {-152, -266, 1000, 924}, 0},
+    {"Palatino-BoldItalic", {-170, -271, 1073, 926}, -10},
+    {"Palatino-Italic", {-170, -276, 1010, 918}, -10},
+    {"Palatino-Roman", {-166, -283, 1021, 927}, 0},
+    {"Symbol", {-180, -293, 1090, 1010}, 0},
+    {"Times-Bold", {-168, -218, 1000, 935}, 0},
+    {"Times-BoldItalic", {-200, -218, 996, 921}, -15},
+    {"Times-Italic", {-169, -217, 1010, 883}, -15.5},
+    {"Times-Roman", {-168, -218, 1000, 898}, 0},
+    {"ZapfChancery-MediumItalic", {-181, -314, 1065, 831}, -14},
+    {"ZapfDingbats", {-1, -143, 981, 820}, 0},
+};
+// clang-format on
+
+static_assert(std::ranges::is_sorted(kBoxes, {}, &PublishedBox::font));
+
 }  // namespace
 
 std::optional<int> StandardWidth(StandardFace face, std::string_view glyph) noexcept {
     const auto* row = std::ranges::lower_bound(kWidths, glyph, {}, &GlyphWidths::glyph);
     if (row == std::end(kWidths) || row->glyph != glyph) return std::nullopt;
     return face == StandardFace::Courier ? COURIER_WIDTH : row->widths[static_cast<std::size_t>(face)];
+}
+
+std::optional<text::FaceTraits> StandardTraits(std::string_view font) noexcept {
+    const auto* row = std::ranges::lower_bound(kBoxes, font, {}, &PublishedBox::font);
+    if (row == std::end(kBoxes) || row->font != font) return std::nullopt;
+    constexpr double underlinePosition = -100, underlineThickness = 50;
+    const auto& [left, bottom, right, top] = row->box;
+    const bool isFixedPitch = font.starts_with("Courier");
+    return text::FaceTraits{{double(left), double(bottom)},
+                            {double(right), double(top)},
+                            row->italicAngle,
+                            underlinePosition,
+                            underlineThickness,
+                            isFixedPitch};
 }
