@@ -77,8 +77,10 @@ Fault CheckPut(const CFilterEPS& m) {
     if (!object) return NONE;
     const CElement* value = At(m, 0);
     const auto* index = As<CNumberElement>(value->m_pPrev);
-    if (const auto* array = As<CArrayElement>(object))
+    if (const auto* array = As<CArrayElement>(object)) {
+        if (array->IsPacked()) return INVALID_ACCESS;
         return index && index->GetInt() >= array->GetLength() ? RANGE : FaultOfStoring(*array, value);
+    }
     if (object->m_nType == ET_DICT) return FaultOfDefining(static_cast<const CDictionary&>(*object), value);
     const std::int64_t length = LengthOf(object);
     return index && length >= 0 && index->GetInt() >= length ? RANGE : NONE;
@@ -95,6 +97,7 @@ Fault CheckGetinterval(const CFilterEPS& m) {
 }
 
 Fault CheckPutinterval(const CFilterEPS& m) {
+    if (const auto* array = As<CArrayElement>(At(m, 2)); array && array->IsPacked()) return INVALID_ACCESS;
     const CNumberElement* index = NumberAt(m, 1);
     const std::int64_t length = LengthOf(At(m, 2));
     const std::int64_t count = LengthOf(At(m, 0));

@@ -67,7 +67,7 @@ int ReadProcedure(CFilterEPS& m, Lexer& lexer, ElementPtr& procedure) {
                 continue;
             case Lexeme::braceClose: {
                 auto array = MakeElement<CArrayElement>(std::move(open.back()));
-                if (m.m_bPacking) array->m_nType = ET_PACKEDARRAY;
+                if (m.m_bPacking) m.Dialect().Pack(*array);
                 array->m_bExec = true;
                 open.pop_back();
                 object = std::move(array);

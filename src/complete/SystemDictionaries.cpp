@@ -65,8 +65,8 @@ constexpr std::string_view kServer =
     "/exitserver{pop clear cleardictstack}bind def /settimeout{pop}bind def"
     " end put systemdict /\004{}put";
 
-// Names of language level 2 that later editions have dropped: of global VM, and of a cache of user paths. And the string
-// that interpreters have for `=`, which old programs borrow for their own texts.
+// Names of language level 2 that later editions have dropped: of global VM, and of a cache of user paths. And the
+// string that interpreters have for `=`, which old programs borrow for their own texts.
 constexpr std::string_view kOldNames =
     "systemdict begin"
     "/shareddict globaldict def /currentshared/currentglobal load def /setshared/setglobal load def"
@@ -75,8 +75,8 @@ constexpr std::string_view kOldNames =
     "/=string 128 string def"
     " end";
 
-// The procedures by which a program chooses a colour rendering, of a device without a name, and those of trapping, which
-// a drawing has no use for (PLRM 7.1.3 and 6.3).
+// The procedures by which a program chooses a colour rendering, of a device without a name, and those of trapping,
+// which a drawing has no use for (PLRM 7.1.3 and 6.3).
 constexpr std::string_view kProcSets =
     "/ColorRendering 3 dict dup begin"
     "/GetPageDeviceName{/none}bind def /GetHalftoneName{/none}bind def"
@@ -103,7 +103,8 @@ void BuildSystemDictionaries(CFilterEPS& m) {
     Run(m, PlaceOfLevel(0), kStatus);
     Run(m, PlaceOfLevel(0), kServer);
     Run(m, PlaceOfLevel(0), kUser);
-    // It runs a procedure whatever the access to what that changes; nothing here asks for it (Adobe Type 1 Font Format).
+    // It runs a procedure whatever the access to what that changes, which nothing here asks for (Adobe Type 1 Font
+    // Format).
     const CBodyPlaceScope scope(PLACE_GLOBAL);
     m.m_pInternalDict->Put("superexec", MakeElement<COperatorElement>(std::string_view("exec")));
 }

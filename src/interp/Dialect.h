@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "interp/OperatorTable.h"
-#include "objects/Element.h"
+#include "objects/Array.h"
 #include "objects/Filter.h"
 #include "objects/NumberText.h"
 
@@ -54,6 +54,9 @@ public:
     /// value PSERR_SYNTAX follows.
     /// Departure: everything that is made of a number's bytes is one.
     [[nodiscard]] virtual TokenNumber NumberOf(std::string_view token) const { return ReadNumber(token); }
+    /// Makes a new array a packed one. Departure: of the plain one, whose packedness a copy has not, and which
+    /// operators that read arrays refuse.
+    virtual void Pack(CArrayElement& array) const { array.m_nType = ET_PACKEDARRAY; }
 
     // Errors and other ways out (docs/architecture.md, Errors).
     /// Decides on an error, which stands in m_Report.failure. running is what failed, null when it was the scanner

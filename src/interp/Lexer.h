@@ -39,6 +39,9 @@ inline constexpr int MAX_BRACE_DEPTH = 10000;
     }
 }
 
+/// The bytes that binary tokens begin with, and that end another token (PLRM, Binary Tokens).
+[[nodiscard]] constexpr bool IsBinaryToken(unsigned char c) noexcept { return c >= 128 && c < 160; }
+
 /// Lookup tables of the bytes that end a token, for the loop over its bytes; of these and the zero byte; and of those
 /// that do nothing else.
 struct CDelimiterTable {
@@ -51,15 +54,13 @@ struct CDelimiterTable {
         if (fullSyntax) {
             is[0] = isBlank[0] = true;
             is[static_cast<unsigned char>('\\')] = false;
+            for (int c = 0; c < 256; ++c) is[c] = is[c] || IsBinaryToken(static_cast<unsigned char>(c));
         }
         for (int c = 0; c < 256; ++c) isOrZero[c] = c == 0 || is[c];
     }
 };
 inline constexpr CDelimiterTable g_Delimiters{false};
 inline constexpr CDelimiterTable g_LanguageDelimiters{true};
-
-/// The bytes that binary tokens begin with (PLRM, Binary Tokens).
-[[nodiscard]] constexpr bool IsBinaryToken(unsigned char c) noexcept { return c >= 128 && c < 160; }
 
 enum class Lexeme {
     end,         ///< the input is used up, or stops here in order
@@ -266,7 +267,7 @@ private:
         size_t end = first;
         while (end < bytes.size() && !DELIMITERS.isOrZero[at(end)]) ++end;
         if (end == first || end == bytes.size() || end - first > MAX_KEY_LENGTH) return false;
-        if (Rules::fullSyntax ? IsBinaryToken(at(first)) : bytes[end] == '\0') return false;
+        if (!Rules::fullSyntax && bytes[end] == '\0') return false;
         unsigned char delimiter = at(end);
         size_t taken = end + 1;
         if (Rules::pairsCr && delimiter == '\r') {
@@ -352,12 +353,6 @@ private:
             int result = 1;
             const std::string_view bytes = m_Source.Peek(result);
             if (bytes.empty()) return result;
-            if (Rules::fullSyntax && IsBinaryToken(static_cast<unsigned char>(bytes[0])) && m_nToken == 0 &&
-                !m_bLiteral && !m_bImmediate) {
-                delimiter = static_cast<unsigned char>(bytes[0]);
-                m_Source.Skip(1);
-                return 1;
-            }
             size_t n = 0;
             while (n < bytes.size() && !DELIMITERS.is[static_cast<unsigned char>(bytes[n])]) ++n;
             if (n > 0) {

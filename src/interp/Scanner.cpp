@@ -295,7 +295,7 @@ int CDialect::ParseProcedure(CFilterEPS& m, std::string_view text, ElementPtr& p
             frames.emplace_back(text.substr(inner, close - inner), inner);
         } else if (lexeme == Lexeme::end) {
             auto array = MakeElement<CArrayElement>(std::move(frame.elements));
-            if (m.m_bPacking) array->m_nType = ET_PACKEDARRAY;
+            if (m.m_bPacking) m.Dialect().Pack(*array);
             array->m_bExec = true;
             const size_t length = frame.length;
             frames.pop_back();

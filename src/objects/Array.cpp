@@ -64,5 +64,7 @@ ElementPtr CArrayElement::DeepCopy() const {
         if (!copy) copy = source ? source->Clone() : MakeElement<CNullElement>();
         elements.push_back(std::move(copy));
     }
-    return WithAttributes(MakeElement<CArrayElement>(std::move(elements)));
+    auto copy = MakeElement<CArrayElement>(std::move(elements));
+    copy->GetBody()->m_bPacked = GetBody()->m_bPacked;
+    return WithAttributes(std::move(copy));
 }

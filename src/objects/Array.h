@@ -56,6 +56,9 @@ public:
         return true;
     }
 
+    /// Told as a packed array, as all that share it are. The plain dialect tells it by the type of the element instead.
+    bool m_bPacked = false;
+
 private:
     static constexpr int MOST_COMPILED = 4;
 
@@ -94,6 +97,11 @@ public:
     /// A view of nCount elements from nStart; null when it would pass the end or an argument is negative.
     [[nodiscard]] TypedPtr<CArrayElement> GetInterval(std::int32_t nStart, std::int32_t nCount) const;
 
+    /// Whether it is told as a packed array.
+    [[nodiscard]] bool IsPacked() const noexcept {
+        const CArrayBody* body = GetBody();
+        return m_nType == ET_PACKEDARRAY || (body && body->m_bPacked);
+    }
     [[nodiscard]] bool IsGlobal() const override;
     /// Same type and same body, whatever the two views cover.
     [[nodiscard]] bool IsEqual(const CElement* pOther) const override;

@@ -347,8 +347,8 @@ int OpPackedarray(CFilterEPS& m) {
     m.Drop(1);
     if (m.m_OperandStack.GetCount() < length) return m.Fail(PSERR_RANGE);
     auto packed = MakeElement<CArrayElement>(length);
-    packed->m_nType = ET_PACKEDARRAY;
     Fill(m, *packed);
+    m.Dialect().Pack(*packed);
     m.Push(std::move(packed));
     return 1;
 }

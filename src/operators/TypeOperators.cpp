@@ -15,9 +15,8 @@ std::string_view TypeName(const CElement& object) {
         case ET_NUMBER:
             return static_cast<const CNumberElement&>(object).IsReal() ? "realtype" : "integertype";
         case ET_ARRAY:
-            return "arraytype";
         case ET_PACKEDARRAY:
-            return "packedarraytype";
+            return static_cast<const CArrayElement&>(object).IsPacked() ? "packedarraytype" : "arraytype";
         case ET_STRING:
             return "stringtype";
         case ET_DICT:

@@ -60,6 +60,20 @@ TEST(CompleteScannerTest, Procedures) {
             {"and one that is not there", "{({//nosuch 1} 2) cvx exec} stopped $error /errorname get",
              "true /undefined"},
             {"dictionaries inside", "{<</a [1 2]>>} exec /a get", "[1 2]"},
+            {"packed ones",
+             "true setpacking /a {{1}} def /a load type /a load 0 get dup type exch cvlit type [1] type {} bind type",
+             "packedarraytype packedarraytype packedarraytype arraytype packedarraytype"},
+            {"instances of a category of packed ones",
+             "/Generic /Category findresource dup length 1 add dict copy dup /InstanceType /packedarraytype put"
+             " /Mine exch /Category defineresource pop true setpacking /p {7} def /p dup load /Mine defineresource"
+             " pop /p /Mine findresource exec",
+             "7"},
+            {"packed ones serve as arrays",
+             "9 8 2 packedarray 0 setdash 1 0 0 1 5 6 6 packedarray concat currentdash"
+             " pop 0 0 transform 5 6 2 packedarray 0 get",
+             "[9 8] 5.0 6.0 5"},
+            {"nothing is put into packed ones", "{1 1 packedarray 0 2 put} stopped $error /errorname get",
+             "[1] 0 2 true /invalidaccess"},
             {"left open", "{({1) cvx exec} stopped $error /errorname get", "true /syntaxerror"},
             {"token", "(add 1) token pop dup xcheck 3 1 roll exch", "true add (1)"},
             {"token and specials", "(a/b) token pop exch", "a (/b)"},
@@ -108,6 +122,14 @@ TEST(CompleteScannerTest, BinaryTokens) {
         EXPECT_EQ(result.stack, c.stack);
     }
     EXPECT_EQ(RunText("currentobjectformat", kComplete).stack, "1");
+}
+
+TEST(CompleteScannerTest, BinaryTokensEndOthers) {
+    using namespace std::string_literals;
+    const std::string add = "\x92\x01"s, dup = "\x92\x38"s;  // names of the system
+    EXPECT_EQ(RunText("1 2" + add, kComplete).stack, "3");
+    EXPECT_EQ(RunText("/x 1 def x" + dup + add + "/y" + dup, kComplete).stack, "2 /y /y");
+    EXPECT_EQ(RunText("{5" + dup + "} exec (6" + dup + ") token pop exch length", kComplete).stack, "5 5 6 2");
 }
 
 TEST(CompleteScannerTest, Execution) {

@@ -23,7 +23,7 @@ TEST(GraphStateTest, Lines) {
          "true true"},
         {"the dash array itself", "[3 1] dup 2 setdash dup 0 7 put currentdash", "[7 1] [7 1] 2.0"},
         {"no dash array", "[1] /a setdash", "[1] /a", PSERR_TYPECHECK},
-        {"a packed dash array", "1 1 packedarray 0 setdash", "[1] 0", PSERR_TYPECHECK},
+        {"departure: a packed dash array", "1 1 packedarray 0 setdash", "[1] 0", PSERR_TYPECHECK},
         {"dash without array", "0 setdash", "0", PSERR_STACKUNDERFLOW},
         {"no number", "(a) setlinewidth", "(a)", PSERR_TYPECHECK},
         {"no boolean", "1 setstrokeadjust", "1", PSERR_TYPECHECK},

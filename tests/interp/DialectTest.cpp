@@ -57,6 +57,7 @@ public:
     TokenNumber NumberOf(std::string_view token) const override {
         return token == "1-2" ? TokenNumber{NumberClass::integer, true, 9} : CDialect::NumberOf(token);
     }
+    void Pack(CArrayElement& array) const override { array.SetAt(0, NewInt(3)); }
     int OnError(CFilterEPS& m, const CName* running) override {
         if (m.m_Report.failure->strError == "unmatchedmark") return -1;
         m.Push(MakeElement<CSimpElement>(running ? running->Text() : "the scanner"));
@@ -119,6 +120,7 @@ TEST(DialectTest, IsAskedForWhatOperatorsKnow) {
              Case{"fonts found", "/Any .findfontop /FontName get", "/Any"},
              Case{"fonts selected", "/Other 1 selectfont currentfont /FontName get", "/Other"},
              Case{"resources", "/a 4 /Font defineresource a /b /Font findresource", "4 4 /findresource"},
+             Case{"packed arrays", "7 1 packedarray 0 get true setpacking {8} 0 get", "3 3"},
              Case{"the number of saves", "save save exch pop", "/save"},
          }) {
         SCOPED_TRACE(std::string(c.name) + ": " + c.program);

@@ -86,7 +86,7 @@ TEST(ArrayTest, Intervals) {
         {"departure: put beyond the end, all gone", "[1 2 3] 2 [4 5] putinterval", "", PSERR_SYNTAX},
         {"departure: put at a huge index", "(abc) 2147483647 (a) putinterval", "", PSERR_SYNTAX},
         {"put at a negative index", "(abc) -1 (a) putinterval", "(abc) -1 (a)", PSERR_RANGE},
-        {"put into a packed array", "1 1 packedarray 0 [2] putinterval", "[1] 0 [2]", PSERR_TYPECHECK},
+        {"departure: put into a packed array", "1 1 packedarray 0 [2] putinterval", "[1] 0 [2]", PSERR_TYPECHECK},
         {"put a string into an array", "[1] 0 (a) putinterval", "[1] 0 (a)", PSERR_TYPECHECK},
         {"put an array into a string", "(a) 0 [1] putinterval", "(a) 0 [1]", PSERR_TYPECHECK},
     });

@@ -81,7 +81,7 @@ TEST(DictionaryOperatorsTest, TheStack) {
         {"dictstack fills the array given", "/a 4 array def a dictstack pop a 0 get systemdict eq a 3 get",
          "true null"},
         {"dictstack: too short", "2 array dictstack", "[null null]", PSERR_RANGE},
-        {"dictstack: a packed array", "1 2 3 4 4 packedarray dictstack", "[1 2 3 4]", PSERR_TYPECHECK},
+        {"departure: dictstack: a packed array", "1 2 3 4 4 packedarray dictstack", "[1 2 3 4]", PSERR_TYPECHECK},
         {"departure: internaldict", "1183615869 internaldict /superexec known 1183615869.5 internaldict type",
          "true /dicttype"},
         {"departure: internaldict: wrong", "1 internaldict", "1", PSERR_TYPECHECK},
