@@ -90,7 +90,6 @@ constexpr OpRow kRows[] = {
     {"execstack", OpExecstack},
     {"execuserobject", OpExecuserobject},
     {"startjob", OpStartjob},
-    {"start", OpNothing},
 };
 
 }  // namespace

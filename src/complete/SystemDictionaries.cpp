@@ -75,6 +75,10 @@ constexpr std::string_view kOldNames =
     "/=string 128 string def"
     " end";
 
+// Names of the interactive executive. They are procedures, as in printers, so that bind leaves a program's variables of
+// these names alone.
+constexpr std::string_view kExecutive = "systemdict begin/start{}def/executive{}def/prompt{}def/echo{pop}def end";
+
 // The procedures by which a program chooses a colour rendering, of a device without a name, and those of trapping,
 // which a drawing has no use for (PLRM 7.1.3 and 6.3).
 constexpr std::string_view kProcSets =
@@ -99,6 +103,7 @@ void Run(CFilterEPS& m, BodyPlace place, std::string_view source) {
 void BuildSystemDictionaries(CFilterEPS& m) {
     Run(m, PLACE_GLOBAL, kPapers);
     Run(m, PLACE_GLOBAL, kOldNames);
+    Run(m, PLACE_GLOBAL, kExecutive);
     Run(m, PLACE_GLOBAL, kProcSets);
     Run(m, PlaceOfLevel(0), kStatus);
     Run(m, PlaceOfLevel(0), kServer);

@@ -31,8 +31,8 @@ TEST(CompleteDeviceTest, PageSize) {
             {"nor a string", CAUGHT("<< /PageSize (ab) >> setpagedevice"), "<<1>> true /typecheck"},
             {"null is nothing asked", "<< /PageSize null >> setpagedevice currentpagedevice /PageSize get", "null"},
             {"papers", "a4 clippath pathbbox currentpagedevice /PageSize get", "0.0 0.0 595.0 842.0 [595 842]"},
-            {"papers can be asked for", "/a3 where {/a3 get xcheck} if systemdict /11x17 known /executive load type",
-             "true true operatortype"},
+            {"papers can be asked for", "/a3 where {/a3 get xcheck} if systemdict /11x17 known /executive load length",
+             "true true 0"},
             {"a tray", "statusdict begin legaltray end clippath pathbbox", "0.0 0.0 612.0 1008.0"},
         },
         kComplete);

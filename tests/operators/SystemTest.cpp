@@ -103,7 +103,7 @@ TEST(SystemOperatorsTest, Constants) {
         {"serialnumber", "serialnumber", "42"},
         {"nothing happens", "1 executive prompt", "1"},
         {"echo", "true echo", ""},
-        {"echo: no boolean", "1 echo", "1", PSERR_TYPECHECK},
+        {"departure: echo: no boolean", "1 echo", "1", PSERR_TYPECHECK},
     });
     for (const char* name :
          {"realtime", "usertime", "infill", "ineofill", "inufill", "inueofill", "instroke", "inustroke",
