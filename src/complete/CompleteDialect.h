@@ -56,7 +56,7 @@ public:
     [[nodiscard]] int ScanToken(CFilterEPS& m, const CStringElement& source, ElementPtr& object,
                                 std::int32_t& consumed) override;
     [[nodiscard]] TokenNumber NumberOf(std::string_view token) const override;
-    void Pack(CArrayElement& array) const override { array.GetBody()->m_bPacked = true; }
+    void Pack(CArrayElement& array) const override { array.GetBody()->Pack(); }
     [[nodiscard]] int ExecuteOther(CFilterEPS& m, const CElement& e) override;
     [[nodiscard]] bool RunsFiles() const override { return true; }
     [[nodiscard]] bool HasFilter(std::string_view name) const override;

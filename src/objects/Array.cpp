@@ -65,6 +65,6 @@ ElementPtr CArrayElement::DeepCopy() const {
         elements.push_back(std::move(copy));
     }
     auto copy = MakeElement<CArrayElement>(std::move(elements));
-    copy->GetBody()->m_bPacked = GetBody()->m_bPacked;
+    if (GetBody()->IsPacked()) copy->GetBody()->Pack();
     return WithAttributes(std::move(copy));
 }

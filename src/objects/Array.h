@@ -56,8 +56,10 @@ public:
         return true;
     }
 
-    /// Told as a packed array, as all that share it are. The plain dialect tells it by the type of the element instead.
-    bool m_bPacked = false;
+    /// Whether all that share it are told as packed arrays. The plain dialect tells it by the type of the element.
+    [[nodiscard]] bool IsPacked() const noexcept { return m_bPacked; }
+    /// For a new body, which no other array shares yet; no restore takes it back.
+    void Pack() noexcept { m_bPacked = true; }
 
 private:
     static constexpr int MOST_COMPILED = 4;
@@ -71,6 +73,7 @@ private:
     std::unique_ptr<Step[]> m_pCode;
     std::uint8_t m_nEntries = 0;
     std::uint8_t m_nCompiled = 0;
+    bool m_bPacked = false;
 };
 
 class CArrayElement final : public CElement, public CPooled<CArrayElement> {
@@ -100,7 +103,7 @@ public:
     /// Whether it is told as a packed array.
     [[nodiscard]] bool IsPacked() const noexcept {
         const CArrayBody* body = GetBody();
-        return m_nType == ET_PACKEDARRAY || (body && body->m_bPacked);
+        return m_nType == ET_PACKEDARRAY || (body && body->IsPacked());
     }
     [[nodiscard]] bool IsGlobal() const override;
     /// Same type and same body, whatever the two views cover.
