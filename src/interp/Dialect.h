@@ -54,8 +54,8 @@ public:
     /// value PSERR_SYNTAX follows.
     /// Departure: everything that is made of a number's bytes is one.
     [[nodiscard]] virtual TokenNumber NumberOf(std::string_view token) const { return ReadNumber(token); }
-    /// Makes a new array a packed one. Departure: of the plain one, whose packedness a copy has not, and which
-    /// operators that read arrays refuse.
+    /// Makes a new array a packed one. Departure: the type of this one element tells it. Copies are plain arrays, and
+    /// operators that read arrays refuse it.
     virtual void Pack(CArrayElement& array) const { array.m_nType = ET_PACKEDARRAY; }
 
     // Errors and other ways out (docs/architecture.md, Errors).
